@@ -1,0 +1,56 @@
+#include "clave.h"
+
+#include "descriptor.h"
+
+#include <QDir>
+#include <QFile>
+#include <QUuid>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+
+namespace {
+
+QByteArray uuid() {
+    return QUuid::createUuid().toByteArray(QUuid::WithoutBraces).toUpper();
+}
+
+bool vuelca(const Descriptor &fichero, const QByteArray &datos) {
+    qsizetype escrito = 0;
+    while (escrito < datos.size()) {
+        const ssize_t n = ::write(fichero.numero(), datos.constData() + escrito,
+                                  static_cast<size_t>(datos.size() - escrito));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            return false;
+        escrito += n;
+    }
+    return true;
+}
+
+} // namespace
+
+QByteArray clave::escribe(const QString &contrasena) {
+    const QByteArray carpeta = QFile::encodeName(QDir::tempPath());
+    const QByteArray ruta = carpeta + "/okz-" + uuid();
+    // A side file moved into place: whoever sees the name sees the whole password.
+    const QByteArray aparte = ruta + ".parte";
+    Descriptor fichero(
+        ::open(aparte.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!fichero)
+        return ruta;
+    QByteArray datos = contrasena.toUtf8();
+    const bool entero = vuelca(fichero, datos);
+    explicit_bzero(datos.data(), static_cast<size_t>(datos.size()));
+    if (!entero || std::rename(aparte.constData(), ruta.constData()) != 0)
+        ::unlink(aparte.constData());
+    return ruta;
+}
+
+void clave::quita(const QByteArray &ruta) {
+    if (!ruta.isEmpty())
+        ::unlink(ruta.constData());
+}

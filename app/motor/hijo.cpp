@@ -1,0 +1,165 @@
+#include "hijo.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/pidfd.h>
+#include <sys/wait.h>
+#include <vector>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+// How long words wait for the end of the child that wrote them.
+constexpr auto kUltimasPalabras = 40ms;
+
+// The attributes and actions of one posix_spawn call.
+class Preparativos {
+public:
+    Preparativos() {
+        posix_spawn_file_actions_init(&m_acciones);
+        posix_spawnattr_init(&m_atributos);
+    }
+    ~Preparativos() {
+        posix_spawnattr_destroy(&m_atributos);
+        posix_spawn_file_actions_destroy(&m_acciones);
+    }
+    Preparativos(const Preparativos &) = delete;
+    Preparativos &operator=(const Preparativos &) = delete;
+
+    int redirige(int salida, int error) {
+        int fallo = posix_spawn_file_actions_adddup2(&m_acciones, salida, STDOUT_FILENO);
+        if (fallo == 0)
+            fallo = posix_spawn_file_actions_adddup2(&m_acciones, error, STDERR_FILENO);
+        // Ours are close-on-exec; libraries are not all so careful.
+        if (fallo == 0)
+            fallo = posix_spawn_file_actions_addclosefrom_np(&m_acciones, STDERR_FILENO + 1);
+        return fallo;
+    }
+
+    // Neither a blocked signal nor an ignored one of ours may keep the engine
+    // from hearing the terminate request.
+    int limpiaSenales() {
+        sigset_t ninguna;
+        sigset_t todas;
+        sigemptyset(&ninguna);
+        sigfillset(&todas);
+        int fallo = posix_spawnattr_setsigmask(&m_atributos, &ninguna);
+        if (fallo == 0)
+            fallo = posix_spawnattr_setsigdefault(&m_atributos, &todas);
+        if (fallo == 0)
+            fallo = posix_spawnattr_setflags(&m_atributos,
+                                             POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        return fallo;
+    }
+
+    int lanza(pid_t &pid, const Proceso::Orden &orden) {
+        std::vector<char *> argv;
+        argv.push_back(const_cast<char *>(orden.ejecutable.constData()));
+        for (const QByteArray &argumento : orden.argumentos)
+            argv.push_back(const_cast<char *>(argumento.constData()));
+        argv.push_back(nullptr);
+        return posix_spawn(&pid, orden.ejecutable.constData(), &m_acciones, &m_atributos,
+                           argv.data(), environ);
+    }
+
+private:
+    posix_spawn_file_actions_t m_acciones{};
+    posix_spawnattr_t m_atributos{};
+};
+
+int espera(std::array<pollfd, 2> &vigilados) {
+    int listos = 0;
+    do {
+        listos = ::poll(vigilados.data(), vigilados.size(), -1);
+    } while (listos < 0 && errno == EINTR);
+    return listos;
+}
+
+} // namespace
+
+int Proceso::Hijo::arranca(const Orden &orden) {
+    if (!m_error.abre() || !m_salida.abre())
+        return errno;
+    Preparativos preparativos;
+    int fallo = preparativos.redirige(m_salida.escritura.numero(), m_error.escritura.numero());
+    if (fallo == 0)
+        fallo = preparativos.limpiaSenales();
+    pid_t pid = -1;
+    if (fallo == 0)
+        fallo = preparativos.lanza(pid, orden);
+    if (fallo != 0)
+        return fallo;
+    m_error.escritura.cierra();
+    m_salida.escritura.cierra();
+    m_pidfd = Descriptor(pidfd_open(pid, 0));
+    if (m_pidfd)
+        return 0;
+    fallo = errno;
+    ::kill(pid, SIGKILL);
+    ::waitpid(pid, nullptr, 0);
+    return fallo;
+}
+
+bool Proceso::Hijo::acabaAntesDe(std::chrono::milliseconds plazo) const {
+    pollfd fin{m_pidfd.numero(), POLLIN, 0};
+    return ::poll(&fin, 1, static_cast<int>(plazo.count())) > 0;
+}
+
+// False when the child ended first and its words belong to the end.
+bool Proceso::Hijo::atiendeError(const Lector &lector) {
+    if (acabaAntesDe(kUltimasPalabras))
+        return false;
+    const QByteArray trozo = leeLoQueHay(m_error.lectura);
+    if (trozo.isEmpty())
+        m_error.lectura.cierra(); // closed by the child, which lives on
+    else
+        lector(trozo);
+    return true;
+}
+
+Proceso::Final Proceso::Hijo::sigue(const Lector &lector) {
+    bool vive = true;
+    while (vive) {
+        std::array<pollfd, 2> vigilados{{{m_pidfd.numero(), POLLIN, 0},
+                                         {lector ? m_error.lectura.numero() : -1, POLLIN, 0}}};
+        if (espera(vigilados) < 0)
+            break;
+        vive = vigilados[0].revents == 0;
+        if (vive && vigilados[1].revents != 0)
+            vive = atiendeError(lector);
+    }
+    Final final;
+    final.estado = recoge();
+    final.error = leeLoQueHay(m_error.lectura);
+    m_error.lectura.cierra();
+    m_salida.lectura.cierra();
+    return final;
+}
+
+int Proceso::Hijo::recoge() {
+    siginfo_t dato{};
+    int hecho = 0;
+    do {
+        hecho = ::waitid(P_PIDFD, static_cast<id_t>(m_pidfd.numero()), &dato, WEXITED);
+    } while (hecho < 0 && errno == EINTR);
+    const std::lock_guard guardia(m_cerrojo);
+    m_pidfd.cierra();
+    if (hecho == 0 && dato.si_code == CLD_EXITED)
+        return dato.si_status;
+    return 128 + dato.si_status;
+}
+
+void Proceso::Hijo::senala(int numero) {
+    const std::lock_guard guardia(m_cerrojo);
+    if (m_pidfd)
+        (void)pidfd_send_signal(m_pidfd.numero(), numero, nullptr, 0);
+}
+
+void Proceso::Hijo::descarta() {
+    senala(SIGKILL);
+    recoge();
+}

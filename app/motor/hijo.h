@@ -1,0 +1,35 @@
+#pragma once
+
+#include "descriptor.h"
+#include "proceso.h"
+#include "tuberia.h"
+
+#include <mutex>
+
+/// The running child behind a Proceso: its pidfd and its pipes. The thread that
+/// follows it owns all but the pidfd, which `senala` may use from elsewhere.
+class Proceso::Hijo {
+public:
+    /// Spawns the program; 0 or an errno value.
+    [[nodiscard]] int arranca(const Orden &orden);
+
+    /// Reads standard error until the child ends, collects it and returns what
+    /// is left. Blocks; the child's own thread.
+    Final sigue(const Lector &lector);
+
+    /// Sends a signal to the child unless it has been collected. Any thread.
+    void senala(int numero);
+
+    /// For a child that could not be followed: kills and collects it.
+    void descarta();
+
+private:
+    [[nodiscard]] bool acabaAntesDe(std::chrono::milliseconds plazo) const;
+    [[nodiscard]] bool atiendeError(const Lector &lector);
+    int recoge();
+
+    std::mutex m_cerrojo; // the pidfd between `senala` and the end
+    Descriptor m_pidfd;
+    Tuberia m_error;
+    Tuberia m_salida;
+};

@@ -1,0 +1,39 @@
+#include "ruta.h"
+
+#include <QFile>
+
+namespace {
+
+QByteArray nombre(const QUrl &url) {
+    const QByteArray todo = ruta::nativa(url);
+    return todo == "/" ? todo : todo.mid(todo.lastIndexOf('/') + 1);
+}
+
+} // namespace
+
+QByteArray ruta::nativa(const QUrl &url) {
+    if (!url.isLocalFile())
+        return {};
+    QByteArray camino = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
+    while (camino.size() > 1 && camino.endsWith('/'))
+        camino.chop(1);
+    return camino;
+}
+
+QUrl ruta::url(const QByteArray &nativa) {
+    return QUrl::fromEncoded("file://" + nativa.toPercentEncoding("/"), QUrl::StrictMode);
+}
+
+QUrl ruta::url(const QString &ruta) {
+    return url(QFile::encodeName(ruta));
+}
+
+QString ruta::ultimoComponente(const QUrl &url) {
+    return QString::fromUtf8(nombre(url));
+}
+
+bool ruta::esArchivo(const QUrl &url) {
+    const QString ultimo = ultimoComponente(url);
+    const auto punto = ultimo.lastIndexOf(u'.');
+    return punto > 0 && ultimo.mid(punto + 1).toLower() == u"okz";
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QUrl>
+
+/// File URLs and the paths they stand for.
+///
+/// A path is bytes and need not be valid UTF-8; a QString cannot hold such a
+/// name, while a file URL keeps it percent-encoded. So everything here goes
+/// through the encoded form, and only texts for the user are decoded.
+/// Any thread.
+namespace ruta {
+
+/// The path of a file URL, byte for byte, without a trailing slash (but "/"
+/// stays). Empty when the URL is not a file URL.
+QByteArray nativa(const QUrl &url);
+
+/// The file URL of a path; the path is taken as it stands.
+QUrl url(const QByteArray &nativa);
+
+/// The same for a path that Qt made (a file dialog, the temporary folder).
+QUrl url(const QString &ruta);
+
+/// The last path component, for display: invalid UTF-8 shows as U+FFFD.
+QString ultimoComponente(const QUrl &url);
+
+/// Whether the path's extension is "okz" in any case. A name that is nothing
+/// but ".okz" or "okz" has no extension.
+bool esArchivo(const QUrl &url);
+
+} // namespace ruta
