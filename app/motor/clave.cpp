@@ -1,9 +1,8 @@
 #include "clave.h"
 
 #include "descriptor.h"
+#include "ruta.h"
 
-#include <QDir>
-#include <QFile>
 #include <QUuid>
 
 #include <cerrno>
@@ -34,8 +33,7 @@ bool vuelca(const Descriptor &fichero, const QByteArray &datos) {
 } // namespace
 
 QByteArray clave::escribe(const QString &contrasena) {
-    const QByteArray carpeta = QFile::encodeName(QDir::tempPath());
-    const QByteArray ruta = carpeta + "/okz-" + uuid();
+    const QByteArray ruta = ruta::temporal() + "/okz-" + uuid();
     // A side file moved into place: whoever sees the name sees the whole password.
     const QByteArray aparte = ruta + ".parte";
     Descriptor fichero(

@@ -5,9 +5,12 @@
 #include <csignal>
 #include <poll.h>
 #include <spawn.h>
-#include <sys/pidfd.h>
 #include <sys/wait.h>
 #include <vector>
+
+extern "C" { // the header of glibc 2.36 does not say so itself
+#include <sys/pidfd.h>
+}
 
 using namespace std::chrono_literals;
 

@@ -4,9 +4,6 @@
 #include "ruta.h"
 #include "tamano.h"
 
-#include <QDir>
-#include <QFile>
-
 #include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -48,10 +45,10 @@ void Motor::ponEstado(Estado estado) {
 }
 
 void Motor::limpiaTemporales() {
-    const QByteArray ruta = QFile::encodeName(QDir::tempPath()) + "/orcalin-ver";
-    if (!esCarpetaPropia(ruta))
+    const QByteArray visor = ruta::temporal() + "/orcalin-ver";
+    if (!esCarpetaPropia(visor))
         return;
-    const fs::path carpeta = ruta.toStdString();
+    const fs::path carpeta = visor.toStdString();
     permiteBorrar(carpeta);
     std::error_code ignorado;
     fs::remove_all(carpeta, ignorado);

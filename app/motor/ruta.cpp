@@ -1,5 +1,6 @@
 #include "ruta.h"
 
+#include <QDir>
 #include <QFile>
 
 namespace {
@@ -36,4 +37,10 @@ bool ruta::esArchivo(const QUrl &url) {
     const QString ultimo = ultimoComponente(url);
     const auto punto = ultimo.lastIndexOf(u'.');
     return punto > 0 && ultimo.mid(punto + 1).toLower() == u"okz";
+}
+
+QByteArray ruta::temporal() {
+    const QByteArray carpeta = QFile::encodeName(QDir::tempPath());
+    // Qt gives the canonical path, which is empty for a folder that is missing.
+    return carpeta.isEmpty() ? qgetenv("TMPDIR") : carpeta;
 }

@@ -29,4 +29,8 @@ QString ultimoComponente(const QUrl &url);
 /// but ".okz" or "okz" has no extension.
 bool esArchivo(const QUrl &url);
 
+/// The temporary folder, without a trailing slash. Also when it does not exist:
+/// then nothing can be written there, which is better than somewhere else.
+QByteArray temporal();
+
 } // namespace ruta

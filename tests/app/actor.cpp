@@ -1,0 +1,140 @@
+// A stand-in for the engine that plays the script named by ACTOR_GUION, one
+// action a line. What a text may hold: \n \r \t \\ \xNN.
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+std::vector<std::string> argumentos;
+
+std::string descifra(const std::string &texto) {
+    std::string bytes;
+    for (size_t i = 0; i < texto.size(); ++i) {
+        if (texto[i] != '\\') {
+            bytes += texto[i];
+            continue;
+        }
+        switch (texto[++i]) {
+        case 'n':
+            bytes += '\n';
+            break;
+        case 'r':
+            bytes += '\r';
+            break;
+        case 't':
+            bytes += '\t';
+            break;
+        case 'x':
+            bytes += static_cast<char>(std::stoi(texto.substr(i + 1, 2), nullptr, 16));
+            i += 2;
+            break;
+        default:
+            bytes += texto[i];
+        }
+    }
+    return bytes;
+}
+
+void di(int a, const std::string &bytes) {
+    for (size_t n = 0; n < bytes.size();) {
+        const ssize_t escrito = ::write(a, bytes.data() + n, bytes.size() - n);
+        if (escrito <= 0)
+            return;
+        n += static_cast<size_t>(escrito);
+    }
+}
+
+void espera(int ms) {
+    ::usleep(static_cast<useconds_t>(ms) * 1000);
+}
+
+std::string tras(const std::string &opcion) {
+    for (size_t i = 0; i + 1 < argumentos.size(); ++i) {
+        if (argumentos[i] == opcion)
+            return argumentos[i + 1];
+    }
+    return {};
+}
+
+// One argument after another, each ended by a zero byte.
+void apuntaArgumentos(const std::string &fichero) {
+    std::ofstream salida(fichero, std::ios::binary | std::ios::app);
+    for (const std::string &argumento : argumentos)
+        salida << argumento << '\0';
+}
+
+// The password file as the engine finds it: its mode, a space, its bytes.
+void apuntaClave(const std::string &fichero) {
+    const std::string ruta = tras("--password-file");
+    struct stat dato {};
+    if (::stat(ruta.c_str(), &dato) != 0)
+        return;
+    std::ifstream clave(ruta, std::ios::binary);
+    std::ofstream salida(fichero, std::ios::binary);
+    salida << std::oct << (dato.st_mode & 07777) << ' ' << clave.rdbuf();
+}
+
+// How many descriptors the engine was given.
+void apuntaDescriptores(const std::string &fichero) {
+    int abiertos = 0;
+    for (int i = 0; i < 1024; ++i)
+        abiertos += ::fcntl(i, F_GETFD) >= 0 ? 1 : 0;
+    std::ofstream(fichero) << abiertos;
+}
+
+void inunda(int a, long bytes) {
+    const std::string bloque(65536, 'x');
+    for (; bytes > 0; bytes -= static_cast<long>(bloque.size()))
+        di(a, bloque.substr(0, static_cast<size_t>(std::min<long>(bytes, 65536))));
+}
+
+void juega(const std::string &accion, const std::string &dato) {
+    if (accion == "error")
+        di(STDERR_FILENO, descifra(dato));
+    else if (accion == "salida")
+        di(STDOUT_FILENO, descifra(dato));
+    else if (accion == "espera")
+        espera(std::stoi(dato));
+    else if (accion == "inunda")
+        inunda(STDERR_FILENO, std::stol(dato));
+    else if (accion == "cierra")
+        ::close(STDOUT_FILENO), ::close(STDERR_FILENO);
+    else if (accion == "ignora")
+        ::signal(SIGTERM, SIG_IGN);
+    else if (accion == "deja-nieto" && ::fork() == 0)
+        espera(std::stoi(dato)), ::_exit(0);
+    else if (accion == "escribe-destino")
+        std::ofstream(tras("-o")) << std::string(std::stoul(dato), 'o');
+    else if (accion == "argumentos")
+        apuntaArgumentos(dato);
+    else if (accion == "clave")
+        apuntaClave(dato);
+    else if (accion == "descriptores")
+        apuntaDescriptores(dato);
+    else if (accion == "senal")
+        ::raise(std::stoi(dato));
+    else if (accion == "sale")
+        ::_exit(std::stoi(dato));
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    argumentos.assign(argv + 1, argv + argc);
+    const char *guion = std::getenv("ACTOR_GUION");
+    std::stringstream acciones;
+    acciones << std::ifstream(guion != nullptr ? guion : "").rdbuf();
+    for (std::string linea; std::getline(acciones, linea);) {
+        const size_t corte = linea.find(' ');
+        juega(linea.substr(0, corte), corte == std::string::npos ? "" : linea.substr(corte + 1));
+    }
+    return 0;
+}

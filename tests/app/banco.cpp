@@ -1,0 +1,118 @@
+#include "banco.h"
+
+#include "motor/ruta.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTest>
+
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+void creaSuCarpeta() {
+    QVERIFY(QDir().mkpath(QFileInfo(QFile::decodeName(sitioDelMotor())).path()));
+}
+
+} // namespace
+
+QByteArray sitioDelMotor() {
+    return QFile::encodeName(QCoreApplication::applicationDirPath()) + "/../libexec/orcalin/orcalin";
+}
+
+int cuantos(const char *carpeta) {
+    return static_cast<int>(QDir(QString::fromLatin1(carpeta))
+                                .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
+                                .size());
+}
+
+Banco::Banco()
+    : m_tmpdir(qgetenv("TMPDIR"))
+    , m_home(qgetenv("HOME")) {
+    qputenv("TMPDIR", QFile::encodeName(m_carpeta.path()));
+    qputenv("HOME", QFile::encodeName(m_carpeta.path()));
+    quitaMotor();
+}
+
+Banco::~Banco() {
+    quitaMotor();
+    // Qt cannot remove a name that is not UTF-8.
+    std::error_code ignorado;
+    std::filesystem::remove_all(ruta("").toStdString(), ignorado);
+    m_tmpdir.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", m_tmpdir);
+    qputenv("HOME", m_home);
+}
+
+QByteArray Banco::ruta(const QByteArray &nombre) const {
+    return QFile::encodeName(m_carpeta.path()) + '/' + nombre;
+}
+
+QUrl Banco::url(const QByteArray &nombre) const {
+    return ruta::url(ruta(nombre));
+}
+
+QUrl Banco::fichero(const QByteArray &nombre, const QByteArray &contenido) const {
+    FILE *salida = ::fopen(ruta(nombre).constData(), "wb");
+    ::fwrite(contenido.constData(), 1, static_cast<size_t>(contenido.size()), salida);
+    ::fclose(salida);
+    return url(nombre);
+}
+
+QByteArray Banco::lee(const QByteArray &ruta) {
+    QFile fichero(QFile::decodeName(ruta));
+    return fichero.open(QIODevice::ReadOnly) ? fichero.readAll() : QByteArray();
+}
+
+void Banco::enlace(const QByteArray &a, const QByteArray &nombre) const {
+    QVERIFY(::symlink(a.constData(), ruta(nombre).constData()) == 0);
+}
+
+void Banco::ponMotor(const QList<QByteArray> &guion) const {
+    quitaMotor();
+    creaSuCarpeta();
+    QVERIFY(::symlink(ACTOR, sitioDelMotor().constData()) == 0);
+    fichero("guion", guion.join('\n'));
+    qputenv("ACTOR_GUION", ruta("guion"));
+}
+
+void Banco::ponFicheroComoMotor(const QByteArray &contenido, unsigned modo) {
+    quitaMotor();
+    creaSuCarpeta();
+    QFile motor(QFile::decodeName(sitioDelMotor()));
+    QVERIFY(motor.open(QIODevice::WriteOnly));
+    motor.write(contenido);
+    motor.close();
+    ::chmod(sitioDelMotor().constData(), modo);
+}
+
+void Banco::quitaMotor() {
+    ::unlink(sitioDelMotor().constData());
+}
+
+QStringList Banco::claves() const {
+    return QDir(m_carpeta.path()).entryList({QStringLiteral("okz-*"), QStringLiteral(".okz-*")},
+                                            QDir::AllEntries | QDir::Hidden);
+}
+
+Testigo::Testigo(Motor &motor) {
+    connect(&motor, &Motor::estadoCambia, this, [this, &motor] { vistos.append(motor.estado()); });
+}
+
+bool Testigo::esperaFinal(int finales) {
+    const auto acabados = [this] {
+        return std::count_if(vistos.begin(), vistos.end(), [](const Motor::Estado &estado) {
+            return std::holds_alternative<Motor::Hecho>(estado) ||
+                   std::holds_alternative<Motor::Error>(estado);
+        });
+    };
+    return QTest::qWaitFor([&] { return acabados() >= finales; }, 20000);
+}
+
+QString Testigo::ultimoError() const {
+    const auto *error = vistos.isEmpty() ? nullptr : std::get_if<Motor::Error>(&vistos.last());
+    return error != nullptr ? error->texto : QString();
+}
