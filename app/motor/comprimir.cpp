@@ -3,12 +3,12 @@
 #include "descriptor.h"
 #include "lineas.h"
 #include "motor.h"
+#include "principal.h"
 #include "proceso.h"
 #include "progreso.h"
 #include "ruta.h"
 #include "tamano.h"
 
-#include <QCoreApplication>
 #include <QPointer>
 
 #include <cerrno>
@@ -33,7 +33,8 @@ QList<QByteArray> argumentos(const QList<QUrl> &origenes, const QUrl &destino, b
     if (maximo)
         todos << "--max";
     else
-        todos << "--level" << "19";
+        todos << "--level"
+              << "19";
     todos << "--progress";
     return todos;
 }
@@ -81,13 +82,10 @@ struct Motor::Compresion {
     // The state is made on the main thread too, just before it is published.
     template<typename Hacer>
     void publica(Hacer hacer) const {
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [motor = motor, hacer = std::move(hacer)] {
-                if (motor)
-                    motor->ponEstado(hacer());
-            },
-            Qt::QueuedConnection);
+        enPrincipal([motor = motor, hacer = std::move(hacer)] {
+            if (motor)
+                motor->ponEstado(hacer());
+        });
     }
 
     void lee(const QByteArray &trozo) const {
@@ -112,8 +110,8 @@ void Motor::comprimir(const QList<QUrl> &origenes, const QUrl &destino, bool max
                       const std::optional<QString> &contrasena) {
     const auto motor = binario();
     if (!motor) {
-        ponEstado(Error{QStringLiteral(
-            "No encuentro el motor «orcalin». Debería estar dentro de la app.")});
+        ponEstado(Error{
+            QStringLiteral("No encuentro el motor «orcalin». Debería estar dentro de la app.")});
         return;
     }
     if (origenes.isEmpty())
@@ -128,7 +126,8 @@ void Motor::comprimir(const QList<QUrl> &origenes, const QUrl &destino, bool max
     Proceso::Orden orden{ruta::nativa(*motor), argumentos(origenes, destino, maximo)};
     if (contrasena && !contrasena->isEmpty()) {
         trabajo.clave = clave::escribe(*contrasena);
-        orden.argumentos << "--encrypt" << "--password-file" << trabajo.clave;
+        orden.argumentos << "--encrypt"
+                         << "--password-file" << trabajo.clave;
     }
     m_proceso = std::make_unique<Proceso>(std::move(orden));
     trabajo.inicio = Reloj::now();

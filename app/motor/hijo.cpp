@@ -127,8 +127,8 @@ bool Proceso::Hijo::atiendeError(const Lector &lector) {
 Proceso::Final Proceso::Hijo::sigue(const Lector &lector) {
     bool vive = true;
     while (vive) {
-        std::array<pollfd, 2> vigilados{{{m_pidfd.numero(), POLLIN, 0},
-                                         {lector ? m_error.lectura.numero() : -1, POLLIN, 0}}};
+        std::array<pollfd, 2> vigilados{
+            {{m_pidfd.numero(), POLLIN, 0}, {lector ? m_error.lectura.numero() : -1, POLLIN, 0}}};
         if (espera(vigilados) < 0)
             break;
         vive = vigilados[0].revents == 0;

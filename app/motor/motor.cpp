@@ -23,12 +23,13 @@ bool esCarpetaPropia(const QByteArray &ruta) {
 // Extracted folders keep the modes they had, read-only ones too.
 void permiteBorrar(const fs::path &raiz) {
     std::error_code fallo;
-    fs::recursive_directory_iterator carpetas(
-        raiz, fs::directory_options::skip_permission_denied, fallo);
+    fs::recursive_directory_iterator carpetas(raiz, fs::directory_options::skip_permission_denied,
+                                              fallo);
     for (; !fallo && carpetas != fs::recursive_directory_iterator(); carpetas.increment(fallo)) {
         std::error_code ignorado;
         if (carpetas->symlink_status(ignorado).type() == fs::file_type::directory)
-            fs::permissions(carpetas->path(), fs::perms::owner_all, fs::perm_options::add, ignorado);
+            fs::permissions(carpetas->path(), fs::perms::owner_all, fs::perm_options::add,
+                            ignorado);
     }
 }
 

@@ -38,8 +38,8 @@ public:
 
 private:
     [[nodiscard]] Carpeta abre(const std::string &camino) const {
-        Descriptor hueco(::openat(m_raiz, camino.c_str(),
-                                  O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        Descriptor hueco(
+            ::openat(m_raiz, camino.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
         DIR *carpeta = hueco ? ::fdopendir(hueco.numero()) : nullptr;
         if (carpeta != nullptr)
             hueco.suelta();

@@ -21,7 +21,8 @@ void creaSuCarpeta() {
 } // namespace
 
 QByteArray sitioDelMotor() {
-    return QFile::encodeName(QCoreApplication::applicationDirPath()) + "/../libexec/orcalin/orcalin";
+    return QFile::encodeName(QCoreApplication::applicationDirPath()) +
+           "/../libexec/orcalin/orcalin";
 }
 
 int cuantos(const char *carpeta) {
@@ -94,8 +95,9 @@ void Banco::quitaMotor() {
 }
 
 QStringList Banco::claves() const {
-    return QDir(m_carpeta.path()).entryList({QStringLiteral("okz-*"), QStringLiteral(".okz-*")},
-                                            QDir::AllEntries | QDir::Hidden);
+    return QDir(m_carpeta.path())
+        .entryList({QStringLiteral("okz-*"), QStringLiteral(".okz-*")},
+                   QDir::AllEntries | QDir::Hidden);
 }
 
 Testigo::Testigo(Motor &motor) {

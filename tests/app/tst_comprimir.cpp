@@ -13,8 +13,7 @@ using Hecho = Motor::Hecho;
 
 namespace {
 
-const auto kPreparando =
-    Motor::Estado(Trabajando{0, QStringLiteral("preparando…"), std::nullopt});
+const auto kPreparando = Motor::Estado(Trabajando{0, QStringLiteral("preparando…"), std::nullopt});
 
 Motor::Estado trabajando(double pct, const QString &detalle) {
     return Trabajando{pct, detalle, std::nullopt};
@@ -83,8 +82,8 @@ private slots:
         Testigo testigo(motor);
         motor.comprimir({banco.fichero("a", "")}, banco.url("c.okz"), false, contrasena);
         QVERIFY(testigo.esperaFinal());
-        const QList<QByteArray> esperados{"compress", banco.ruta("a"), "-o",        banco.ruta("c.okz"),
-                                          "--level",  "19",            "--progress"};
+        const QList<QByteArray> esperados{
+            "compress", banco.ruta("a"), "-o", banco.ruta("c.okz"), "--level", "19", "--progress"};
         QCOMPARE(argumentosDe(banco.ruta("args")), esperados);
         // A good end without an archive to read is a good end of size 0.
         QCOMPARE(std::get<Hecho>(testigo.vistos.last()).salida, 0);
@@ -144,8 +143,9 @@ private slots:
         Testigo testigo(motor);
         motor.comprimir({}, banco.url("c.okz"), false, QStringLiteral("x"));
         QCOMPARE(testigo.vistos.size(), 1);
-        QCOMPARE(testigo.ultimoError(),
-                 QStringLiteral("No encuentro el motor «orcalin». Debería estar dentro de la app."));
+        QCOMPARE(
+            testigo.ultimoError(),
+            QStringLiteral("No encuentro el motor «orcalin». Debería estar dentro de la app."));
         QVERIFY(banco.claves().isEmpty());
     }
 
@@ -170,8 +170,9 @@ private slots:
         motor.comprimir({banco.fichero("a", "")}, banco.url("c.okz"), false, QStringLiteral("x"));
         QCOMPARE(testigo.vistos.size(), 2);
         QVERIFY(testigo.vistos[0] == kPreparando);
-        QCOMPARE(testigo.ultimoError(), QStringLiteral("No pude arrancar el motor: no es un programa "
-                                                       "para este ordenador."));
+        QCOMPARE(testigo.ultimoError(),
+                 QStringLiteral("No pude arrancar el motor: no es un programa "
+                                "para este ordenador."));
         QCOMPARE(banco.claves().size(), 1);
 
         banco.ponMotor({"sale 0"}); // and the next job works

@@ -12,8 +12,7 @@ class TstLineas : public QObject {
 
 private slots:
     void cadaFinDeLineaSepara() {
-        const QString texto =
-            QString::fromUtf8("a\nb\rc\r\n\n\vd\fe\u0085f\u2028g\u2029h i\tj");
+        const QString texto = QString::fromUtf8("a\nb\rc\r\n\n\vd\fe\u0085f\u2028g\u2029h i\tj");
         QStringList leidas;
         for (const QStringView linea : lineas::separa(texto))
             leidas.append(linea.toString());
@@ -35,24 +34,24 @@ private slots:
         QTest::addColumn<QString>("detalle");
         QTest::addColumn<double>("restante"); // negative: none
         const double mitad = (100 - 30.5) * 10 / 30.5;
-        QTest::newRow("con estimación") << "12/40 ficheros (30.5%), 7 MiB" << 10.0 << 0.305
-                                        << "12 de 40 archivos" << mitad;
-        QTest::newRow("demasiado pronto") << "12/40 ficheros (30.5%), 7 MiB" << 1.99 << 0.305
-                                          << "12 de 40 archivos" << -1.0;
-        QTest::newRow("justo a tiempo") << "3/9 ficheros (1.0%), 7 MiB" << 2.0 << 0.01
-                                        << "3 de 9 archivos" << 198.0;
-        QTest::newRow("menos del 1 %") << "0/1 ficheros (0.4%), 0 MiB" << 60.0 << 0.004
-                                       << "1 archivo" << -1.0;
+        QTest::newRow("con estimación")
+            << "12/40 ficheros (30.5%), 7 MiB" << 10.0 << 0.305 << "12 de 40 archivos" << mitad;
+        QTest::newRow("demasiado pronto")
+            << "12/40 ficheros (30.5%), 7 MiB" << 1.99 << 0.305 << "12 de 40 archivos" << -1.0;
+        QTest::newRow("justo a tiempo")
+            << "3/9 ficheros (1.0%), 7 MiB" << 2.0 << 0.01 << "3 de 9 archivos" << 198.0;
+        QTest::newRow("menos del 1 %")
+            << "0/1 ficheros (0.4%), 0 MiB" << 60.0 << 0.004 << "1 archivo" << -1.0;
         QTest::newRow("dentro de otra") << "progress: 3/9 ficheros (50%), 12 MiB done" << 0.0 << 0.5
                                         << "3 de 9 archivos" << -1.0;
-        QTest::newRow("dos puntos") << "3/9 ficheros (1.2.3%), 12 MiB" << 9.0 << 0.0
-                                    << "3 de 9 archivos" << -1.0;
-        QTest::newRow("punto final") << "3/9 ficheros (50.%), 12 MiB" << 0.0 << 0.5
-                                     << "3 de 9 archivos" << -1.0;
+        QTest::newRow("dos puntos")
+            << "3/9 ficheros (1.2.3%), 12 MiB" << 9.0 << 0.0 << "3 de 9 archivos" << -1.0;
+        QTest::newRow("punto final")
+            << "3/9 ficheros (50.%), 12 MiB" << 0.0 << 0.5 << "3 de 9 archivos" << -1.0;
         QTest::newRow("número enorme") << "99999999999999999999/40 ficheros (30.5%), 7 MiB" << 0.0
                                        << 0.305 << "40 de 30 archivos" << -1.0;
-        QTest::newRow("clave y progreso") << "deriving key 3/9 ficheros (50%), 12 MiB" << 0.0 << 0.5
-                                          << "3 de 9 archivos" << -1.0;
+        QTest::newRow("clave y progreso")
+            << "deriving key 3/9 ficheros (50%), 12 MiB" << 0.0 << 0.5 << "3 de 9 archivos" << -1.0;
         QTest::newRow("clave") << "orcalin: deriving key (scrypt)" << 9.0 << 0.0
                                << "preparando el cifrado…" << -1.0;
     }
@@ -77,9 +76,10 @@ private slots:
     }
 
     void unTrozoDaSusEstadosEnOrden() {
-        const auto leidos = progreso::leeTrozo("ing key\rderiving key\r1/4 ficheros (25%), 0 MiB\r\n"
-                                               "2/4 ficheros (50%), 1 MiB\n3/4 fich",
-                                               0);
+        const auto leidos =
+            progreso::leeTrozo("ing key\rderiving key\r1/4 ficheros (25%), 0 MiB\r\n"
+                               "2/4 ficheros (50%), 1 MiB\n3/4 fich",
+                               0);
         const QList<Trabajando> esperados{
             {0, QStringLiteral("preparando el cifrado…"), std::nullopt},
             {0.25, QStringLiteral("1 de 4 archivos"), std::nullopt},
@@ -102,7 +102,9 @@ private slots:
     }
 
     void laExtensionDeUnArchivo() {
-        const auto es = [](const char *ruta) { return ruta::esArchivo(ruta::url(QByteArray(ruta))); };
+        const auto es = [](const char *ruta) {
+            return ruta::esArchivo(ruta::url(QByteArray(ruta)));
+        };
         QVERIFY(es("/a/x.okz") && es("/a/x.OKZ") && es("/a/x.tar.Okz") && es("/a/\xff.okz"));
         QVERIFY(!es("/a/okz") && !es("/a/.okz") && !es("/a/x.okz.zip") && !es("/a.okz/x"));
         QVERIFY(!ruta::esArchivo(QUrl(QStringLiteral("https://a/x.okz"))));

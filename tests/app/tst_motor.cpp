@@ -65,8 +65,8 @@ private slots:
         QCOMPARE(dato.st_mode & 07777, 0600u);
         QCOMPARE(Banco::lee(ruta), "contrase\xc3\xb1"
                                    "a\n");
-        static const QRegularExpression forma(QRegularExpression::anchoredPattern(QStringLiteral(
-            "okz-[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}")));
+        static const QRegularExpression forma(QRegularExpression::anchoredPattern(
+            QStringLiteral("okz-[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}")));
         QCOMPARE(banco.claves().size(), 1);
         QVERIFY(forma.match(banco.claves().first()).hasMatch());
         clave::quita(ruta);
@@ -85,7 +85,8 @@ private slots:
         const Banco banco;
         QCOMPARE(Motor::tamano(banco.fichero("cinco", "12345")), 5);
         const QDir raiz(banco.url("").toLocalFile());
-        QVERIFY(raiz.mkpath(QStringLiteral("carpeta/vacia")) && raiz.mkpath(QStringLiteral("nada")));
+        QVERIFY(raiz.mkpath(QStringLiteral("carpeta/vacia")) &&
+                raiz.mkpath(QStringLiteral("nada")));
         banco.fichero("carpeta/.oculto", "12345");
         QCOMPARE(Motor::tamano(banco.url("carpeta")), 5);
         QCOMPARE(Motor::tamano(banco.url("carpeta/")), 5);
@@ -94,7 +95,8 @@ private slots:
 
         // Links add nothing; each name of a file counts; any name is read.
         banco.enlace("/usr", "carpeta/enlace");
-        QCOMPARE(::link(banco.ruta("cinco").constData(), banco.ruta("carpeta/otro").constData()), 0);
+        QCOMPARE(::link(banco.ruta("cinco").constData(), banco.ruta("carpeta/otro").constData()),
+                 0);
         ::mkfifo(banco.ruta("carpeta/cola").constData(), 0600);
         banco.fichero("carpeta/vacia/\xff\n", "123");
         QCOMPARE(Motor::tamano(banco.url("carpeta")), 13);
