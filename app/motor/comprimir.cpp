@@ -116,11 +116,7 @@ void Motor::comprimir(const QList<QUrl> &origenes, const QUrl &destino, bool max
     }
     if (origenes.isEmpty())
         return;
-    Compresion trabajo{this, destino, {}, 0, {}};
-    for (const QUrl &origen : origenes) {
-        if (__builtin_add_overflow(trabajo.entrada, tamano(origen), &trabajo.entrada))
-            qFatal("la suma de tamaños no cabe en 64 bits");
-    }
+    Compresion trabajo{this, destino, {}, pesoDe(origenes), {}};
     ponEstado(Trabajando{0, QStringLiteral("preparando…"), std::nullopt});
 
     Proceso::Orden orden{ruta::nativa(*motor), argumentos(origenes, destino, maximo)};

@@ -1,6 +1,7 @@
 #include "tamano.h"
 
 #include "descriptor.h"
+#include "ruta.h"
 
 #include <QtGlobal>
 
@@ -17,6 +18,11 @@ struct CierraCarpeta {
     void operator()(DIR *carpeta) const { ::closedir(carpeta); }
 };
 using Carpeta = std::unique_ptr<DIR, CierraCarpeta>;
+
+void anade(qint64 &suma, qint64 bytes) {
+    if (__builtin_add_overflow(suma, bytes, &suma))
+        qFatal("la suma de tamaños no cabe en 64 bits");
+}
 
 // Walks a tree by descriptor: one fstatat per file on a short name, none per
 // folder. Looking every file up by its whole path would double the time.
@@ -66,14 +72,9 @@ private:
             tipo = IFTODT(dato.st_mode);
         }
         if (tipo == DT_REG)
-            anade(dato.st_size);
+            anade(m_suma, dato.st_size);
         else if (tipo == DT_DIR)
             m_pendientes.push_back(camino + '/' + entrada.d_name);
-    }
-
-    void anade(qint64 bytes) {
-        if (__builtin_add_overflow(m_suma, bytes, &m_suma))
-            qFatal("la suma de tamaños no cabe en 64 bits");
     }
 
     int m_raiz;
@@ -92,4 +93,11 @@ qint64 pesoDe(const QByteArray &ruta, const std::stop_token &parar) {
     const Descriptor raiz(
         ::open(ruta.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     return raiz ? Recorrido(raiz.numero()).suma(parar) : 0;
+}
+
+qint64 pesoDe(const QList<QUrl> &urls, const std::stop_token &parar) {
+    qint64 suma = 0;
+    for (const QUrl &url : urls)
+        anade(suma, pesoDe(ruta::nativa(url), parar));
+    return suma;
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
+#include <QUrl>
 
 #include <stop_token>
 
@@ -14,3 +16,6 @@
 ///
 /// When `parar` asks for it, returns early with a sum of no meaning.
 qint64 pesoDe(const QByteArray &ruta, const std::stop_token &parar = {});
+
+/// The same for several file URLs together.
+qint64 pesoDe(const QList<QUrl> &urls, const std::stop_token &parar = {});

@@ -1,0 +1,74 @@
+#include "escritoriolibre.h"
+
+#include "bytes.h"
+#include "dialogoorigenes.h"
+#include "motor/ruta.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDesktopServices>
+
+namespace {
+
+constexpr int kEsperaAlGestor = 2000; // milliseconds
+
+void abreCarpetaDe(const QUrl &url) {
+    QDesktopServices::openUrl(url.adjusted(QUrl::RemoveFilename));
+}
+
+} // namespace
+
+EscritorioLibre::EscritorioLibre()
+    : m_carpeta(QDir::homePath()) {}
+
+QList<QUrl> EscritorioLibre::eligeOrigenes() {
+    DialogoOrigenes dialogo;
+    dialogo.setDirectory(m_carpeta);
+    if (dialogo.exec() != QDialog::Accepted)
+        return {};
+    m_carpeta = dialogo.directory().path();
+    return dialogo.elegidos();
+}
+
+std::optional<QUrl> EscritorioLibre::eligeDestino(const QString &nombre) {
+    QFileDialog dialogo(nullptr, QStringLiteral("Guardar"), m_carpeta);
+    dialogo.setAcceptMode(QFileDialog::AcceptSave);
+    dialogo.setFileMode(QFileDialog::AnyFile);
+    dialogo.setLabelText(QFileDialog::Accept, QStringLiteral("Guardar"));
+    dialogo.selectFile(nombre);
+    if (dialogo.exec() != QDialog::Accepted || dialogo.selectedUrls().isEmpty())
+        return std::nullopt;
+    m_carpeta = dialogo.directory().path();
+    return dialogo.selectedUrls().constFirst();
+}
+
+std::optional<QUrl> EscritorioLibre::eligeArchivo() {
+    QFileDialog dialogo(nullptr, QStringLiteral("Abrir archivo"), m_carpeta,
+                        QStringLiteral("Archivos de Orcalin (*.okz *.OKZ *.Okz)"));
+    dialogo.setFileMode(QFileDialog::ExistingFile);
+    dialogo.setLabelText(QFileDialog::Accept, QStringLiteral("Abrir"));
+    if (dialogo.exec() != QDialog::Accepted || dialogo.selectedUrls().isEmpty())
+        return std::nullopt;
+    m_carpeta = dialogo.directory().path();
+    return dialogo.selectedUrls().constFirst();
+}
+
+QString EscritorioLibre::textoDeBytes(qint64 bytes) const {
+    return ::textoDeBytes(bytes);
+}
+
+void EscritorioLibre::revela(const QUrl &url) {
+    auto llamada = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
+        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
+    llamada << QStringList{url.toString(QUrl::FullyEncoded)} << QString();
+    auto *espera = new QDBusPendingCallWatcher(
+        QDBusConnection::sessionBus().asyncCall(llamada, kEsperaAlGestor));
+    QObject::connect(espera, &QDBusPendingCallWatcher::finished, espera, [espera, url] {
+        if (espera->isError())
+            abreCarpetaDe(url);
+        espera->deleteLater();
+    });
+}

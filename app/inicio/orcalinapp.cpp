@@ -1,0 +1,77 @@
+#include "orcalinapp.h"
+
+#include "abierto.h"
+#include "escritorio/escritorio.h"
+#include "motor/ruta.h"
+
+namespace {
+
+template<typename Vista>
+void retira(std::unique_ptr<Vista> &vista) {
+    if (vista)
+        vista.release()->deleteLater();
+}
+
+} // namespace
+
+OrcalinApp::OrcalinApp(std::unique_ptr<Delegado> delegado, Escritorio &escritorio)
+    : m_delegado(std::move(delegado))
+    , m_escritorio(escritorio)
+    , m_abierto(Abierto::compartido()) {
+    connect(&m_abierto, &Abierto::vaACambiar, this, &OrcalinApp::pideBody);
+    body();
+}
+
+OrcalinApp::~OrcalinApp() = default;
+
+void OrcalinApp::abrirDialogo() {
+    if (const auto archivo = m_escritorio.eligeArchivo())
+        m_abierto.ponArchivo(*archivo);
+}
+
+void OrcalinApp::guardarAlgo() {
+    m_abierto.ponArchivo(std::nullopt);
+}
+
+// Several writes of one turn of the event loop make one new screen.
+void OrcalinApp::pideBody() {
+    if (std::exchange(m_pedido, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_pedido = false;
+            if (identidad() != m_identidad)
+                body();
+        },
+        Qt::QueuedConnection);
+}
+
+OrcalinApp::Identidad OrcalinApp::identidad() const {
+    // Nothing of a list that is handed in meanwhile reaches the browser.
+    if (m_abierto.archivo())
+        return {m_abierto.archivo(), {}};
+    QByteArrayList rutas;
+    for (const QUrl &url : m_abierto.aComprimir())
+        rutas.append(ruta::nativa(url));
+    return {std::nullopt, rutas.join('|')};
+}
+
+void OrcalinApp::body() {
+    m_identidad = identidad();
+    // The view is still bound to the old screen until it has seen the new one.
+    retira(m_pantalla);
+    retira(m_explorador);
+    if (m_identidad.archivo)
+        m_explorador = std::make_unique<Explorador>(*m_identidad.archivo);
+    else
+        m_pantalla = nuevaPantalla();
+    emit pantallaCambia();
+}
+
+std::unique_ptr<Pantalla> OrcalinApp::nuevaPantalla() {
+    auto pantalla = std::make_unique<Pantalla>(m_abierto.aComprimir(), m_escritorio);
+    connect(pantalla.get(), &Pantalla::abreArchivo, this,
+            [this](const QUrl &archivo) { m_abierto.ponArchivo(archivo); });
+    return pantalla;
+}

@@ -1,0 +1,13 @@
+#include "fondo.h"
+
+#include <QThreadPool>
+
+QThreadPool &colaDeFondo() {
+    constexpr int kHilos = 64;
+    static auto *cola = [] {
+        auto *nueva = new QThreadPool;
+        nueva->setMaxThreadCount(kHilos);
+        return nueva;
+    }();
+    return *cola;
+}

@@ -1,0 +1,147 @@
+#pragma once
+
+#include "motor/motor.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <stop_token>
+
+class Escritorio;
+
+/// The compression screen without its drawing: what is selected, the options,
+/// and which panel the driver's state asks for. Main thread only.
+///
+/// Everything that is shown is a property; the view binds to it and calls the
+/// slots, and decides nothing.
+class Pantalla : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(Panel panel READ panel NOTIFY estadoCambia)
+    Q_PROPERTY(bool encima READ encima NOTIFY encimaCambia)
+    Q_PROPERTY(QStringList nombres READ nombres NOTIFY origenesCambian)
+    Q_PROPERTY(Contenido contenido READ contenido NOTIFY origenesCambian)
+    Q_PROPERTY(QString cabecera READ cabecera NOTIFY cabeceraCambia)
+    Q_PROPERTY(QString peso READ peso NOTIFY cabeceraCambia)
+    Q_PROPERTY(bool maximo READ maximo WRITE ponMaximo NOTIFY opcionesCambian)
+    Q_PROPERTY(bool cifrar READ cifrar WRITE ponCifrar NOTIFY opcionesCambian)
+    Q_PROPERTY(QString contrasena READ contrasena WRITE ponContrasena NOTIFY opcionesCambian)
+    Q_PROPERTY(bool puedeGuardar READ puedeGuardar NOTIFY puedeGuardarCambia)
+    Q_PROPERTY(QString titular READ titular NOTIFY origenesCambian)
+    Q_PROPERTY(double pct READ pct NOTIFY estadoCambia)
+    Q_PROPERTY(QString detalle READ detalle NOTIFY estadoCambia)
+    Q_PROPERTY(QString tamanos READ tamanos NOTIFY estadoCambia)
+    Q_PROPERTY(QString ahorro READ ahorro NOTIFY estadoCambia)
+    Q_PROPERTY(QString duracion READ duracion NOTIFY estadoCambia)
+    Q_PROPERTY(QString mensaje READ mensaje NOTIFY estadoCambia)
+
+public:
+    /// In the order of the cases of `Motor::Estado`.
+    enum class Panel { Trabajando, Hecho, Error, Reposo };
+    Q_ENUM(Panel)
+
+    /// What the drop area holds.
+    enum class Contenido { Nada, Uno, Varios };
+    Q_ENUM(Contenido)
+
+    /// `inicial`: the items handed in from outside. The desktop must outlive
+    /// the screen.
+    Pantalla(QList<QUrl> inicial, Escritorio &escritorio, QObject *padre = nullptr);
+    ~Pantalla() override;
+
+    [[nodiscard]] const QList<QUrl> &origenes() const { return m_origenes; }
+    [[nodiscard]] const Motor &motor() const { return m_motor; }
+
+    [[nodiscard]] Panel panel() const;
+    [[nodiscard]] bool encima() const { return m_encima; }
+    [[nodiscard]] QStringList nombres() const;
+    [[nodiscard]] Contenido contenido() const;
+
+    /// The drop area's headline: the item's name, or the count and the total
+    /// size. Empty without a selection.
+    [[nodiscard]] QString cabecera() const;
+    /// The size of everything selected in words; "…" while it is measured.
+    [[nodiscard]] QString peso() const;
+
+    [[nodiscard]] bool maximo() const { return m_maximo; }
+    void ponMaximo(bool maximo);
+    [[nodiscard]] bool cifrar() const { return m_cifrar; }
+    void ponCifrar(bool cifrar);
+    [[nodiscard]] QString contrasena() const { return m_contrasena; }
+    void ponContrasena(const QString &contrasena);
+    [[nodiscard]] bool puedeGuardar() const;
+
+    /// The working panel: what is being packed, the fraction done (0 or less:
+    /// not known), and the line under the bar with the remaining time.
+    [[nodiscard]] QString titular() const;
+    [[nodiscard]] double pct() const;
+    [[nodiscard]] QString detalle() const;
+
+    /// The result panel's lines. No saving line (empty) for an empty input.
+    [[nodiscard]] QString tamanos() const;
+    [[nodiscard]] QString ahorro() const;
+    [[nodiscard]] QString duracion() const;
+
+    /// The failure panel's text.
+    [[nodiscard]] QString mensaje() const;
+
+    /// Whether the item is a folder; not when that cannot be read. A symbolic
+    /// link is not one: it is packed as a link.
+    static bool esCarpeta(const QUrl &url);
+
+public slots:
+    /// The screen has come into view: takes `inicial` over, once.
+    void aparece();
+
+    /// A drag with these URLs has come over the drop area. Returns whether it
+    /// may be dropped: only files and folders may.
+    bool arrastreEntra(const QList<QUrl> &urls);
+    void arrastreSale();
+    /// They were dropped. A single archive is opened (`abreArchivo`); anything
+    /// else replaces the selection, sorted by path. What is not a file is
+    /// skipped.
+    void suelta(const QList<QUrl> &urls);
+
+    /// Asks for sources; replaces the selection unless cancelled.
+    void elegir();
+    /// Asks where to save and starts the job. Does nothing without a selection.
+    void guardar();
+    void cancelar();
+
+    /// From the result: shows the archive in the file manager.
+    void revela();
+    /// From the result: back to an empty drop area.
+    void otraCosa();
+    /// From the failure: back, with selection and options kept.
+    void volver();
+
+    /// The image name for the item in this place of `nombres`, filled or not.
+    [[nodiscard]] QString icono(int indice, bool relleno) const;
+
+signals:
+    void estadoCambia();
+    void encimaCambia();
+    void origenesCambian();
+    void cabeceraCambia();
+    void opcionesCambian();
+    void puedeGuardarCambia();
+    /// A single archive was dropped: it is to be opened instead.
+    void abreArchivo(const QUrl &archivo);
+
+private:
+    void ponEncima(bool encima);
+    void ponOrigenes(QList<QUrl> origenes);
+    void mide();
+    [[nodiscard]] QString nombrePropuesto() const;
+
+    const QList<QUrl> m_inicial;
+    Escritorio &m_escritorio;
+    Motor m_motor;
+    bool m_encima = false;
+    QList<QUrl> m_origenes;
+    bool m_arrancado = false;
+    bool m_maximo = false;
+    bool m_cifrar = false;
+    QString m_contrasena;
+    std::optional<qint64> m_bytes; // of the selection, once measured
+    std::stop_source m_medida;     // the measuring under way
+};

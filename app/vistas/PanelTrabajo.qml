@@ -1,0 +1,39 @@
+import QtQuick
+import QtQuick.Controls.Fusion
+import QtQuick.Layouts
+import Orcalin
+
+Item {
+    id: panel
+
+    required property Pantalla pantalla
+
+    ColumnLayout {
+        anchors.centerIn: parent
+        width: parent.width
+        spacing: 16
+        Texto {
+            text: panel.pantalla.titular
+            font.weight: Font.DemiBold
+            Layout.fillWidth: true
+        }
+        ProgressBar {
+            value: panel.pantalla.pct
+            indeterminate: panel.pantalla.pct <= 0
+            Accessible.name: panel.pantalla.titular
+            Accessible.description: panel.pantalla.detalle
+            Layout.fillWidth: true
+            Layout.preferredHeight: 10
+        }
+        Leyenda {
+            text: panel.pantalla.detalle
+            Layout.fillWidth: true
+        }
+        Boton {
+            text: "Cancelar"
+            focus: true
+            onClicked: panel.pantalla.cancelar()
+            Layout.alignment: Qt.AlignHCenter
+        }
+    }
+}

@@ -1,0 +1,40 @@
+import QtQuick
+import Orcalin
+
+// The compression screen: shows the panel that the screen's state asks for.
+Item {
+    id: vista
+
+    required property Pantalla pantalla
+
+    Component.onCompleted: pantalla.aparece()
+
+    Loader {
+        id: panel
+        anchors.fill: parent
+        anchors.margins: 24
+        focus: true
+        sourceComponent: {
+            switch (vista.pantalla.panel) {
+            case Pantalla.Trabajando: return trabajo;
+            case Pantalla.Hecho: return resultado;
+            case Pantalla.Error: return fallo;
+            default: return reposo;
+            }
+        }
+        onLoaded: aparicion.restart()
+
+        NumberAnimation on opacity {
+            id: aparicion
+            from: 0
+            to: 1
+            duration: Tema.transicion
+            easing.type: Easing.InOutQuad
+        }
+    }
+
+    Component { id: reposo; PanelReposo { pantalla: vista.pantalla } }
+    Component { id: trabajo; PanelTrabajo { pantalla: vista.pantalla } }
+    Component { id: resultado; PanelResultado { pantalla: vista.pantalla } }
+    Component { id: fallo; PanelFallo { pantalla: vista.pantalla } }
+}

@@ -1,0 +1,80 @@
+import QtQuick
+import QtQuick.Controls.Fusion
+import QtQuick.Layouts
+import Orcalin
+
+ApplicationWindow {
+    id: ventana
+
+    required property OrcalinApp app
+    readonly property bool explorando: app.explorador !== null
+
+    objectName: "principal"
+    title: "orcalin"
+    visible: true
+    width: 560
+    height: 460 + menu.height
+    minimumWidth: explorando ? 560 : 460
+    minimumHeight: (explorando ? 420 + barra.height : 380) + menu.height
+    font.pixelSize: Tema.cuerpo
+
+    Action {
+        id: abrir
+        text: "Abrir archivo…"
+        shortcut: "Ctrl+O"
+        onTriggered: ventana.app.abrirDialogo()
+    }
+    Action {
+        id: salir
+        text: "Salir"
+        shortcut: "Ctrl+Q"
+        onTriggered: ventana.close()
+    }
+
+    menuBar: MenuBar {
+        id: menu
+        Menu {
+            title: "&Archivo"
+            MenuItem { action: abrir }
+            MenuSeparator {}
+            MenuItem { action: salir }
+        }
+    }
+
+    header: ToolBar {
+        id: barra
+        visible: ventana.explorando
+        ToolButton {
+            id: guardarAlgo
+            Accessible.name: text
+            text: "Guardar algo"
+            onClicked: ventana.app.guardarAlgo()
+            contentItem: RowLayout {
+                spacing: 6
+                ImagenSistema { nombre: "plus"; lado: 16; tinte: Tema.texto }
+                Texto { text: guardarAlgo.text; Accessible.ignored: true }
+            }
+        }
+    }
+
+    Loader {
+        anchors.fill: parent
+        sourceComponent: ventana.explorando ? explorador : pantalla
+    }
+    Component {
+        id: pantalla
+        // A fresh screen is drawn afresh, even when it follows another one.
+        Repeater {
+            model: ventana.app.pantalla === null ? [] : [ventana.app.pantalla]
+            PantallaVista {
+                required property Pantalla modelData
+                pantalla: modelData
+                anchors.fill: parent
+            }
+        }
+    }
+    Component {
+        id: explorador
+        ExploradorVista { nombre: ventana.app.explorador === null ? "" : ventana.app.explorador.nombre }
+    }
+}

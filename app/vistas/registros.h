@@ -1,0 +1,29 @@
+#pragma once
+
+#include "inicio/orcalinapp.h"
+
+#include <QQmlEngine>
+
+// The logic's types as QML knows them. Declared here so that the logic itself
+// needs no QML.
+
+struct PantallaQml {
+    Q_GADGET
+    QML_FOREIGN(Pantalla)
+    QML_NAMED_ELEMENT(Pantalla)
+    QML_UNCREATABLE("OrcalinApp makes the screens.")
+};
+
+struct ExploradorQml {
+    Q_GADGET
+    QML_FOREIGN(Explorador)
+    QML_NAMED_ELEMENT(Explorador)
+    QML_UNCREATABLE("OrcalinApp makes the screens.")
+};
+
+struct OrcalinAppQml {
+    Q_GADGET
+    QML_FOREIGN(OrcalinApp)
+    QML_NAMED_ELEMENT(OrcalinApp)
+    QML_UNCREATABLE("There is one application.")
+};

@@ -1,0 +1,28 @@
+#include "vistas.h"
+
+#include "imagenes.h"
+#include "inicio/orcalinapp.h"
+
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+void vistas::prepara() {
+    // A window of this kind is up sooner and takes a third of the memory
+    // without a graphics driver.
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") &&
+        !qEnvironmentVariableIsSet("QSG_RHI_BACKEND"))
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
+vistas::Ventana::Ventana(OrcalinApp &app)
+    : m_motorQml(std::make_unique<QQmlApplicationEngine>()) {
+    m_motorQml->addImageProvider(QStringLiteral("sistema"), new Imagenes); // the engine owns it
+    m_motorQml->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&app)}});
+    m_motorQml->load(QUrl(QStringLiteral("qrc:/Orcalin/Ventana.qml")));
+}
+
+vistas::Ventana::~Ventana() = default;
+
+bool vistas::Ventana::abierta() const {
+    return !m_motorQml->rootObjects().isEmpty();
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+
+class OrcalinApp;
+class QQmlApplicationEngine;
+
+/// The drawing. Main thread only.
+namespace vistas {
+
+/// What must be settled before the application object is made: the renderer,
+/// unless the user's environment names one.
+void prepara();
+
+/// The main window, shown from its construction on. `app` must outlive it.
+class Ventana {
+public:
+    explicit Ventana(OrcalinApp &app);
+    ~Ventana();
+    Ventana(const Ventana &) = delete;
+    Ventana &operator=(const Ventana &) = delete;
+
+    /// False when the window could not be made; the reason is on stderr.
+    [[nodiscard]] bool abierta() const;
+
+private:
+    std::unique_ptr<QQmlApplicationEngine> m_motorQml;
+};
+
+} // namespace vistas
