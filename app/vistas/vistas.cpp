@@ -6,6 +6,8 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 
+void qml_register_types_Orcalin(); // made by the build from registros.h
+
 void vistas::prepara() {
     // A window of this kind is up sooner and takes a third of the memory
     // without a graphics driver.
@@ -16,6 +18,8 @@ void vistas::prepara() {
 
 vistas::Ventana::Ventana(OrcalinApp &app)
     : m_motorQml(std::make_unique<QQmlApplicationEngine>()) {
+    // Nothing else refers to it, and the linker would leave it out.
+    qml_register_types_Orcalin();
     m_motorQml->addImageProvider(QStringLiteral("sistema"), new Imagenes); // the engine owns it
     m_motorQml->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&app)}});
     m_motorQml->load(QUrl(QStringLiteral("qrc:/Orcalin/Ventana.qml")));

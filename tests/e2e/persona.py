@@ -1,0 +1,115 @@
+"""What a person does with the application, through the accessibility bus, the
+keyboard and the mouse. Import it only inside a session (see sesion.py)."""
+
+import subprocess
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+ESPERA = 20  # seconds; a step that takes longer has failed
+
+
+class NoVisto(AssertionError):
+    """A step did not show what it should."""
+
+
+def hasta(condicion, que, espera=ESPERA):
+    """Waits until the condition gives something true, and returns it."""
+    limite = time.monotonic() + espera
+    while True:
+        try:
+            valor = condicion()
+        except GLib.Error:  # a control that has just gone
+            valor = None
+        if valor:
+            return valor
+        if time.monotonic() > limite:
+            raise NoVisto(f"no llegó a verse en {espera} s: {que}")
+        time.sleep(0.05)
+
+
+def teclas(*nombres):
+    subprocess.run(["xdotool", "key", "--delay", "30", *nombres], check=True)
+
+
+def teclea(texto):
+    subprocess.run(["xdotool", "type", "--delay", "15", "--file", "-"],
+                   input=texto.encode(), check=True)
+
+
+def _todos(nodo):
+    yield nodo
+    for i in range(nodo.get_child_count()):
+        hijo = nodo.get_child_at_index(i)
+        if hijo is not None:
+            yield from _todos(hijo)
+
+
+class Aplicacion:
+    """The running application."""
+
+    def __init__(self, binario, ficheros, entorno):
+        self.proceso = subprocess.Popen([binario, *ficheros], env=entorno,
+                                        stderr=subprocess.PIPE, stdin=subprocess.DEVNULL)
+        self.raiz = hasta(self._busca_raiz, "la aplicación en el bus de accesibilidad")
+        self.espera("frame", "orcalin")
+
+    def _busca_raiz(self):
+        if self.proceso.poll() is not None:
+            raise NoVisto(f"la aplicación acabó: {self.proceso.stderr.read().decode()}")
+        escritorio = Atspi.get_desktop(0)
+        for i in range(escritorio.get_child_count()):
+            aplicacion = escritorio.get_child_at_index(i)
+            if aplicacion is not None and aplicacion.get_process_id() == self.proceso.pid:
+                return aplicacion
+        return None
+
+    def visibles(self):
+        """Every control on screen as (role, name, node)."""
+        self.raiz.clear_cache()
+        for nodo in _todos(self.raiz):
+            if nodo is self.raiz or nodo.get_state_set().contains(Atspi.StateType.SHOWING):
+                yield nodo.get_role_name(), nodo.get_name(), nodo
+
+    def busca(self, papel, nombre=None):
+        for su_papel, su_nombre, nodo in self.visibles():
+            if su_papel == papel and nombre in (None, su_nombre):
+                return nodo
+        return None
+
+    def espera(self, papel, nombre=None, espera=ESPERA):
+        return hasta(lambda: self.busca(papel, nombre), f"{papel} «{nombre}»", espera)
+
+    def textos(self):
+        return [nombre for papel, nombre, _ in self.visibles() if papel in ("label", "static")]
+
+    def lee(self, condicion, que, espera=ESPERA):
+        """Waits for a text that fulfils the condition."""
+        return hasta(lambda: next((t for t in self.textos() if condicion(t)), None), que, espera)
+
+    def pulsa(self, papel, nombre):
+        nodo = self.espera(papel, nombre)
+        nodo.get_action_iface().do_action(0)
+        return nodo
+
+    def activo(self, nodo):
+        nodo.clear_cache()
+        return nodo.get_state_set().contains(Atspi.StateType.ENABLED)
+
+    def foto(self, destino, nombre="orcalin"):
+        """A picture of the window, with what the window manager puts around it."""
+        time.sleep(0.35)  # the panel's fade
+        ventana = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid",
+                                  str(self.proceso.pid), "--name", nombre],
+                                 capture_output=True, text=True, check=True).stdout.split()
+        subprocess.run(["import", "-window", ventana[-1], str(destino)], check=True)
+
+    def cierra(self):
+        """Leaves by the menu's shortcut; returns the exit status and stderr."""
+        if self.proceso.poll() is None:
+            self.proceso.terminate()
+        _, errores = self.proceso.communicate(timeout=ESPERA)
+        return self.proceso.returncode, errores.decode()
