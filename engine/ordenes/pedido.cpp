@@ -4,6 +4,7 @@
 #include "comun/fallo.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <zstd.h>
 
 namespace orcalin {
@@ -15,23 +16,21 @@ void enEspanol(CLI::App &app) {
     formato->label("Usage", "Uso");
     formato->label("OPTIONS", "OPCIONES");
     formato->label("SUBCOMMAND", "ORDEN");
-    formato->label("SUBCOMMANDS", "ÓRDENES");
     formato->label("Positionals", "Argumentos");
-    formato->label("Options", "Opciones");
-    formato->label("Subcommands", "Órdenes");
     formato->label("REQUIRED", "obligatorio");
     formato->label("TEXT", "RUTA");
     formato->label("INT", "N");
     formato->label("Excludes", "incompatible con");
     formato->column_width(32);
     app.formatter(formato);
-    app.set_help_flag("-h,--help", "Muestra esta ayuda");
+    app.option_defaults()->group("Opciones");
+    app.set_help_flag("-h,--help", "Muestra esta ayuda")->group("Opciones");
 }
 
 CLI::App *orden(CLI::App &app, const char *nombre, const char *descripcion) {
     CLI::App *nueva = app.add_subcommand(nombre, descripcion);
     enEspanol(*nueva);
-    nueva->option_defaults()->group("Opciones");
+    nueva->group("Órdenes");
     return nueva;
 }
 
@@ -41,7 +40,6 @@ void conContrasena(CLI::App &app, std::string &ruta) {
 
 CLI::App *ordenComprimir(CLI::App &app, PedidoComprimir &p) {
     CLI::App *nueva = orden(app, "compress", "Guarda ficheros y carpetas en un archivo");
-    // A name between brackets is a name, not a list.
     nueva->add_option("ORIGEN", p.origenes, "Ficheros y carpetas")->required();
     nueva->add_option("-o", p.destino, "Archivo que se escribe")->required();
     auto *nivel = nueva->add_option("--level", p.nivel, "Nivel de compresión, de 1 a 22");
@@ -71,6 +69,17 @@ CLI::App *ordenExtraer(CLI::App &app, PedidoExtraer &p) {
     return nueva;
 }
 
+/// The arguments, last first as the library wants them. It would take a path
+/// between brackets for a list; «./» before it changes nothing for any of ours.
+std::vector<std::string> argumentos(int argc, const char *const *argv) {
+    std::vector<std::string> todos(argv + std::min(1, argc), argv + argc);
+    for (auto &argumento : todos)
+        if (argumento.starts_with('['))
+            argumento.insert(0, "./");
+    std::reverse(todos.begin(), todos.end());
+    return todos;
+}
+
 std::string porque(const CLI::ParseError &error) {
     switch (static_cast<CLI::ExitCodes>(error.get_exit_code())) {
     case CLI::ExitCodes::RequiredError:
@@ -94,7 +103,8 @@ std::string porque(const CLI::ParseError &error) {
 Pedido lee(int argc, const char *const *argv) {
     CLI::App app("Guarda lo que se le da en un solo archivo, y lo devuelve.", "orcalin");
     enEspanol(app);
-    app.set_version_flag("--version", "orcalin " ORCALIN_VERSION, "Muestra la versión");
+    app.set_version_flag("--version", "orcalin " ORCALIN_VERSION, "Muestra la versión")
+        ->group("Opciones");
     app.require_subcommand(1);
     PedidoComprimir comprimir;
     PedidoListar listar;
@@ -103,7 +113,7 @@ Pedido lee(int argc, const char *const *argv) {
     const CLI::App *lista = ordenListar(app, listar);
     const CLI::App *extrae = ordenExtraer(app, extraer);
     try {
-        app.parse(argc, argv);
+        app.parse(argumentos(argc, argv));
     } catch (const CLI::CallForVersion &version) {
         return PedidoTexto{version.what()};
     } catch (const CLI::CallForHelp &) {
