@@ -13,12 +13,13 @@ namespace {
 
 constexpr mode_t segunUmask = 0666;
 
+/// The library's own resolution stops at a link whose target does not exist yet.
 std::filesystem::path resuelto(std::filesystem::path destino) {
+    constexpr int maximos = 40; // as many as the system follows
     std::error_code error;
-    if (!std::filesystem::is_symlink(destino, error))
-        return destino;
-    auto final = std::filesystem::weakly_canonical(destino, error);
-    return error ? destino : final;
+    for (int n = 0; n < maximos && std::filesystem::is_symlink(destino, error); ++n)
+        destino = destino.parent_path() / std::filesystem::read_symlink(destino, error);
+    return destino;
 }
 
 bool mismo(const struct stat &a, const struct stat &b) {

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <new>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace orcalin {
@@ -23,6 +24,12 @@ int opciones() {
 
 bool sinEspacio(int numero) {
     return numero == ENOSPC || numero == EDQUOT || numero == EIO;
+}
+
+/// Whether there is a folder, and not a link to one.
+bool esCarpeta(const char *ruta) {
+    struct stat estado {};
+    return lstat(ruta, &estado) == 0 && S_ISDIR(estado.st_mode);
 }
 
 /// A file on its way to its name: gone with whatever prevented its arrival.
@@ -76,6 +83,8 @@ void Disco::saca(LectorTar &lector, archive_entry *ficha, const Entrada &entrada
         throw FalloDeEntrada("no es un fichero ni una carpeta");
     if (entrada.tipo == '-')
         return sacaFichero(lector, ficha, como);
+    if (entrada.tipo == 'd')
+        return sacaCarpeta(ficha, como);
     cabecera(ficha, como);
     comprueba(archive_write_finish_entry(disco.get()));
 }
@@ -92,7 +101,22 @@ void Disco::enlaza(archive_entry *ficha, const std::string &ruta, const std::str
 }
 
 void Disco::acaba() {
+    // Inner folders first; one that gave way to something else since is gone.
+    for (auto i = carpetasDeAntes.rbegin(); i != carpetasDeAntes.rend(); ++i)
+        if (esCarpeta(archive_entry_pathname(i->get())) &&
+            archive_write_header(disco.get(), i->get()) == ARCHIVE_OK)
+            archive_write_finish_entry(disco.get());
     comprueba(archive_write_close(disco.get()));
+}
+
+/// The library puts off the times of the folders that it makes, but not of
+/// those that it finds: these are gone over once more at the end.
+void Disco::sacaCarpeta(archive_entry *ficha, const std::string &como) {
+    const bool estaba = esCarpeta(como.c_str());
+    cabecera(ficha, como);
+    comprueba(archive_write_finish_entry(disco.get()));
+    if (estaba)
+        carpetasDeAntes.emplace_back(archive_entry_clone(ficha));
 }
 
 void Disco::sacaFichero(LectorTar &lector, archive_entry *ficha, const std::string &como) {

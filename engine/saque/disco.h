@@ -4,6 +4,7 @@
 #include "tar/lector_tar.h"
 
 #include <string>
+#include <vector>
 
 namespace orcalin {
 
@@ -33,12 +34,14 @@ public:
     [[nodiscard]] bool incompleta() const { return faltaAlgo; }
 
 private:
+    void sacaCarpeta(archive_entry *ficha, const std::string &como);
     void sacaFichero(LectorTar &lector, archive_entry *ficha, const std::string &como);
     void copia(LectorTar &lector);
     void cabecera(archive_entry *ficha, const std::string &ruta);
     void comprueba(la_ssize_t resultado);
 
     AsaEscritura disco;
+    std::vector<Ficha> carpetasDeAntes; // entries whose folder was there already
     bool faltaAlgo = false;
 };
 
