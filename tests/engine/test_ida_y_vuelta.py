@@ -1,14 +1,10 @@
 """What goes in comes out, whoever takes it out."""
 
-import argparse
 import math
 import os
-import pathlib
 import random
 import re
 import subprocess
-import tarfile
-import typing
 import unittest
 
 from motor import Caso, ESCASO, age, foto, siembra
@@ -76,19 +72,20 @@ class IdaYVuelta(Caso):
 
 
 class Fronteras(Caso):
-    def ida_y_vuelta(self, cuantos, *cifrado, semilla=7):
+    def ida_y_vuelta(self, cuantos, *cifrado, semilla=7, ceros=0, nivel="1"):
         fichero = self.d / "f"
-        # The same bytes and time in every run, so that sizes can be foreseen.
-        fichero.write_bytes(random.Random(semilla).randbytes(cuantos))
+        # The same bytes and time in every run, so that sizes can be foreseen. The
+        # zeros give the content an end that does not fall in with tar's own.
+        fichero.write_bytes(random.Random(semilla).randbytes(cuantos) + bytes(ceros))
         os.utime(fichero, (1e9, 1e9))
-        self.corre("compress", fichero, "-o", self.okz, "--level", "1", *cifrado)
+        self.corre("compress", fichero, "-o", self.okz, "--level", nivel, *cifrado)
         salida = self.extrae(*cifrado[1:3])
         self.assertEqual((salida / "f").read_bytes(), fichero.read_bytes(), cuantos)
 
     def carga(self, cuantos, semilla):
         """Bytes of plaintext in the encrypted archive of a file of so many."""
         self.ida_y_vuelta(cuantos, "--encrypt", "--password-file", self.clave, *ESCASO,
-                          semilla=semilla)
+                          semilla=semilla, ceros=20000, nivel="19")
         datos = self.okz.read_bytes()
         cifrados = len(datos) - re.search(rb"\n--- .*\n", datos).end() - 16
         return cifrados - 16 * math.ceil(cifrados / (TROZO + 16))
@@ -96,15 +93,15 @@ class Fronteras(Caso):
     def alcanza(self, carga):
         """Whether some file makes a plaintext of exactly `carga` bytes."""
         cuantos = carga - 500
-        for intento in range(40):
-            falta = carga - self.carga(cuantos, intento)
+        for intento in range(20):
+            falta = carga - self.carga(cuantos, intento // 4)
             if falta == 0:
                 return True
-            cuantos += falta
+            cuantos += falta  # a byte more is a byte more, with few exceptions
         return False
 
     def test_trozos_del_cifrado(self):
-        for frontera in (TROZO, 2 * TROZO):
+        for frontera in (TROZO, 3 * TROZO):
             for carga in (frontera - 1, frontera, frontera + 1):
                 self.assertTrue(self.alcanza(carga), carga)
 
@@ -120,12 +117,12 @@ class Fronteras(Caso):
 
     def test_max_es_menor_y_lo_lee_zstd(self):
         fichero = self.d / "f"
-        fichero.write_bytes(b"".join(
-            pathlib.Path(m.__file__).read_bytes() for m in (unittest.case, argparse, tarfile, typing)))
+        lejos = random.Random(7).randbytes(TROZO)
+        fichero.write_bytes(lejos + bytes(9 * 1024 * 1024) + lejos)
         self.comprime(fichero, nivel="19")
         normal = self.okz.stat().st_size
         self.corre("compress", fichero, "-o", self.okz, "--max")
-        self.assertLess(self.okz.stat().st_size, normal)
+        self.assertLess(self.okz.stat().st_size, 0.6 * normal)
         subprocess.run(["zstd", "-tq", self.okz], check=True)
 
 
