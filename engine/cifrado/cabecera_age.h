@@ -1,0 +1,54 @@
+#pragma once
+
+#include "cifrado/secreto.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace orcalin {
+
+/// The first line of an age v1 file, its end included.
+inline constexpr std::string_view marcaAge = "age-encryption.org/v1\n";
+
+/// Work factors: log2 of scrypt's N. The highest costs 4 GiB and some seconds;
+/// a file that asks for more is out to stall whoever opens it.
+inline constexpr int factorHabitual = 17;
+inline constexpr int factorMaximo = 22;
+
+/// Bytes of the file key, from which everything else is derived.
+inline constexpr std::size_t largoClaveFichero = 16;
+
+/// No header that this program reads is longer, in bytes.
+inline constexpr std::size_t cabeceraMaxima = 1024;
+
+/// The header of an age v1 file with a password: one scrypt recipient, which
+/// wraps the file key, and a MAC of everything before it.
+class CabeceraAge {
+public:
+    /// Reads the header at the beginning of `octetos` (of a whole file, or its
+    /// first cabeceraMaxima bytes). Only the canonical form is taken. Throws
+    /// Fallo: damage, a recipient of another kind, too high a work factor.
+    static CabeceraAge lee(std::string_view octetos);
+
+    /// The header that wraps `claveFichero` with `contrasena`, as it stands in
+    /// the file. Takes as long as scrypt does.
+    static std::string crea(const Secreto &contrasena, int factor, const Secreto &claveFichero);
+
+    /// The file key. Throws Fallo: a wrong password, or a MAC that
+    /// does not match. Takes as long as scrypt does.
+    [[nodiscard]] Secreto abre(const Secreto &contrasena) const;
+
+    /// Length in bytes: where the payload begins.
+    [[nodiscard]] std::size_t largo() const { return bytes; }
+
+private:
+    std::string autenticado; // the header up to and with "---"
+    std::string sal;
+    std::string envuelta; // the file key, encrypted
+    std::string mac;
+    int factor = 0;
+    std::size_t bytes = 0;
+};
+
+} // namespace orcalin

@@ -1,0 +1,34 @@
+#include "cifrado/contrasena.h"
+
+#include "comun/fallo.h"
+#include "flujo/descriptor.h"
+
+#include <fcntl.h>
+
+namespace orcalin {
+namespace {
+
+constexpr std::size_t tope = 64 * 1024;
+
+} // namespace
+
+Secreto leeContrasena(const std::string &ruta) {
+    const Fallo falta("hace falta la contraseña");
+    if (ruta.empty())
+        throw falta;
+    const Descriptor fd(open(ruta.c_str(), O_RDONLY | O_CLOEXEC));
+    Secreto contrasena(tope + 1);
+    std::size_t total = 0;
+    while (fd.valido() && total <= tope) {
+        const ssize_t leidos = read(fd.numero(), contrasena.data() + total, tope + 1 - total);
+        if (leidos <= 0)
+            break;
+        total += static_cast<std::size_t>(leidos);
+    }
+    if (total == 0 || total > tope)
+        throw falta;
+    contrasena.acorta(total);
+    return contrasena;
+}
+
+} // namespace orcalin

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+namespace orcalin {
+
+/// Turns a closed pipe and a file size limit into errors of write(2) instead
+/// of a death that leaves things half done.
+void ignoraSenalesDeEscritura();
+
+/// From here on SIGTERM, SIGINT and SIGHUP remove the file named by
+/// borraAlCancelar(), write `mensaje` (a whole line, static storage) to
+/// standard error and end the process with status 1.
+///
+/// The handler does all this itself: the key derivation, one block of a high
+/// compression level and a stuck disk would keep a flag waiting far too long.
+void atiendeCancelacion(const char *mensaje);
+
+/// Names the file to remove on a signal; an empty name stands for none. To be
+/// called before the file is created. Throws Fallo if the path is too long.
+void borraAlCancelar(const std::string &ruta);
+
+/// The point of no return: the three signals are ignored from here on.
+void yaNoSeCancela();
+
+} // namespace orcalin

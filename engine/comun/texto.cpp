@@ -1,0 +1,119 @@
+#include "comun/texto.h"
+
+#include <array>
+#include <cstddef>
+
+namespace orcalin {
+namespace {
+
+constexpr std::string_view cifras = "0123456789abcdef";
+
+unsigned char octeto(std::string_view texto, std::size_t i) {
+    return static_cast<unsigned char>(texto[i]);
+}
+
+/// Neither overlong forms, nor surrogates, nor anything past U+10FFFF.
+bool segundoValido(unsigned char primero, unsigned char segundo) {
+    switch (primero) {
+    case 0xe0:
+        return segundo >= 0xa0;
+    case 0xed:
+        return segundo <= 0x9f;
+    case 0xf0:
+        return segundo >= 0x90;
+    case 0xf4:
+        return segundo <= 0x8f;
+    default:
+        return true;
+    }
+}
+
+/// Bytes of the UTF-8 character that `texto` (not empty) begins with; 0 if it
+/// begins with none.
+std::size_t largoUtf8(std::string_view texto) {
+    const unsigned char primero = octeto(texto, 0);
+    if (primero < 0x80)
+        return 1;
+    const std::size_t largo = primero >= 0xf0 ? 4 : primero >= 0xe0 ? 3 : 2;
+    if (primero < 0xc2 || primero > 0xf4 || texto.size() < largo)
+        return 0;
+    for (std::size_t i = 1; i < largo; ++i)
+        if ((octeto(texto, i) & 0xc0) != 0x80)
+            return 0;
+    return segundoValido(primero, octeto(texto, 1)) ? largo : 0;
+}
+
+bool cortaLinea(std::string_view caracter) {
+    const unsigned char primero = octeto(caracter, 0);
+    const bool c1 = primero == 0xc2 && octeto(caracter, 1) < 0xa0;
+    return primero < 0x20 || primero == 0x7f || c1 || caracter == "\u2028" || caracter == "\u2029";
+}
+
+std::string enHexadecimal(std::string_view octetos) {
+    std::string texto;
+    for (const char c : octetos) {
+        const auto valor = static_cast<unsigned char>(c);
+        texto += {'\\', 'x', cifras[valor >> 4U], cifras[valor & 0xfU]};
+    }
+    return texto;
+}
+
+void parte(std::string &texto, std::string_view palabra) {
+    const std::string partida =
+        enHexadecimal(palabra.substr(0, 1)) + std::string(palabra.substr(1));
+    for (auto i = texto.find(palabra); i != std::string::npos; i = texto.find(palabra))
+        texto.replace(i, palabra.size(), partida);
+}
+
+} // namespace
+
+std::string escapa(std::string_view nombre) {
+    std::string texto;
+    texto.reserve(nombre.size());
+    while (!nombre.empty()) {
+        const std::size_t largo = largoUtf8(nombre);
+        const std::string_view caracter = nombre.substr(0, largo == 0 ? 1 : largo);
+        if (caracter == "\\")
+            texto += "\\\\";
+        else if (largo == 0 || cortaLinea(caracter) || (caracter == " " && texto.empty()))
+            texto += enHexadecimal(caracter);
+        else
+            texto += caracter;
+        nombre.remove_prefix(caracter.size());
+    }
+    return texto;
+}
+
+std::optional<std::string> desescapa(std::string_view texto) {
+    std::string nombre;
+    while (!texto.empty()) {
+        std::size_t largo = 1;
+        char c = texto[0];
+        if (c == '\\' && texto.starts_with("\\x") && texto.size() >= 4) {
+            const auto alta = cifras.find(texto[2]);
+            const auto baja = cifras.find(texto[3]);
+            if (alta == std::string_view::npos || baja == std::string_view::npos)
+                return std::nullopt;
+            c = static_cast<char>(alta << 4U | baja);
+            largo = 4;
+        } else if (c == '\\') {
+            if (!texto.starts_with("\\\\"))
+                return std::nullopt;
+            largo = 2;
+        }
+        nombre += c;
+        texto.remove_prefix(largo);
+    }
+    return nombre;
+}
+
+std::string citado(std::string_view nombre) {
+    static constexpr std::array<std::string_view, 4> palabras{"Error", "error", "contraseña",
+                                                              "password"};
+    std::string texto = escapa(nombre);
+    for (const auto palabra : palabras)
+        parte(texto, palabra);
+    return "«" + texto + "»";
+}
+
+} // namespace orcalin

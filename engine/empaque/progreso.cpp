@@ -1,0 +1,73 @@
+#include "empaque/progreso.h"
+
+#include "comun/consola.h"
+
+#include <algorithm>
+#include <string>
+
+namespace orcalin {
+namespace {
+
+constexpr std::chrono::milliseconds intervalo{100};
+constexpr std::uint64_t todo = 1000; // thousandths
+
+std::uint64_t milesimasDe(std::uint64_t parte, std::uint64_t total) {
+    if (total == 0)
+        return todo;
+    // Rounded down: 100.0 only when nothing is left.
+    const double razon = static_cast<double>(parte) / static_cast<double>(total);
+    return std::min(todo, static_cast<std::uint64_t>(razon * static_cast<double>(todo)));
+}
+
+} // namespace
+
+Progreso::Progreso(bool seVe, const Plan &plan)
+    : visible(seVe) {
+    for (const auto &pieza : plan) {
+        ficheros += pieza.cuenta() ? 1 : 0;
+        bytes += pieza.bytes;
+    }
+}
+
+void Progreso::derivaClave() const {
+    if (visible)
+        diceLinea("deriving key");
+}
+
+void Progreso::lee(const Pieza &pieza, std::uint64_t cuantos) {
+    leidos += cuantos;
+    bytesDeEsta = std::min(bytesDeEsta + cuantos, pieza.bytes);
+    cuenta();
+}
+
+void Progreso::termina(const Pieza &pieza) {
+    bytesHechos += pieza.bytes;
+    bytesDeEsta = 0;
+    ficherosHechos += pieza.cuenta() ? 1 : 0;
+    cuenta();
+}
+
+void Progreso::acaba() {
+    di(todo);
+}
+
+void Progreso::cuenta() {
+    const auto ahora = Reloj::now();
+    if (!visible || ahora < proxima)
+        return;
+    proxima = ahora + intervalo;
+    // Without a byte to read, files are what there is to go by.
+    di(bytes > 0 ? milesimasDe(bytesHechos + bytesDeEsta, bytes)
+                 : milesimasDe(ficherosHechos, ficheros));
+}
+
+void Progreso::di(std::uint64_t milesimas) {
+    if (!visible)
+        return;
+    constexpr std::uint64_t mebi = 1024 * 1024;
+    diceLinea(std::to_string(ficherosHechos) + "/" + std::to_string(ficheros) + " ficheros (" +
+              std::to_string(milesimas / 10) + "." + std::to_string(milesimas % 10) + "%), " +
+              std::to_string(leidos / mebi) + " MiB");
+}
+
+} // namespace orcalin

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "comun/avisos.h"
+#include "flujo/fichero_provisional.h"
+
+#include <cstdint>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
+
+namespace orcalin {
+
+/// One thing to pack, as it was found.
+struct Pieza {
+    std::string origen;      ///< its path on the disk
+    std::string nombre;      ///< its path in the archive
+    mode_t clase = 0;        ///< S_IFREG, S_IFDIR or S_IFLNK
+    std::uint64_t bytes = 0; ///< of content to read; 0 for a second name of a file
+
+    /// Folders are no files to whoever counts files.
+    [[nodiscard]] bool cuenta() const { return clase != S_IFDIR; }
+};
+
+/// Everything there is to pack, folders before their contents, names in order.
+using Plan = std::vector<Pieza>;
+
+/// Walks the sources without ever following a symbolic link, not even when the
+/// source is one. Leaves out `destino` in both its forms. What cannot be packed
+/// or looked into goes to `avisos`. Throws Fallo if a source does not exist or
+/// is the destination itself.
+Plan planea(const std::vector<std::string> &origenes, const FicheroProvisional &destino,
+            Avisos &avisos);
+
+} // namespace orcalin

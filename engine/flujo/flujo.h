@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+namespace orcalin {
+
+using Octetos = std::span<const unsigned char>;
+using Hueco = std::span<unsigned char>;
+
+/// Where bytes come from: a file, a decryption, a decompression.
+class Fuente {
+public:
+    Fuente() = default;
+    Fuente(const Fuente &) = delete;
+    Fuente &operator=(const Fuente &) = delete;
+    virtual ~Fuente() = default;
+
+    /// Puts up to hueco.size() (> 0) bytes into `hueco` and returns how many; 0
+    /// only at the sound end of the data. Throws Fallo on damage, on a cut-off
+    /// end and on a reading failure; the source is then of no further use.
+    virtual std::size_t lee(Hueco hueco) = 0;
+};
+
+/// Reads until `hueco` is full or the data end; returns the bytes read.
+std::size_t llena(Fuente &fuente, Hueco hueco);
+
+/// Where bytes go: an encryption, a compression, a file.
+class Sumidero {
+public:
+    Sumidero() = default;
+    Sumidero(const Sumidero &) = delete;
+    Sumidero &operator=(const Sumidero &) = delete;
+    virtual ~Sumidero() = default;
+
+    /// Takes all of `datos`. Throws Fallo; the sink is then of no further use.
+    virtual void escribe(Octetos datos) = 0;
+
+    /// Completes what was written and closes the sink below, down to the file.
+    /// To be called once; a sink that is destroyed without it was given up.
+    virtual void cierra() = 0;
+};
+
+} // namespace orcalin

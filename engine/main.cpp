@@ -1,0 +1,5 @@
+#include "ordenes/ordenes.h"
+
+int main(int argc, char **argv) {
+    return orcalin::ejecuta(argc, argv);
+}

@@ -1,0 +1,50 @@
+#include "ordenes/ordenes.h"
+
+#include "comun/consola.h"
+#include "comun/fallo.h"
+#include "comun/senales.h"
+
+#include <new>
+
+namespace orcalin {
+namespace {
+
+struct Orden {
+    void operator()(const PedidoComprimir &pedido) const { comprime(pedido); }
+    void operator()(const PedidoListar &pedido) const { lista(pedido); }
+    void operator()(const PedidoExtraer &pedido) const { extrae(pedido); }
+    void operator()(const PedidoTexto &pedido) const {
+        Salida salida;
+        salida.linea(pedido.texto);
+        salida.vacia();
+    }
+};
+
+/// Spanish in one line for whatever went wrong.
+std::string descripcion() {
+    try {
+        throw;
+    } catch (const Fallo &fallo) {
+        return fallo.what();
+    } catch (const std::bad_alloc &) {
+        return "no hay memoria bastante";
+    } catch (const std::exception &) {
+        return "fallo interno";
+    }
+}
+
+} // namespace
+
+int ejecuta(int argc, const char *const *argv) noexcept {
+    try {
+        ignoraSenalesDeEscritura();
+        std::visit(Orden{}, lee(argc, argv));
+        return 0;
+    } catch (...) {
+        // By now everything is unwound: these are the last words.
+        diceLinea("Error: " + descripcion());
+        return 1;
+    }
+}
+
+} // namespace orcalin

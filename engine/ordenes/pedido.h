@@ -1,0 +1,47 @@
+#pragma once
+
+#include "cifrado/cabecera_age.h"
+
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace orcalin {
+
+/// What the command line asks for. Paths are bytes as they were given; an empty
+/// one was not given.
+struct PedidoComprimir {
+    std::vector<std::string> origenes;
+    std::string destino;
+    int nivel = 19;
+    bool maximo = false;
+    bool progreso = false;
+    bool cifra = false;
+    std::string ficheroContrasena;
+    int factor = factorHabitual; ///< log2 of scrypt's N
+};
+
+struct PedidoListar {
+    std::string archivo;
+    std::string ficheroContrasena;
+};
+
+struct PedidoExtraer {
+    std::string archivo;
+    std::string destino;
+    std::string entrada; ///< as list() prints it
+    bool todo = true;    ///< no entry was named
+    std::string ficheroContrasena;
+};
+
+/// A text for standard output: the help or the version.
+struct PedidoTexto {
+    std::string texto;
+};
+
+using Pedido = std::variant<PedidoComprimir, PedidoListar, PedidoExtraer, PedidoTexto>;
+
+/// Understands the command line. Throws Fallo if there is something wrong with it.
+Pedido lee(int argc, const char *const *argv);
+
+} // namespace orcalin

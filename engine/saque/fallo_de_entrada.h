@@ -1,0 +1,13 @@
+#pragma once
+
+#include <stdexcept>
+
+namespace orcalin {
+
+/// That one entry cannot be written; the others may. what() says why, in
+/// Spanish, without the entry's name.
+class FalloDeEntrada : public std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+} // namespace orcalin

@@ -1,0 +1,77 @@
+#include "tar/entrada.h"
+
+#include "comun/fallo.h"
+
+namespace orcalin {
+namespace {
+
+constexpr mode_t bitsDePermiso = 07777;
+
+/// Cuts the first component off `resto`.
+std::string_view componente(std::string_view &resto) {
+    const auto barra = resto.find('/');
+    const auto parte = resto.substr(0, barra);
+    resto.remove_prefix(barra == std::string_view::npos ? resto.size() : barra + 1);
+    return parte;
+}
+
+char tipoDe(archive_entry *ficha) {
+    switch (archive_entry_filetype(ficha)) {
+    case AE_IFREG:
+        return '-';
+    case AE_IFDIR:
+        return 'd';
+    case AE_IFLNK:
+        return 'l';
+    default:
+        return '?';
+    }
+}
+
+} // namespace
+
+Entrada describe(archive_entry *ficha) {
+    const char *ruta = archive_entry_pathname(ficha);
+    if (ruta == nullptr)
+        throw Fallo("el archivo está dañado");
+    Entrada entrada;
+    entrada.ruta = normaliza(ruta);
+    entrada.permisos = archive_entry_perm(ficha) & bitsDePermiso;
+    if (const char *otra = archive_entry_hardlink(ficha)) {
+        entrada.tipo = 'h';
+        entrada.enlace = normaliza(otra);
+        return entrada;
+    }
+    entrada.tipo = tipoDe(ficha);
+    entrada.bytes = entrada.tipo == '-' ? archive_entry_size(ficha) : 0;
+    return entrada;
+}
+
+std::string normaliza(std::string_view ruta) {
+    std::string limpia = ruta.starts_with('/') ? "/" : "";
+    while (!ruta.empty()) {
+        const auto parte = componente(ruta);
+        if (parte.empty() || parte == ".")
+            continue;
+        if (!limpia.empty() && limpia.back() != '/')
+            limpia += '/';
+        limpia += parte;
+    }
+    return limpia;
+}
+
+bool quedaDentro(std::string_view ruta) {
+    if (ruta.starts_with('/'))
+        return false;
+    while (!ruta.empty())
+        if (componente(ruta) == "..")
+            return false;
+    return true;
+}
+
+bool esDe(std::string_view ruta, std::string_view carpeta) {
+    return ruta.starts_with(carpeta) &&
+           (ruta.size() == carpeta.size() || ruta[carpeta.size()] == '/');
+}
+
+} // namespace orcalin

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "flujo/flujo.h"
+#include "tar/asa.h"
+
+#include <exception>
+
+namespace orcalin {
+
+/// Writes a pax tar stream.
+///
+/// Names are bytes here. The process stays in the "C" locale, where the
+/// library finds that a name beyond ASCII has no UTF-8 form, keeps its bytes
+/// and marks that one entry with hdrcharset=BINARY. Asked for by option, the
+/// mark would stand at every entry, and GNU tar complains about each.
+class EscritorTar {
+public:
+    /// `abajo` must outlive this. Throws std::bad_alloc or Fallo.
+    explicit EscritorTar(Sumidero &abajo);
+
+    /// Begins an entry; what the one before lacks of its size is filled with
+    /// zeros. False if this entry cannot be stored: the stream is as before.
+    bool cabecera(archive_entry *ficha);
+
+    /// Adds to the entry's content; what goes past its size is dropped.
+    void datos(Octetos datos);
+
+    /// Writes the end marker and closes the sink.
+    void cierra();
+
+private:
+    static la_ssize_t alEscribir(archive *, void *yo, const void *datos, std::size_t largo);
+    void comprueba(la_ssize_t resultado);
+
+    Sumidero &abajo;
+    AsaEscritura tar;
+    std::exception_ptr pendiente; // thrown below, must not cross the C library
+};
+
+} // namespace orcalin

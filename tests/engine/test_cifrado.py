@@ -1,0 +1,122 @@
+"""Encrypted archives: the password, the header, the chunks."""
+
+import re
+import time
+import unittest
+
+from motor import Caso, ESCASO, desordenado
+
+SELLADO = 64 * 1024 + 16
+MALA = "contraseña incorrecta"
+FALTA = "hace falta la contraseña"
+DANO = "el archivo está dañado"
+
+
+class Contrasena(Caso):
+    def setUp(self):
+        super().setUp()
+        self.otra = self.d / "otra"
+
+    def test_falta_o_no_vale(self):
+        self.cifra(self.clave)
+        self.assertEqual(self.error("list", self.okz), FALTA)
+        self.assertEqual(self.error("extract", self.okz, "-o", self.d / "salida"), FALTA)
+        for contenido, mensaje in (("", FALTA), ("tres", MALA),
+                                   (self.clave.read_text() + "\n", MALA)):
+            self.otra.write_text(contenido)
+            con = ("--password-file", self.otra)
+            self.assertEqual(self.error("list", self.okz, *con), mensaje)
+            self.assertEqual(self.error("extract", self.okz, "-o", self.d / "salida", *con), mensaje)
+        self.assertFalse((self.d / "salida").exists())
+
+    def test_falta_al_guardar(self):
+        orden = ("compress", self.clave, "-o", self.okz, "--encrypt")
+        self.otra.touch()
+        for con in ((), ("--password-file", self.d / "no existe"), ("--password-file", self.otra),
+                    ("--password-file", self.d)):
+            self.assertEqual(self.error(*orden, *con), FALTA)
+        self.assertFalse(self.okz.exists())
+
+    def test_factor_de_siempre_y_aviso(self):
+        orden = ("compress", self.clave, "-o", self.okz, "--encrypt", "--password-file", self.clave)
+        lineas = self.corre(*orden, "--progress").lineas
+        self.assertEqual(lineas[0], "deriving key")
+        self.assertNotIn("deriving key", lineas[1:])
+        self.assertRegex(self.okz.read_bytes(), rb"\n-> scrypt \S+ 17\n")
+        self.assertEqual(list(self.lista("--password-file", self.clave)), ["clave"])
+        self.assertNotIn("deriving key", self.corre(*orden, *ESCASO).lineas)
+
+    def test_dos_veces_no_es_lo_mismo(self):
+        self.cifra(self.clave)
+        uno = self.okz.read_bytes()
+        self.cifra(self.clave)
+        self.assertNotEqual(uno[:100], self.okz.read_bytes()[:100])
+        self.assertNotEqual(uno[-100:], self.okz.read_bytes()[-100:])
+
+
+class Manipulado(Caso):
+    def setUp(self):
+        super().setUp()
+        fichero = self.d / "f"
+        fichero.write_bytes(desordenado(3 * 64 * 1024 + 10))
+        self.cifra(fichero)
+        self.bueno = self.okz.read_bytes()
+        self.inicio = re.search(rb"\n--- \S{43}\n", self.bueno).end()
+
+    def con(self, datos):
+        self.assertNotEqual(datos, self.bueno)
+        self.okz.write_bytes(datos)
+        return self.error("extract", self.okz, "-o", self.d / "salida", "--password-file", self.clave)
+
+    def cambiado(self, patron, nuevo):
+        return self.con(re.sub(patron, nuevo, self.bueno, count=1))
+
+    def test_cabecera(self):
+        def otro(b):
+            return b"A" if b != b"A" else b"B"
+        # Only who knows the password could tell these two from a wrong one.
+        self.assertEqual(self.cambiado(rb"(?<=scrypt )(.)", lambda m: otro(m[1])), MALA)
+        self.assertEqual(self.cambiado(rb"(?<= 4\n)(.)", lambda m: otro(m[1])), MALA)
+        self.assertEqual(self.cambiado(rb"(?<=--- )(.)", lambda m: otro(m[1])), DANO)
+        self.assertEqual(self.cambiado(rb"\.org/v1", b".org/v2"), "no es un archivo .okz")
+
+    def test_solo_la_forma_canonica(self):
+        alfabeto = b"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/"
+
+        def sobrante(m):  # sets a bit that encodes nothing
+            return alfabeto[alfabeto.index(m[1]) | 1:][:1]
+        for patron, nuevo in ((rb" 4\n", b" 04\n"), (rb" 4\n", b" +4\n"), (rb" 4\n", b" 4 \n"),
+                              (rb" 4\n", b" 4\r\n"), (rb"-> scrypt", b"-> scrypt "),
+                              (rb" 4\n", b"== 4\n"), (rb"(\S)(?= 4\n)", sobrante),
+                              (rb"(\S)(?=\n---)", sobrante), (rb"(\S)(?=\n---)", rb"\1="),
+                              (rb"--- ", b"---  "), (rb"\n---", b"\n\n---"), (rb"\n---", b"\n-> x\n\n---"),
+                              (rb"--- \S+\n", b"---\n"), (rb" 4\n", b"\n")):
+            self.assertEqual(self.cambiado(patron, nuevo), DANO, (patron, nuevo))
+
+    def test_lo_que_no_se_acepta_abrir(self):
+        desde = time.monotonic()
+        for factor in (b"23", b"30", b"99999999999999999999"):
+            self.assertIn("trabajo", self.cambiado(rb" 4\n", b" " + factor + b"\n"))
+        self.assertLess(time.monotonic() - desde, 2)
+        self.assertIn("cifrado", self.cambiado(rb"-> scrypt", b"-> X25519"))
+
+    def test_cabecera_cortada(self):
+        for largo in (22, 30, 70, 120, self.inicio - 1, self.inicio + 10):
+            self.assertIn(self.con(self.bueno[:largo]), (DANO, "el archivo está incompleto"))
+
+    def test_carga(self):
+        cabeza, carga = self.bueno[:self.inicio + 16], self.bueno[self.inicio + 16:]
+        trozos = [carga[i:i + SELLADO] for i in range(0, len(carga), SELLADO)]
+        self.assertEqual(len(trozos), 4)
+        for i in (0, len(carga) // 2, len(carga) - 1):
+            self.assertEqual(self.con(cabeza + carga[:i] + bytes([carga[i] ^ 1]) + carga[i + 1:]), DANO)
+        self.assertEqual(self.con(self.bueno[:self.inicio] + bytes(16) + carga), DANO)
+        for orden in ((1, 0, 2, 3), (0, 1, 3), (0, 1, 2, 3, 3), (0, 1, 2, 2, 3)):
+            self.assertEqual(self.con(cabeza + b"".join(trozos[i] for i in orden)), DANO)
+        for datos in (cabeza + b"".join(trozos[:3]), cabeza, self.bueno + b"x", self.bueno[:-1]):
+            self.assertIn(self.con(datos), (DANO, "el archivo está incompleto"))
+        self.assertFalse((self.d / "salida/f").exists())
+
+
+if __name__ == "__main__":
+    unittest.main()
