@@ -3,6 +3,7 @@
 #include "motor/proceso.h"
 #include "motor/ruta.h"
 #include "orcalinapp.h"
+#include "senales.h"
 #include "vistas/vistas.h"
 
 #include <QApplication>
@@ -51,6 +52,7 @@ int main(int argc, char **argv) {
     QCoreApplication::setApplicationVersion(QStringLiteral(ORCALIN_VERSION));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("orcalin"));
     QGuiApplication::setDesktopFileName(QStringLiteral("es.orcalin.Orcalin"));
+    salEnOrden();
     QTranslator traductor;
     hablaEspanol(traductor);
 

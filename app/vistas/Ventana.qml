@@ -13,9 +13,9 @@ ApplicationWindow {
     title: "orcalin"
     visible: true
     width: 560
-    height: 460 + menu.height
+    height: 460 + menus.height
     minimumWidth: explorando ? 560 : 460
-    minimumHeight: (explorando ? 420 + barra.height : 380) + menu.height
+    minimumHeight: (explorando ? 420 + barra.height : 380) + menus.height
     font.pixelSize: Tema.cuerpo
 
     Action {
@@ -32,7 +32,11 @@ ApplicationWindow {
     }
 
     menuBar: MenuBar {
-        id: menu
+        id: menus
+        delegate: MenuBarItem {
+            Accessible.role: Accessible.MenuItem
+            Accessible.name: menu.title.replace("&", "")
+        }
         Menu {
             title: "&Archivo"
             MenuItem { action: abrir }
@@ -75,6 +79,6 @@ ApplicationWindow {
     }
     Component {
         id: explorador
-        ExploradorVista { nombre: ventana.app.explorador === null ? "" : ventana.app.explorador.nombre }
+        ExploradorVista { nombre: ventana.app.explorador?.nombre ?? "" }
     }
 }
