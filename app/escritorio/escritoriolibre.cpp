@@ -9,10 +9,20 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDesktopServices>
+#include <QGuiApplication>
+#include <QWindow>
 
 namespace {
 
 constexpr int kEsperaAlGestor = 2000; // milliseconds
+
+// Over the main window, which is no widget and so cannot be the parent.
+bool muestra(QDialog &dialogo) {
+    QWindow *principal = QGuiApplication::focusWindow();
+    dialogo.winId(); // makes the window
+    dialogo.windowHandle()->setTransientParent(principal);
+    return dialogo.exec() == QDialog::Accepted;
+}
 
 void abreCarpetaDe(const QUrl &url) {
     QDesktopServices::openUrl(url.adjusted(QUrl::RemoveFilename));
@@ -26,7 +36,7 @@ EscritorioLibre::EscritorioLibre()
 QList<QUrl> EscritorioLibre::eligeOrigenes() {
     DialogoOrigenes dialogo;
     dialogo.setDirectory(m_carpeta);
-    if (dialogo.exec() != QDialog::Accepted)
+    if (!muestra(dialogo))
         return {};
     m_carpeta = dialogo.directory().path();
     return dialogo.elegidos();
@@ -38,7 +48,7 @@ std::optional<QUrl> EscritorioLibre::eligeDestino(const QString &nombre) {
     dialogo.setFileMode(QFileDialog::AnyFile);
     dialogo.setLabelText(QFileDialog::Accept, QStringLiteral("Guardar"));
     dialogo.selectFile(nombre);
-    if (dialogo.exec() != QDialog::Accepted || dialogo.selectedUrls().isEmpty())
+    if (!muestra(dialogo) || dialogo.selectedUrls().isEmpty())
         return std::nullopt;
     m_carpeta = dialogo.directory().path();
     return dialogo.selectedUrls().constFirst();
@@ -49,7 +59,7 @@ std::optional<QUrl> EscritorioLibre::eligeArchivo() {
                         QStringLiteral("Archivos de Orcalin (*.okz *.OKZ *.Okz)"));
     dialogo.setFileMode(QFileDialog::ExistingFile);
     dialogo.setLabelText(QFileDialog::Accept, QStringLiteral("Abrir"));
-    if (dialogo.exec() != QDialog::Accepted || dialogo.selectedUrls().isEmpty())
+    if (!muestra(dialogo) || dialogo.selectedUrls().isEmpty())
         return std::nullopt;
     m_carpeta = dialogo.directory().path();
     return dialogo.selectedUrls().constFirst();

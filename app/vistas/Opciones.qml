@@ -7,36 +7,40 @@ ColumnLayout {
     id: opciones
 
     required property Pantalla pantalla
+    // What belongs to an option stands under its text.
+    readonly property int sangria: maximo.indicator.width + maximo.spacing
 
-    spacing: 6
+    spacing: 4
 
-    CheckBox {
+    Casilla {
+        id: maximo
         text: "Comprimir al máximo"
         checked: opciones.pantalla.maximo
-        onToggled: opciones.pantalla.maximo = checked
-        Accessible.name: text
+        onCheckedChanged: opciones.pantalla.maximo = checked
     }
     Leyenda {
         visible: opciones.pantalla.maximo
         text: "Ocupa bastante menos y tarda unas quince veces más."
         horizontalAlignment: Text.AlignLeft
+        Layout.leftMargin: opciones.sangria
         Layout.fillWidth: true
     }
-    CheckBox {
+    Casilla {
         text: "Cifrar"
         checked: opciones.pantalla.cifrar
-        onToggled: opciones.pantalla.cifrar = checked
-        Accessible.name: text
+        onCheckedChanged: opciones.pantalla.cifrar = checked
     }
     TextField {
         visible: opciones.pantalla.cifrar
         placeholderText: "Contraseña"
         echoMode: TextInput.Password
         inputMethodHints: Qt.ImhHiddenText | Qt.ImhSensitiveData | Qt.ImhNoPredictiveText
+        font.pixelSize: Tema.cuerpo
         text: opciones.pantalla.contrasena
         onTextEdited: opciones.pantalla.contrasena = text
         onVisibleChanged: if (visible) forceActiveFocus()
-        Accessible.name: placeholderText
+        Accessible.name: "Contraseña"
+        Layout.leftMargin: opciones.sangria
         Layout.fillWidth: true
     }
     Leyenda {
@@ -44,6 +48,7 @@ ColumnLayout {
         text: "Sin esta contraseña no hay forma de recuperar lo guardado. No se puede restablecer."
         color: Tema.naranja
         horizontalAlignment: Text.AlignLeft
+        Layout.leftMargin: opciones.sangria
         Layout.fillWidth: true
     }
 }

@@ -22,7 +22,9 @@ ColumnLayout {
     BotonDestacado {
         text: "Guardar"
         enabled: panel.pantalla.puedeGuardar
-        onClicked: panel.pantalla.guardar()
+        // Later: a modal panel inside the click would keep a screen reader
+        // waiting for the end of its own call.
+        onClicked: Qt.callLater(() => panel.pantalla.guardar())
         Layout.fillWidth: true
     }
 }

@@ -12,6 +12,10 @@ QtObject {
     // The highlight is made for backgrounds: on its own it must stand out as well.
     readonly property color acento: oscuro ? Qt.lighter(paleta.highlight, 1.25) : paleta.highlight
     readonly property color acentoSuave: Qt.alpha(acento, 0.12)
+    // White on the usual highlights is hard to read: a darker ground for it.
+    readonly property color destacado: oscuro ? paleta.highlight : Qt.darker(paleta.highlight, 1.3)
+    readonly property color sobreDestacado: claridad(destacado) > 0.36 ? "#101418" : "#ffffff"
+    readonly property color apagado: mezcla(paleta.windowText, paleta.window, 0.12)
     readonly property color verde: oscuro ? "#5fd07a" : "#23863a"
     readonly property color naranja: oscuro ? "#ffb057" : "#b45309"
 
@@ -20,6 +24,11 @@ QtObject {
     readonly property int titulo: Math.round(cuerpo * 1.25)
     readonly property int transicion: 180
 
+    // How bright a colour looks, 0 to 1.
+    function claridad(c: color): real {
+        const lineal = v => v <= 0.04045 ? v / 12.92 : Math.pow((v + 0.055) / 1.055, 2.4);
+        return 0.2126 * lineal(c.r) + 0.7152 * lineal(c.g) + 0.0722 * lineal(c.b);
+    }
     function mezcla(a: color, b: color, parte: real): color {
         return Qt.rgba(a.r * parte + b.r * (1 - parte), a.g * parte + b.g * (1 - parte),
                        a.b * parte + b.b * (1 - parte), 1);

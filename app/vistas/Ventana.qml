@@ -22,7 +22,7 @@ ApplicationWindow {
         id: abrir
         text: "Abrir archivo…"
         shortcut: "Ctrl+O"
-        onTriggered: ventana.app.abrirDialogo()
+        onTriggered: Qt.callLater(() => ventana.app.abrirDialogo())
     }
     Action {
         id: salir

@@ -11,9 +11,10 @@ AbstractButton {
     required property Pantalla pantalla
     readonly property color contorno: pantalla.encima ? Tema.acento : Tema.tenue
 
-    onClicked: pantalla.elegir()
+    onClicked: Qt.callLater(() => pantalla.elegir())
 
     Accessible.role: Accessible.Button
+    Accessible.onPressAction: clicked()
     Accessible.name: "Elegir qué guardar"
     Accessible.description: pantalla.contenido === Pantalla.Nada
         ? "Arrastra aquí lo que quieras guardar" : pantalla.cabecera
@@ -51,10 +52,17 @@ AbstractButton {
 
     DropArea {
         anchors.fill: parent
-        onEntered: drag => drag.accepted = zona.pantalla.arrastreEntra(drag.urls)
+        // Copies, from the first moment on: a file manager that hears "move"
+        // would delete the originals.
+        onEntered: drag => {
+            if (zona.pantalla.arrastreEntra(drag.urls))
+                drag.accept(Qt.CopyAction);
+            else
+                drag.accepted = false;
+        }
+        onPositionChanged: drag => drag.accept(Qt.CopyAction)
         onExited: zona.pantalla.arrastreSale()
         onDropped: drop => {
-            // A copy: a file manager that hears "move" would delete the originals.
             drop.accept(Qt.CopyAction);
             zona.pantalla.suelta(drop.urls);
         }

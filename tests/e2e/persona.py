@@ -55,7 +55,10 @@ class Aplicacion:
         self.proceso = subprocess.Popen([binario, *ficheros], env=entorno,
                                         stderr=subprocess.PIPE, stdin=subprocess.DEVNULL)
         self.raiz = hasta(self._busca_raiz, "la aplicación en el bus de accesibilidad")
-        self.espera("frame", "orcalin")
+        marco = self.espera("frame", "orcalin")
+        # Coordinates mean something only once the window manager has placed it.
+        hasta(lambda: marco.get_extents(Atspi.CoordType.SCREEN).x > 0, "la ventana en su sitio")
+        hasta(lambda: marco.get_state_set().contains(Atspi.StateType.ACTIVE), "la ventana activa")
 
     def _busca_raiz(self):
         if self.proceso.poll() is not None:
@@ -113,3 +116,36 @@ class Aplicacion:
             self.proceso.terminate()
         _, errores = self.proceso.communicate(timeout=ESPERA)
         return self.proceso.returncode, errores.decode()
+
+
+class Arrastre:
+    """Paths held with the mouse over a point of the screen; `suelta` drops
+    them there. Paths may be bytes; what is no path is dragged as it is."""
+
+    def __init__(self, arrastrador, rutas, x, y):
+        self._fuente = subprocess.Popen([arrastrador, *rutas], stdout=subprocess.PIPE, text=True)
+        time.sleep(0.7)
+        self._raton("mousemove", 30, 30, "mousedown", 1)
+        for paso in range(1, 13):
+            self._raton("mousemove", 30 + (x - 30) * paso // 12, 30 + (y - 30) * paso // 12)
+            time.sleep(0.03)
+        self._raton("mousemove", x + 2, y + 2)
+        time.sleep(0.2)
+
+    @staticmethod
+    def _raton(*orden):
+        subprocess.run(["xdotool", *map(str, orden)], check=True)
+
+    def suelta(self):
+        """Drops, and returns what the source was told: "copy", "move" or none."""
+        self._raton("mouseup", 1)
+        try:
+            dicho, _ = self._fuente.communicate(timeout=ESPERA)
+        finally:
+            self._fuente.kill()
+        return {"drop 0": None, "drop 1": "copy", "drop 2": "move"}[dicho.strip()]
+
+
+def centro(nodo):
+    caja = nodo.get_extents(Atspi.CoordType.SCREEN)
+    return caja.x + caja.width // 2, caja.y + caja.height // 2
