@@ -1,9 +1,6 @@
 #include "comun/senales.h"
 
-#include "comun/fallo.h"
-
 #include <array>
-#include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstring>
@@ -56,12 +53,13 @@ void atiendeCancelacion(const char *mensaje) {
     dispone(alCancelar);
 }
 
-void borraAlCancelar(const std::string &ruta) {
+bool borraAlCancelar(const std::string &ruta) {
     if (ruta.size() >= porBorrar.size())
-        throw Fallo(causa(ENAMETOOLONG));
+        return false;
     bloquea(SIG_BLOCK);
     memcpy(porBorrar.data(), ruta.c_str(), ruta.size() + 1);
     bloquea(SIG_UNBLOCK);
+    return true;
 }
 
 void yaNoSeCancela() {

@@ -16,9 +16,9 @@ void ignoraSenalesDeEscritura();
 /// compression level and a stuck disk would keep a flag waiting far too long.
 void atiendeCancelacion(const char *mensaje);
 
-/// Names the file to remove on a signal; an empty name stands for none. To be
-/// called before the file is created. Throws Fallo if the path is too long.
-void borraAlCancelar(const std::string &ruta);
+/// Names the one file to remove on a signal, before it is created. False if the
+/// path is longer than any that the system takes; nothing has changed then.
+[[nodiscard]] bool borraAlCancelar(const std::string &ruta);
 
 /// The point of no return: the three signals are ignored from here on.
 void yaNoSeCancela();
