@@ -18,6 +18,9 @@ constexpr std::string_view pie = "---";
 // The wrapping key is used once, so its nonce may stay zero.
 constexpr std::array<unsigned char, crypto_aead_chacha20poly1305_ietf_NPUBBYTES> sinNonce{};
 
+// No salt, which HKDF spells as zeros.
+constexpr Mac sinSal{};
+
 [[noreturn]] void danada() {
     throw Fallo("el archivo está dañado");
 }
@@ -66,7 +69,7 @@ int leeFactor(std::string_view texto) {
 }
 
 std::string pieCon(const Secreto &claveFichero, std::string_view autenticado) {
-    const Secreto clave = hkdf(claveFichero, {}, "header");
+    const Secreto clave = hkdf(claveFichero, sinSal, "header");
     const Mac mac = hmac(clave.octetos(), autenticado);
     return {mac.begin(), mac.end()};
 }

@@ -1,6 +1,7 @@
 #include "cifrado/contrasena.h"
 
 #include "comun/fallo.h"
+#include "comun/medidas.h"
 #include "flujo/descriptor.h"
 
 #include <fcntl.h>
@@ -8,14 +9,17 @@
 namespace orcalin {
 namespace {
 
-constexpr std::size_t tope = 64 * 1024;
+[[noreturn]] void falta() {
+    throw Fallo("hace falta la contraseña");
+}
+
+constexpr std::size_t tope = 64 * kibi;
 
 } // namespace
 
 Secreto leeContrasena(const std::string &ruta) {
-    const Fallo falta("hace falta la contraseña");
     if (ruta.empty())
-        throw falta;
+        falta();
     const Descriptor fd(open(ruta.c_str(), O_RDONLY | O_CLOEXEC));
     Secreto contrasena(tope + 1);
     std::size_t total = 0;
@@ -26,7 +30,7 @@ Secreto leeContrasena(const std::string &ruta) {
         total += static_cast<std::size_t>(leidos);
     }
     if (total == 0 || total > tope)
-        throw falta;
+        falta();
     contrasena.acorta(total);
     return contrasena;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cifrado/secreto.h"
+#include "comun/medidas.h"
 
 #include <array>
 #include <cstdint>
@@ -11,7 +12,7 @@ namespace orcalin {
 /// each sealed on its own. Only the last may be shorter, and it is empty only
 /// if there is no plaintext at all.
 inline constexpr std::size_t largoNonceAge = 16;
-inline constexpr std::size_t trozoClaro = 64 * 1024;
+inline constexpr std::size_t trozoClaro = 64 * kibi;
 inline constexpr std::size_t trozoSellado = trozoClaro + crypto_aead_chacha20poly1305_ietf_ABYTES;
 
 /// Seals and opens single chunks. A chunk's place and whether it is the last

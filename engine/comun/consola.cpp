@@ -1,6 +1,7 @@
 #include "comun/consola.h"
 
 #include "comun/fallo.h"
+#include "comun/medidas.h"
 
 #include <cerrno>
 #include <unistd.h>
@@ -8,7 +9,7 @@
 namespace orcalin {
 namespace {
 
-constexpr std::size_t bloque = 64 * 1024;
+constexpr std::size_t bloque = 64 * kibi;
 
 } // namespace
 

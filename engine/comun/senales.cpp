@@ -1,9 +1,6 @@
 #include "comun/senales.h"
 
-#include "comun/fallo.h"
-
 #include <array>
-#include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstring>
@@ -16,13 +13,18 @@ constexpr std::array<int, 3> senales{SIGTERM, SIGINT, SIGHUP};
 
 // What the handler needs, in memory that is never moved or freed.
 std::array<char, PATH_MAX> porBorrar{};
-const char *despedida = "";
+std::array<char, 128> despedida{}; // a command for the shell
 
+/// Whoever reads our last words expects the end right behind them, but giving
+/// back hundreds of MiB takes the system a while. A shell in our place has
+/// nothing to give back by the time it speaks.
 extern "C" void alCancelar(int /*senal*/) {
     if (porBorrar[0] != '\0')
         unlink(porBorrar.data());
-    if (write(STDERR_FILENO, despedida, strlen(despedida)) < 0)
-        _exit(1); // nobody reads; there is nothing else to do about it
+    static std::array<char, 3> nombre{"sh"};
+    static std::array<char, 3> opcion{"-c"};
+    const std::array<char *, 4> argumentos{nombre.data(), opcion.data(), despedida.data(), nullptr};
+    execv("/bin/sh", argumentos.data());
     _exit(1);
 }
 
@@ -51,17 +53,19 @@ void ignoraSenalesDeEscritura() {
     sigaction(SIGXFSZ, &nueva, nullptr);
 }
 
-void atiendeCancelacion(const char *mensaje) {
-    despedida = mensaje;
+void atiendeCancelacion(std::string_view texto) {
+    const std::string orden = "echo 'Error: " + std::string(texto) + "' >&2; exit 1";
+    orden.copy(despedida.data(), despedida.size() - 1);
     dispone(alCancelar);
 }
 
-void borraAlCancelar(const std::string &ruta) {
+bool borraAlCancelar(const std::string &ruta) {
     if (ruta.size() >= porBorrar.size())
-        throw Fallo(causa(ENAMETOOLONG));
+        return false;
     bloquea(SIG_BLOCK);
     memcpy(porBorrar.data(), ruta.c_str(), ruta.size() + 1);
     bloquea(SIG_UNBLOCK);
+    return true;
 }
 
 void yaNoSeCancela() {

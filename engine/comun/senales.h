@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace orcalin {
 
@@ -9,16 +10,16 @@ namespace orcalin {
 void ignoraSenalesDeEscritura();
 
 /// From here on SIGTERM, SIGINT and SIGHUP remove the file named by
-/// borraAlCancelar(), write `mensaje` (a whole line, static storage) to
-/// standard error and end the process with status 1.
+/// borraAlCancelar(), say «Error: » and `texto` on standard error, and end the
+/// process with status 1. `texto` is plain words without quotes.
 ///
 /// The handler does all this itself: the key derivation, one block of a high
 /// compression level and a stuck disk would keep a flag waiting far too long.
-void atiendeCancelacion(const char *mensaje);
+void atiendeCancelacion(std::string_view texto);
 
-/// Names the file to remove on a signal; an empty name stands for none. To be
-/// called before the file is created. Throws Fallo if the path is too long.
-void borraAlCancelar(const std::string &ruta);
+/// Names the one file to remove on a signal, before it is created. False if the
+/// path is longer than any that the system takes; nothing has changed then.
+[[nodiscard]] bool borraAlCancelar(const std::string &ruta);
 
 /// The point of no return: the three signals are ignored from here on.
 void yaNoSeCancela();

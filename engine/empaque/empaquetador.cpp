@@ -1,6 +1,7 @@
 #include "empaque/empaquetador.h"
 
 #include "comun/fallo.h"
+#include "comun/medidas.h"
 #include "comun/texto.h"
 
 #include <algorithm>
@@ -11,7 +12,7 @@
 namespace orcalin {
 namespace {
 
-constexpr std::size_t largoBloque = 128 * 1024;
+constexpr std::size_t largoBloque = 128 * kibi;
 
 /// Opens a regular file (nothing else needs to be open) and takes its status.
 /// What it is may have changed since it was planned: hence not following links,

@@ -20,8 +20,10 @@ std::string Nombres::para(const std::filesystem::path &origen, bool carpeta) {
     std::string tronco = nombre.string();
     tronco.resize(tronco.size() - extension.size());
     std::string candidato = nombre.string();
-    for (int n = 2; !usados.insert(candidato).second; ++n)
-        candidato = tronco + " (" + std::to_string(n) + ")" + extension;
+    for (int n = 2; !usados.insert(candidato).second; ++n) {
+        candidato = tronco;
+        candidato.append(" (").append(std::to_string(n)).append(")").append(extension);
+    }
     return candidato;
 }
 

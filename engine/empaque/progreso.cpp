@@ -1,6 +1,7 @@
 #include "empaque/progreso.h"
 
 #include "comun/consola.h"
+#include "comun/medidas.h"
 
 #include <algorithm>
 #include <string>
@@ -64,7 +65,6 @@ void Progreso::cuenta() {
 void Progreso::di(std::uint64_t milesimas) {
     if (!visible)
         return;
-    constexpr std::uint64_t mebi = 1024 * 1024;
     diceLinea(std::to_string(ficherosHechos) + "/" + std::to_string(ficheros) + " ficheros (" +
               std::to_string(milesimas / 10) + "." + std::to_string(milesimas % 10) + "%), " +
               std::to_string(leidos / mebi) + " MiB");

@@ -85,9 +85,10 @@ void Recorrido::apila(const Pieza &carpeta, std::vector<Pieza> &pila) {
                      causa(error.value()));
     // What is pushed last is visited first.
     std::sort(hijos.rbegin(), hijos.rend());
-    const std::string base = carpeta.origen == "/" ? "" : carpeta.origen;
+    const std::string base = carpeta.origen == "/" ? "/" : carpeta.origen + "/";
+    const std::string nombre = carpeta.nombre + "/";
     for (const auto &hijo : hijos)
-        pila.push_back({base + "/" + hijo, carpeta.nombre + "/" + hijo, 0, 0});
+        pila.push_back({base + hijo, nombre + hijo, 0, 0});
 }
 
 std::uint64_t Recorrido::bytesDe(const struct stat &estado) {

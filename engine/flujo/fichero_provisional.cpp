@@ -12,6 +12,8 @@ namespace orcalin {
 namespace {
 
 constexpr mode_t segunUmask = 0666;
+constexpr std::string_view noSeEscribe = "no se puede escribir en el destino";
+constexpr std::string_view noSeGuarda = "no se puede guardar el archivo";
 
 /// The library's own resolution stops at a link whose target does not exist yet.
 std::filesystem::path resuelto(std::filesystem::path destino) {
@@ -50,10 +52,11 @@ FicheroProvisional::FicheroProvisional(std::filesystem::path destinoPedido)
         anterior = {};
     else if (!S_ISREG(anterior.st_mode))
         throw Fallo("el destino ya existe y no es un fichero");
-    borraAlCancelar(ruta);
+    if (!borraAlCancelar(ruta))
+        falla(noSeEscribe, ENAMETOOLONG);
     fd = Descriptor(open(ruta.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, segunUmask));
     if (!fd.valido() || fstat(fd.numero(), &propio) != 0)
-        falla("no se puede escribir en el destino", errno);
+        falla(noSeEscribe, errno);
 }
 
 FicheroProvisional::~FicheroProvisional() {
@@ -65,7 +68,7 @@ void FicheroProvisional::escribe(Octetos datos) {
     while (!datos.empty()) {
         const ssize_t escritos = write(fd.numero(), datos.data(), datos.size());
         if (escritos < 0 && errno != EINTR)
-            falla("no se puede guardar el archivo", errno);
+            falla(noSeGuarda, errno);
         if (escritos > 0)
             datos = datos.subspan(static_cast<std::size_t>(escritos));
     }
@@ -73,10 +76,10 @@ void FicheroProvisional::escribe(Octetos datos) {
 
 void FicheroProvisional::cierra() {
     if (fsync(fd.numero()) != 0)
-        falla("no se puede guardar el archivo", errno);
+        falla(noSeGuarda, errno);
     yaNoSeCancela();
     if (rename(ruta.c_str(), destino.c_str()) != 0)
-        falla("no se puede guardar el archivo", errno);
+        falla(noSeGuarda, errno);
     entregado = true;
     sincronizaCarpeta(destino);
 }

@@ -1,14 +1,13 @@
 #include "flujo/sumidero_zstd.h"
 
 #include "comun/fallo.h"
+#include "comun/medidas.h"
 
 #include <algorithm>
 #include <bit>
 
 namespace orcalin {
 namespace {
-
-constexpr std::size_t mebi = 1024 * 1024;
 
 void ajusta(ZSTD_CCtx *contexto, ZSTD_cParameter parametro, int valor) {
     if (ZSTD_isError(ZSTD_CCtx_setParameter(contexto, parametro, valor)) != 0)

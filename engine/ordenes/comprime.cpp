@@ -37,7 +37,7 @@ void escribe(Sumidero &abajo, const AjustesZstd &ajustes, const Plan &plan, Prog
 } // namespace
 
 void comprime(const PedidoComprimir &pedido) {
-    atiendeCancelacion("Error: guardado cancelado\n");
+    atiendeCancelacion("guardado cancelado");
     std::optional<Secreto> contrasena;
     if (pedido.cifra)
         contrasena = leeContrasena(pedido.ficheroContrasena);

@@ -39,7 +39,7 @@ void entraEn(const std::filesystem::path &destino) {
 } // namespace
 
 void extrae(const PedidoExtraer &pedido) {
-    atiendeCancelacion("Error: extracción cancelada\n");
+    atiendeCancelacion("extracción cancelada");
     const std::string ruta = rutaPedida(pedido);
     const Archivo archivo(pedido.archivo, pedido.ficheroContrasena);
     entraEn(pedido.destino);

@@ -48,7 +48,6 @@ CLI::App *ordenComprimir(CLI::App &app, PedidoComprimir &p) {
     nueva->add_flag("--progress", p.progreso, "Cuenta cómo va por la salida de errores");
     nueva->add_flag("--encrypt", p.cifra, "Cifra con contraseña");
     conContrasena(*nueva, p.ficheroContrasena);
-    // For tests, which cannot wait for the usual factor every time.
     nueva->add_option("--work-factor", p.factor)->group("")->check(CLI::Range(1, factorMaximo));
     return nueva;
 }

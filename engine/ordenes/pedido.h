@@ -18,7 +18,9 @@ struct PedidoComprimir {
     bool progreso = false;
     bool cifra = false;
     std::string ficheroContrasena;
-    int factor = factorHabitual; ///< log2 of scrypt's N
+    /// log2 of scrypt's N. Set by --work-factor, which the help does not show:
+    /// tests cannot wait for the usual one every time.
+    int factor = factorHabitual;
 };
 
 struct PedidoListar {

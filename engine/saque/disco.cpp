@@ -22,7 +22,8 @@ int opciones() {
     return fieles | seguras | (geteuid() == 0 ? ARCHIVE_EXTRACT_OWNER : 0);
 }
 
-bool sinEspacio(int numero) {
+/// The next entry would fare no better.
+bool esDelDisco(int numero) {
     return numero == ENOSPC || numero == EDQUOT || numero == EIO;
 }
 
@@ -38,7 +39,8 @@ public:
     explicit EnCamino(const std::string &destinoDado)
         : destino(destinoDado)
         , ruta(rutaProvisional(destinoDado)) {
-        borraAlCancelar(ruta);
+        if (!borraAlCancelar(ruta))
+            throw FalloDeEntrada(causa(ENAMETOOLONG));
     }
     EnCamino(const EnCamino &) = delete;
     EnCamino &operator=(const EnCamino &) = delete;
@@ -144,7 +146,7 @@ void Disco::comprueba(la_ssize_t resultado) {
     if (resultado == ARCHIVE_OK || resultado > 0)
         return;
     const int numero = archive_errno(disco.get());
-    if (sinEspacio(numero))
+    if (esDelDisco(numero))
         falla("no se puede sacar", numero);
     if (resultado == ARCHIVE_WARN) {
         faltaAlgo = true;

@@ -1,6 +1,7 @@
 #include "tar/lector_tar.h"
 
 #include "comun/fallo.h"
+#include "comun/medidas.h"
 
 #include <new>
 #include <utility>
@@ -8,7 +9,7 @@
 namespace orcalin {
 namespace {
 
-constexpr std::size_t largoBloque = 128 * 1024;
+constexpr std::size_t largoBloque = 128 * kibi;
 
 } // namespace
 

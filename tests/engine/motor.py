@@ -5,7 +5,6 @@ import pathlib
 import pty
 import re
 import shutil
-import signal
 import stat
 import subprocess
 import tempfile
@@ -69,13 +68,16 @@ class Caso(unittest.TestCase):
         return destino
 
     def arranca(self, *argumentos):
-        """Starts the engine and waits for its first line of progress."""
+        """Starts the engine and waits until it is reading a file."""
         p = subprocess.Popen([MOTOR, *argumentos, "--progress"], stdout=subprocess.PIPE,
                              stderr=subprocess.PIPE)
         self.addCleanup(p.communicate)
         self.addCleanup(p.kill)
-        primera = p.stderr.readline()
-        self.assertRegex(primera.decode().rstrip("\n"), PROGRESO)
+        while True:
+            linea = p.stderr.readline().decode().rstrip("\n")
+            self.assertRegex(linea, PROGRESO)
+            if float(PROGRESO.match(linea)[3]) > 0:
+                break
         return p
 
     def termina(self, p, falla):

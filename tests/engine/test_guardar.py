@@ -32,6 +32,12 @@ class Nombres(Caso):
             self.comprime(origen, cwd=self.d / "padre/hija")
             self.assertEqual(next(iter(self.lista())), nombre)
 
+    def test_un_enlace_no_se_sigue(self):
+        (self.d / "carpeta").mkdir()
+        (self.d / "enlace").symlink_to("carpeta")
+        self.comprime(f"{self.d}/enlace/")
+        self.assertEqual(os.readlink(self.extrae() / "enlace"), "carpeta")
+
     def test_la_lista_se_lee_linea_a_linea(self):
         carpeta = self.d / " c"
         carpeta.mkdir()
