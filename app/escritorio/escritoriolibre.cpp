@@ -15,10 +15,13 @@
 namespace {
 
 constexpr int kEsperaAlGestor = 2000; // milliseconds
+constexpr int kAncho = 760;           // of a file panel: names are long
+constexpr int kAlto = 480;
 
 // Over the main window, which is no widget and so cannot be the parent.
 bool muestra(QDialog &dialogo) {
     QWindow *principal = QGuiApplication::focusWindow();
+    dialogo.resize(kAncho, kAlto);
     dialogo.winId(); // makes the window
     dialogo.windowHandle()->setTransientParent(principal);
     return dialogo.exec() == QDialog::Accepted;

@@ -7,6 +7,9 @@ Button {
     rightPadding: 14
     font.pixelSize: Tema.cuerpo
     Accessible.name: text
+    // Qt 6.4 does not tell the accessibility bus that a control is disabled.
+    Accessible.description: enabled ? "" : "no disponible"
+    Accessible.onPressAction: if (enabled) clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 }

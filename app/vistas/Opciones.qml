@@ -39,7 +39,8 @@ ColumnLayout {
         text: opciones.pantalla.contrasena
         onTextEdited: opciones.pantalla.contrasena = text
         onVisibleChanged: if (visible) forceActiveFocus()
-        Accessible.name: "Contraseña"
+        // Qt 6.4 hides the name of a password field together with its text.
+        Accessible.description: "Contraseña"
         Layout.leftMargin: opciones.sangria
         Layout.fillWidth: true
     }

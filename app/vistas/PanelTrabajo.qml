@@ -21,7 +21,9 @@ Item {
             value: panel.pantalla.pct
             indeterminate: panel.pantalla.pct <= 0
             Accessible.name: panel.pantalla.titular
-            Accessible.description: panel.pantalla.detalle
+            // Qt 6.4 gives the bar's value no other way to a screen reader.
+            Accessible.description: (indeterminate ? "" : Math.round(value * 100) + " %, ")
+                + panel.pantalla.detalle
             Layout.fillWidth: true
             Layout.preferredHeight: 10
         }

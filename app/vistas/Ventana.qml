@@ -51,6 +51,7 @@ ApplicationWindow {
         ToolButton {
             id: guardarAlgo
             Accessible.name: text
+            Accessible.onPressAction: clicked()
             text: "Guardar algo"
             onClicked: ventana.app.guardarAlgo()
             contentItem: RowLayout {

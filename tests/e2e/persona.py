@@ -75,7 +75,8 @@ class Aplicacion:
         self.raiz.clear_cache()
         for nodo in _todos(self.raiz):
             if nodo is self.raiz or nodo.get_state_set().contains(Atspi.StateType.SHOWING):
-                yield nodo.get_role_name(), nodo.get_name(), nodo
+                # Qt hides a password field's name together with its text.
+                yield nodo.get_role_name(), nodo.get_name() or nodo.get_description(), nodo
 
     def busca(self, papel, nombre=None):
         for su_papel, su_nombre, nodo in self.visibles():
@@ -98,9 +99,17 @@ class Aplicacion:
         nodo.get_action_iface().do_action(0)
         return nodo
 
-    def activo(self, nodo):
+    @staticmethod
+    def espera_foco(nodo):
+        def tiene():
+            nodo.clear_cache()
+            return nodo.get_state_set().contains(Atspi.StateType.FOCUSED)
+        hasta(tiene, f"el foco en «{nodo.get_name()}»")
+
+    @staticmethod
+    def activo(nodo):
         nodo.clear_cache()
-        return nodo.get_state_set().contains(Atspi.StateType.ENABLED)
+        return nodo.get_description() != "no disponible"
 
     def foto(self, destino, nombre="orcalin"):
         """A picture of the window, with what the window manager puts around it."""

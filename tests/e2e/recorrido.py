@@ -1,0 +1,209 @@
+"""The tour: a person's way through the application, every panel on it checked
+and photographed. Ends with a non-zero status if a step did not show what it
+should."""
+
+import argparse
+import subprocess
+import sys
+from pathlib import Path
+
+from sesion import Sesion
+
+VARIANTES = {
+    "claro": {},
+    "oscuro": {"oscuro": True},
+    "doble": {"escala": 2},
+}
+
+
+class Recorrido:
+    def __init__(self, sesion, arbol, fotos, variante):
+        import persona  # only now is there a bus to talk to
+
+        self.persona = persona
+        self.sesion = sesion
+        self.arbol = Path(arbol)
+        self.fotos = Path(fotos)
+        self.variante = variante
+        self.casa = sesion.casa
+        self.app = None
+        self.fotos.mkdir(parents=True, exist_ok=True)
+
+    # What a step is made of.
+
+    def foto(self, nombre):
+        self.app.foto(self.fotos / f"{nombre}-{self.variante}.png")
+
+    def abre_aplicacion(self, *ficheros):
+        self.app = self.persona.Aplicacion(
+            self.arbol / "bin/orcalin-app", list(ficheros),
+            self.sesion.entorno(**VARIANTES[self.variante]))
+
+    def cierra_aplicacion(self):
+        estado, errores = self.app.cierra()
+        ruido = [linea for linea in errores.splitlines() if "QAccessible" not in linea]
+        assert estado == 0 and not ruido, f"la aplicación acabó con {estado}: {ruido}"
+
+    def arrastra(self, *rutas):
+        zona = self.app.espera("push button", "Elegir qué guardar")
+        return self.persona.Arrastre(self.arbol / "tests/e2e/arrastrador",
+                                     [str(ruta) for ruta in rutas], *self.persona.centro(zona))
+
+    def suelta(self, *rutas):
+        accion = self.arrastra(*rutas).suelta()
+        assert accion == "copy", f"el arrastre acabó en {accion}: los originales corren peligro"
+
+    def guarda_en(self, destino, propuesto):
+        self.app.pulsa("push button", "Guardar")
+        nombre = self.app.espera("text", "Nombre de fichero:")
+        self.app.espera_foco(nombre)
+        leido = nombre.get_text_iface().get_text(0, -1)
+        assert leido == propuesto, f"propone «{leido}», no «{propuesto}»"
+        self.persona.teclas("ctrl+a")
+        self.persona.teclea(str(destino))
+        self.persona.teclas("Return")
+
+    def lee(self, texto):
+        return self.app.lee(lambda t: t == texto, f"el texto «{texto}»")
+
+    # The steps.
+
+    def preparativos(self):
+        carpeta = self.casa / "fotos del viaje"
+        if carpeta.exists():
+            return
+        carpeta.mkdir()
+        for i in range(40):
+            (carpeta / f"dibujo {i}.svg").write_text(f"<svg><path d='M {i} 0'/></svg>\n" * 2000)
+        (self.casa / "cartas.txt").write_text("Querida amiga:\n" * 3000)
+        (self.casa / "presupuesto de la obra con un nombre larguísimo que no cabe entero en "
+         "ninguna ventana de un tamaño razonable.ods").write_bytes(bytes(1234567))
+
+    def vacia(self):
+        self.abre_aplicacion()
+        self.lee("Arrastra aquí lo que quieras guardar")
+        self.lee("una carpeta o unos archivos")
+        guardar = self.app.espera("push button", "Guardar")
+        assert not self.app.activo(guardar), "«Guardar» está activo sin nada que guardar"
+        self.foto("1-vacia")
+
+    def encima(self):
+        arrastre = self.arrastra(self.casa / "fotos del viaje")
+        self.foto("2-encima")
+        assert arrastre.suelta() == "copy"
+
+    def uno(self):
+        self.lee("fotos del viaje")
+        self.app.lee(lambda t: t.endswith(" MB"), "el tamaño de la carpeta")
+        self.foto("3-uno")
+
+    def varios(self):
+        self.suelta(*sorted(self.casa.glob("[cfp]*")))
+        self.app.lee(lambda t: t.startswith("3 archivos · ") and t.endswith("B"), "la cabecera")
+        for nombre in ("cartas.txt", "fotos del viaje"):
+            self.lee(nombre)
+        self.foto("4-varios")
+
+    def opciones(self):
+        self.app.pulsa("check box", "Comprimir al máximo")
+        self.lee("Ocupa bastante menos y tarda unas quince veces más.")
+        self.app.pulsa("check box", "Cifrar")
+        self.lee("Sin esta contraseña no hay forma de recuperar lo guardado. "
+                 "No se puede restablecer.")
+        guardar = self.app.espera("push button", "Guardar")
+        assert not self.app.activo(guardar), "«Guardar» está activo sin contraseña"
+        self.app.espera_foco(self.app.espera("password text", "Contraseña"))
+        self.persona.teclea("sésamo, ábrete")
+        self.persona.hasta(lambda: self.app.activo(guardar), "«Guardar» activo")
+        self.foto("5-opciones")
+
+    def trabajo(self):
+        self.suelta("/usr/include")
+        self.app.pulsa("check box", "Comprimir al máximo")
+        self.guarda_en(self.casa / "cabeceras.okz", "include.okz")
+        self.app.lee(lambda t: " archivos · ~" in t, "la cuenta y el tiempo que falta", 60)
+        self.lee("include")
+        barra = self.app.espera("progress bar", "include")
+        barra.clear_cache()
+        lleno = int(barra.get_description().partition(" %")[0])
+        assert 0 < lleno < 100, f"la barra está al {lleno} %"
+        self.foto("6-trabajo")
+
+    def cancelado(self):
+        self.app.pulsa("push button", "Cancelar")
+        self.lee("guardado cancelado")
+        restos = [r.name for r in self.casa.iterdir() if "okz" in r.name]
+        assert not restos, f"el guardado cancelado dejó {restos}"
+        assert not list(self.sesion.tmp.glob("okz-*")), "queda un fichero con la contraseña"
+        self.app.pulsa("push button", "Volver")
+        self.lee("include")
+
+    def resultado(self):
+        self.suelta(self.casa / "fotos del viaje")
+        archivo = self.casa / "fotos.okz"
+        self.guarda_en(archivo, "fotos del viaje.okz")
+        self.app.lee(lambda t: t.startswith("ahorras ") and t.endswith("% menos"), "el ahorro", 60)
+        self.app.lee(lambda t: "  →  " in t, "los tamaños")
+        self.app.lee(lambda t: t.startswith("en ") and t.endswith(" s"), "la duración")
+        self.app.espera("push button", "Ver en el Finder")
+        self.foto("7-resultado")
+        assert archivo.read_bytes().startswith(b"age-encryption.org/v1\n"), "no está cifrado"
+        self.app.pulsa("push button", "Guardar otra cosa")
+        self.lee("Arrastra aquí lo que quieras guardar")
+
+    def fallo(self):
+        efimero = self.casa / "efímero.txt"
+        efimero.write_text("adiós")
+        self.suelta(efimero)
+        efimero.unlink()
+        self.guarda_en(self.casa / "nada.okz", "efímero.txt.okz")
+        self.app.espera("push button", "Volver")
+        self.app.lee(lambda t: "efímero.txt" in t, "el motivo del fallo")
+        self.foto("8-fallo")
+        self.app.pulsa("push button", "Volver")
+        self.lee("efímero.txt")
+        self.cierra_aplicacion()
+
+    def explorador(self):
+        self.abre_aplicacion(self.casa / "cartas.txt", self.casa / "fotos.okz")
+        self.lee("fotos.okz")
+        self.foto("9-explorador")
+        self.app.pulsa("push button", "Guardar algo")
+        self.lee("Arrastra aquí lo que quieras guardar")
+        self.cierra_aplicacion()
+
+    PASOS = (preparativos, vacia, encima, uno, varios, opciones, trabajo, cancelado, resultado,
+             fallo, explorador)
+
+    def anda(self):
+        for paso in self.PASOS:
+            print(f"  {self.variante}: {paso.__name__}", flush=True)
+            paso(self)
+
+
+def main():
+    opciones = argparse.ArgumentParser(description=__doc__)
+    opciones.add_argument("--arbol", required=True, help="the build tree")
+    opciones.add_argument("--fotos", required=True, help="where the pictures go")
+    opciones.add_argument("--variante", choices=VARIANTES, action="append")
+    dado = opciones.parse_args()
+    for variante in dado.variante or VARIANTES:
+        sesion = Sesion(alto=1300)
+        recorrido = Recorrido(sesion, dado.arbol, dado.fotos, variante)
+        try:
+            recorrido.anda()
+        except (AssertionError, subprocess.SubprocessError) as error:
+            subprocess.run(["import", "-window", "root",
+                            str(recorrido.fotos / f"fallo-{variante}.png")], check=False)
+            print(f"El recorrido se paró: {error}", file=sys.stderr)
+            return 1
+        finally:
+            if recorrido.app and recorrido.app.proceso.poll() is None:
+                recorrido.app.proceso.kill()
+            sesion.cierra()
+    print(f"Las fotos están en {dado.fotos}")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
