@@ -2,7 +2,9 @@ import QtQuick
 import QtQuick.Window
 
 // One of the system images in one colour. It never carries a meaning alone.
-Image {
+Item {
+    id: imagen
+
     required property string nombre
     required property int lado
     property color tinte: Tema.secundario
@@ -12,9 +14,15 @@ Image {
         return dos(c.r) + dos(c.g) + dos(c.b);
     }
 
-    width: lado
-    height: lado
-    sourceSize: Qt.size(lado * Screen.devicePixelRatio, lado * Screen.devicePixelRatio)
-    source: "image://sistema/" + nombre + "/" + hexadecimal(tinte)
+    implicitWidth: lado
+    implicitHeight: lado
     Accessible.ignored: true
+
+    Image {
+        anchors.fill: parent
+        sourceSize: Qt.size(imagen.lado * Screen.devicePixelRatio,
+                            imagen.lado * Screen.devicePixelRatio)
+        source: "image://sistema/" + imagen.nombre + "/" + imagen.hexadecimal(imagen.tinte)
+        Accessible.ignored: true
+    }
 }

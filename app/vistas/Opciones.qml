@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Fusion
 import QtQuick.Layouts
 import Orcalin
 
@@ -30,17 +29,11 @@ ColumnLayout {
         checked: opciones.pantalla.cifrar
         onCheckedChanged: opciones.pantalla.cifrar = checked
     }
-    TextField {
+    CampoSecreto {
         visible: opciones.pantalla.cifrar
-        placeholderText: "Contraseña"
-        echoMode: TextInput.Password
-        inputMethodHints: Qt.ImhHiddenText | Qt.ImhSensitiveData | Qt.ImhNoPredictiveText
-        font.pixelSize: Tema.cuerpo
         text: opciones.pantalla.contrasena
         onTextEdited: opciones.pantalla.contrasena = text
         onVisibleChanged: if (visible) forceActiveFocus()
-        // Qt 6.4 hides the name of a password field together with its text.
-        Accessible.description: "Contraseña"
         Layout.leftMargin: opciones.sangria
         Layout.fillWidth: true
     }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Fusion
 import QtQuick.Layouts
 import Orcalin
 
@@ -17,7 +16,7 @@ Item {
             font.weight: Font.DemiBold
             Layout.fillWidth: true
         }
-        ProgressBar {
+        Barra {
             value: panel.pantalla.pct
             indeterminate: panel.pantalla.pct <= 0
             Accessible.name: panel.pantalla.titular
@@ -25,7 +24,6 @@ Item {
             Accessible.description: (indeterminate ? "" : Math.round(value * 100) + " %, ")
                 + panel.pantalla.detalle
             Layout.fillWidth: true
-            Layout.preferredHeight: 10
         }
         Leyenda {
             text: panel.pantalla.detalle

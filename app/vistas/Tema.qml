@@ -15,6 +15,7 @@ QtObject {
     // White on the usual highlights is hard to read: a darker ground for it.
     readonly property color destacado: oscuro ? paleta.highlight : Qt.darker(paleta.highlight, 1.3)
     readonly property color sobreDestacado: claridad(destacado) > 0.36 ? "#101418" : "#ffffff"
+    readonly property color borde: mezcla(paleta.windowText, paleta.window, 0.45)
     readonly property color apagado: mezcla(paleta.windowText, paleta.window, 0.12)
     readonly property color verde: oscuro ? "#5fd07a" : "#23863a"
     readonly property color naranja: oscuro ? "#ffb057" : "#b45309"

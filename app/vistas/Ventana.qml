@@ -17,6 +17,24 @@ ApplicationWindow {
     minimumWidth: explorando ? 560 : 460
     minimumHeight: (explorando ? 420 + barra.height : 380) + menus.height
     font.pixelSize: Tema.cuerpo
+    // The style brings a light palette of its own; ours is the desktop's.
+    palette {
+        alternateBase: Tema.paleta.alternateBase
+        base: Tema.paleta.base
+        button: Tema.paleta.button
+        buttonText: Tema.paleta.buttonText
+        dark: Tema.paleta.dark
+        highlight: Tema.paleta.highlight
+        highlightedText: Tema.paleta.highlightedText
+        light: Tema.paleta.light
+        mid: Tema.paleta.mid
+        midlight: Tema.paleta.midlight
+        placeholderText: Tema.secundario
+        shadow: Tema.paleta.shadow
+        text: Tema.paleta.text
+        window: Tema.paleta.window
+        windowText: Tema.paleta.windowText
+    }
 
     Action {
         id: abrir

@@ -156,5 +156,6 @@ class Arrastre:
 
 
 def centro(nodo):
+    nodo.clear_cache()
     caja = nodo.get_extents(Atspi.CoordType.SCREEN)
     return caja.x + caja.width // 2, caja.y + caja.height // 2
