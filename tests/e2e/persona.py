@@ -155,7 +155,8 @@ class Arrastre:
         return {"drop 0": None, "drop 1": "copy", "drop 2": "move"}[dicho.strip()]
 
 
-def centro(nodo):
+def centro(nodo, escala=1):
+    """The middle of a control on the screen; Qt tells it in its own pixels."""
     nodo.clear_cache()
     caja = nodo.get_extents(Atspi.CoordType.SCREEN)
-    return caja.x + caja.width // 2, caja.y + caja.height // 2
+    return (caja.x + caja.width // 2) * escala, (caja.y + caja.height // 2) * escala
