@@ -73,9 +73,10 @@ QString EscritorioLibre::textoDeBytes(qint64 bytes) const {
 }
 
 void EscritorioLibre::revela(const QUrl &url) {
-    auto llamada = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
-        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
+    auto llamada = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.FileManager1"),
+                                                  QStringLiteral("/org/freedesktop/FileManager1"),
+                                                  QStringLiteral("org.freedesktop.FileManager1"),
+                                                  QStringLiteral("ShowItems"));
     llamada << QStringList{url.toString(QUrl::FullyEncoded)} << QString();
     auto *espera = new QDBusPendingCallWatcher(
         QDBusConnection::sessionBus().asyncCall(llamada, kEsperaAlGestor));

@@ -33,8 +33,8 @@ void Pantalla::aparece() {
 }
 
 bool Pantalla::arrastreEntra(const QList<QUrl> &urls) {
-    const bool hayFicheros = std::any_of(urls.begin(), urls.end(),
-                                         [](const QUrl &url) { return url.isLocalFile(); });
+    const bool hayFicheros =
+        std::any_of(urls.begin(), urls.end(), [](const QUrl &url) { return url.isLocalFile(); });
     ponEncima(hayFicheros);
     return hayFicheros;
 }
@@ -141,14 +141,14 @@ void Pantalla::mide() {
     m_medida = {};
     if (m_origenes.isEmpty())
         return;
-    colaDeFondo().start([pantalla = QPointer(this), urls = m_origenes,
-                         parar = m_medida.get_token()] {
-        const qint64 bytes = pesoDe(urls, parar);
-        enPrincipal([pantalla, bytes, parar] {
-            if (!pantalla || parar.stop_requested())
-                return;
-            pantalla->m_bytes = bytes;
-            emit pantalla->cabeceraCambia();
+    colaDeFondo().start(
+        [pantalla = QPointer(this), urls = m_origenes, parar = m_medida.get_token()] {
+            const qint64 bytes = pesoDe(urls, parar);
+            enPrincipal([pantalla, bytes, parar] {
+                if (!pantalla || parar.stop_requested())
+                    return;
+                pantalla->m_bytes = bytes;
+                emit pantalla->cabeceraCambia();
+            });
         });
-    });
 }

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "escritorio/escritorio.h"
+
+/// A desktop whose user has made up their mind beforehand.
+class EscritorioFalso : public Escritorio {
+public:
+    QList<QUrl> origenes;
+    std::optional<QUrl> destino;
+    std::optional<QUrl> archivo;
+
+    QString nombrePropuesto;
+    QList<QUrl> revelados;
+
+    QList<QUrl> eligeOrigenes() override { return origenes; }
+    std::optional<QUrl> eligeDestino(const QString &nombre) override {
+        nombrePropuesto = nombre;
+        return destino;
+    }
+    std::optional<QUrl> eligeArchivo() override { return archivo; }
+    [[nodiscard]] QString textoDeBytes(qint64 bytes) const override {
+        return QString::number(bytes) + QStringLiteral(" b");
+    }
+    void revela(const QUrl &url) override { revelados.append(url); }
+};
