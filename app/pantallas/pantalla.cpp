@@ -60,16 +60,21 @@ void Pantalla::suelta(const QList<QUrl> &urls) {
     ponOrigenes(std::move(recogidos));
 }
 
+// While a panel of the desktop is open, another screen can take the place of
+// this one.
 void Pantalla::elegir() {
-    if (QList<QUrl> elegidos = m_escritorio.eligeOrigenes(); !elegidos.isEmpty())
+    const QPointer esta(this);
+    QList<QUrl> elegidos = m_escritorio.eligeOrigenes();
+    if (esta && !elegidos.isEmpty())
         ponOrigenes(std::move(elegidos));
 }
 
 void Pantalla::guardar() {
     if (m_origenes.isEmpty())
         return;
+    const QPointer esta(this);
     const auto destino = m_escritorio.eligeDestino(nombrePropuesto());
-    if (!destino)
+    if (!esta || !destino)
         return;
     m_motor.comprimir(m_origenes, *destino, m_maximo,
                       m_cifrar ? std::optional(m_contrasena) : std::nullopt);

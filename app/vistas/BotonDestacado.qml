@@ -1,8 +1,8 @@
 import QtQuick
-import QtQuick.Controls.Fusion
+import QtQuick.Window
 
 // The prominent button of a panel, and its default: Return presses it wherever
-// the focus is, unless another button has it.
+// the focus is, unless another such button has it.
 Boton {
     id: boton
 
@@ -27,11 +27,7 @@ Boton {
 
     Shortcut {
         sequences: ["Return", "Enter"]
-        enabled: boton.enabled && boton.visible && !boton.otroConFoco
+        enabled: boton.enabled && boton.visible && !(boton.Window.activeFocusItem instanceof Boton)
         onActivated: boton.clicked()
     }
-
-    // A focused button takes Return for itself.
-    readonly property bool otroConFoco: Window.activeFocusItem instanceof AbstractButton
-        && !(Window.activeFocusItem instanceof CheckBox)
 }

@@ -2,6 +2,8 @@
 
 #include "escritorio/escritorio.h"
 
+#include <functional>
+
 /// A desktop whose user has made up their mind beforehand.
 class EscritorioFalso : public Escritorio {
 public:
@@ -12,9 +14,15 @@ public:
     QString nombrePropuesto;
     QList<QUrl> revelados;
 
-    QList<QUrl> eligeOrigenes() override { return origenes; }
+    std::function<void()> entretanto = [] {}; ///< while a panel is open
+
+    QList<QUrl> eligeOrigenes() override {
+        entretanto();
+        return origenes;
+    }
     std::optional<QUrl> eligeDestino(const QString &nombre) override {
         nombrePropuesto = nombre;
+        entretanto();
         return destino;
     }
     std::optional<QUrl> eligeArchivo() override { return archivo; }

@@ -195,6 +195,20 @@ private slots:
         QCOMPARE(pantalla.panel(), Panel::Reposo); // cancelled, every time
     }
 
+    void laPantallaPuedeIrseConElPanelAbierto() {
+        EscritorioFalso escritorio;
+        escritorio.origenes = {url("/a")};
+        escritorio.destino = url("/b.okz");
+        auto pantalla = std::make_unique<Pantalla>(QList<QUrl>(), escritorio);
+        escritorio.entretanto = [&] { pantalla.reset(); };
+        pantalla->elegir();
+        QVERIFY(!pantalla);
+        pantalla = std::make_unique<Pantalla>(QList<QUrl>{url("/a")}, escritorio);
+        pantalla->aparece();
+        pantalla->guardar();
+        QVERIFY(!pantalla);
+    }
+
     // What reaches the engine of the options, and the way back from a failure.
     void guardarYVolver() {
         const Banco banco;
