@@ -82,6 +82,7 @@ ApplicationWindow {
 
     Loader {
         anchors.fill: parent
+        focus: true
         sourceComponent: ventana.explorando ? explorador : pantalla
     }
     Component {
