@@ -46,7 +46,7 @@ QList<QUrl> DialogoOrigenes::marcados() const {
 void DialogoOrigenes::accept() {
     m_elegidos = marcados();
     if (!m_elegidos.isEmpty()) {
-        QDialog::done(QDialog::Accepted);
+        done(QDialog::Accepted);
         return;
     }
     QFileDialog::accept();

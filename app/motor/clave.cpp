@@ -33,7 +33,7 @@ bool vuelca(const Descriptor &fichero, const QByteArray &datos) {
 } // namespace
 
 QByteArray clave::escribe(const QString &contrasena) {
-    const QByteArray ruta = ruta::temporal() + "/okz-" + uuid();
+    QByteArray ruta = ruta::temporal() + "/okz-" + uuid();
     // A side file moved into place: whoever sees the name sees the whole password.
     const QByteArray aparte = ruta + ".parte";
     Descriptor fichero(

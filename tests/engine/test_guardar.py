@@ -8,7 +8,7 @@ import subprocess
 import time
 import unittest
 
-from motor import Caso, NADIE, PROGRESO, desordenado
+from motor import Caso, PROGRESO, desordenado
 
 MEBI = 1024 * 1024
 

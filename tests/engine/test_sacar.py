@@ -6,7 +6,7 @@ import subprocess
 import tarfile
 import unittest
 
-from motor import Caso, MOTOR, NADIE, desordenado, foto
+from motor import Caso, MOTOR, desordenado, foto
 
 
 class UnaEntrada(Caso):
