@@ -6,6 +6,9 @@ import QtQuick.Window
 Boton {
     id: boton
 
+    // Where Return already means something else there is no default.
+    property bool porTecla: true
+
     highlighted: true
     contentItem: Texto {
         text: boton.text
@@ -27,7 +30,7 @@ Boton {
 
     Shortcut {
         sequences: ["Return", "Enter"]
-        enabled: boton.enabled && boton.visible && !(boton.Window.activeFocusItem instanceof Boton)
+        enabled: boton.porTecla && boton.enabled && boton.visible && !(boton.Window.activeFocusItem instanceof Boton)
         onActivated: boton.clicked()
     }
 }

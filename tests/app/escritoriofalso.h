@@ -11,7 +11,12 @@ public:
     std::optional<QUrl> destino;
     std::optional<QUrl> archivo;
 
+    std::optional<QUrl> carpeta;
+    bool seAbre = true;
+
     QString nombrePropuesto;
+    QString mensaje;
+    QList<QUrl> abiertos;
     QList<QUrl> revelados;
 
     std::function<void()> entretanto = [] {}; ///< while a panel is open
@@ -26,6 +31,15 @@ public:
         return destino;
     }
     std::optional<QUrl> eligeArchivo() override { return archivo; }
+    std::optional<QUrl> eligeCarpeta(const QString &texto) override {
+        mensaje = texto;
+        entretanto();
+        return carpeta;
+    }
+    bool abre(const QUrl &url) override {
+        abiertos.append(url);
+        return seAbre;
+    }
     [[nodiscard]] QString textoDeBytes(qint64 bytes) const override {
         return QString::number(bytes) + QStringLiteral(" b");
     }
