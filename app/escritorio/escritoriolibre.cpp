@@ -1,7 +1,7 @@
 #include "escritoriolibre.h"
 
-#include "bytes.h"
 #include "dialogoorigenes.h"
+#include "motor/bytes.h"
 #include "motor/ruta.h"
 
 #include <QDBusConnection>

@@ -29,3 +29,11 @@ QString motivoDeArranque(int fallo) {
         return QStringLiteral("fallo %1 del sistema.").arg(fallo);
     }
 }
+
+QString sinMotor() {
+    return QStringLiteral("No encuentro el motor.");
+}
+
+QString noArranca() {
+    return QStringLiteral("No pude arrancar el motor.");
+}

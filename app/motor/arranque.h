@@ -6,3 +6,8 @@
 /// own texts depend on translations that are rarely installed. `fallo`: an
 /// errno value.
 QString motivoDeArranque(int fallo);
+
+/// What the jobs that read an archive say when there is no engine, and when it
+/// cannot be started.
+QString sinMotor();
+QString noArranca();

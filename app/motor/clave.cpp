@@ -3,18 +3,12 @@
 #include "descriptor.h"
 #include "ruta.h"
 
-#include <QUuid>
-
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 
 namespace {
-
-QByteArray uuid() {
-    return QUuid::createUuid().toByteArray(QUuid::WithoutBraces).toUpper();
-}
 
 bool vuelca(const Descriptor &fichero, const QByteArray &datos) {
     qsizetype escrito = 0;
@@ -32,20 +26,28 @@ bool vuelca(const Descriptor &fichero, const QByteArray &datos) {
 
 } // namespace
 
-QByteArray clave::escribe(const QString &contrasena) {
-    QByteArray ruta = ruta::temporal() + "/okz-" + uuid();
+QByteArray clave::escribe(const std::optional<QString> &contrasena) {
+    if (!contrasena || contrasena->isEmpty())
+        return {};
+    QByteArray ruta = ruta::temporal() + "/okz-" + ruta::nombreUnico();
     // A side file moved into place: whoever sees the name sees the whole password.
     const QByteArray aparte = ruta + ".parte";
     Descriptor fichero(
         ::open(aparte.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!fichero)
         return ruta;
-    QByteArray datos = contrasena.toUtf8();
+    QByteArray datos = contrasena->toUtf8();
     const bool entero = vuelca(fichero, datos);
     explicit_bzero(datos.data(), static_cast<size_t>(datos.size()));
     if (!entero || std::rename(aparte.constData(), ruta.constData()) != 0)
         ::unlink(aparte.constData());
     return ruta;
+}
+
+QList<QByteArray> clave::argumentos(const QByteArray &ruta) {
+    if (ruta.isEmpty())
+        return {};
+    return {"--password-file", ruta};
 }
 
 void clave::quita(const QByteArray &ruta) {

@@ -1,29 +1,21 @@
 #include "arranque.h"
 #include "clave.h"
+#include "cronometro.h"
 #include "descriptor.h"
 #include "lineas.h"
 #include "motor.h"
-#include "principal.h"
 #include "proceso.h"
 #include "progreso.h"
+#include "publicador.h"
 #include "ruta.h"
 #include "tamano.h"
 
-#include <QPointer>
-
 #include <cerrno>
-#include <chrono>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <vector>
 
 namespace {
-
-using Reloj = std::chrono::steady_clock;
-
-double segundosDesde(Reloj::time_point inicio) {
-    return std::chrono::duration<double>(Reloj::now() - inicio).count();
-}
 
 QList<QByteArray> argumentos(const QList<QUrl> &origenes, const QUrl &destino, bool maximo) {
     QList<QByteArray> todos{"compress"};
@@ -73,36 +65,27 @@ QString mensajeDeFallo(const QByteArray &error) {
 
 // What the threads of one compression know of it.
 struct Motor::Compresion {
-    QPointer<Motor> motor; // looked at on the main thread only
+    Publicador publicador;
     QUrl destino;
     QByteArray clave; // the password file, empty without one
     qint64 entrada = 0;
-    Reloj::time_point inicio;
-
-    // The state is made on the main thread too, just before it is published.
-    template<typename Hacer>
-    void publica(Hacer hacer) const {
-        enPrincipal([motor = motor, hacer = std::move(hacer)] {
-            if (motor)
-                motor->ponEstado(hacer());
-        });
-    }
+    Cronometro cronometro;
 
     void lee(const QByteArray &trozo) const {
-        for (Trabajando &estado : progreso::leeTrozo(trozo, segundosDesde(inicio)))
-            publica([estado = std::move(estado)] { return Estado(estado); });
+        for (Trabajando &estado : progreso::leeTrozo(trozo, cronometro.segundos()))
+            publicador.publica([estado = std::move(estado)] { return Estado(estado); });
     }
 
     void acaba(const Proceso::Final &fin) const {
         clave::quita(clave);
         const qint64 salida = bytesLegibles(destino);
-        publica([*this, salida, fin] { return resultado(salida, fin); });
+        publicador.publica([*this, salida, fin] { return resultado(salida, fin); });
     }
 
     Estado resultado(qint64 salida, const Proceso::Final &fin) const {
         if (fin.estado != 0)
             return Error{mensajeDeFallo(fin.error)};
-        return Hecho{entrada, salida, segundosDesde(inicio), destino};
+        return Hecho{entrada, salida, cronometro.segundos(), destino};
     }
 };
 
@@ -116,17 +99,15 @@ void Motor::comprimir(const QList<QUrl> &origenes, const QUrl &destino, bool max
     }
     if (origenes.isEmpty())
         return;
-    Compresion trabajo{this, destino, {}, pesoDe(origenes), {}};
+    Compresion trabajo{Publicador(this), destino, {}, pesoDe(origenes), {}};
     ponEstado(Trabajando{0, QStringLiteral("preparando…"), std::nullopt});
 
     Proceso::Orden orden{ruta::nativa(*motor), argumentos(origenes, destino, maximo)};
-    if (contrasena && !contrasena->isEmpty()) {
-        trabajo.clave = clave::escribe(*contrasena);
-        orden.argumentos << "--encrypt"
-                         << "--password-file" << trabajo.clave;
-    }
+    trabajo.clave = clave::escribe(contrasena);
+    if (!trabajo.clave.isEmpty())
+        orden.argumentos << "--encrypt" << clave::argumentos(trabajo.clave);
     m_proceso = std::make_unique<Proceso>(std::move(orden));
-    trabajo.inicio = Reloj::now();
+    trabajo.cronometro.empieza();
     const int fallo = m_proceso->lanza([trabajo](const QByteArray &t) { trabajo.lee(t); },
                                        [trabajo](const Proceso::Final &f) { trabajo.acaba(f); });
     if (fallo != 0)

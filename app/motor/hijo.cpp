@@ -124,23 +124,55 @@ bool Proceso::Hijo::atiendeError(const Lector &lector) {
     return true;
 }
 
-Proceso::Final Proceso::Hijo::sigue(const Lector &lector) {
+void Proceso::Hijo::reparteError(const Lector &lector) {
     bool vive = true;
     while (vive) {
         std::array<pollfd, 2> vigilados{
-            {{m_pidfd.numero(), POLLIN, 0}, {lector ? m_error.lectura.numero() : -1, POLLIN, 0}}};
+            {{m_pidfd.numero(), POLLIN, 0}, {m_error.lectura.numero(), POLLIN, 0}}};
         if (espera(vigilados) < 0)
             break;
         vive = vigilados[0].revents == 0;
         if (vive && vigilados[1].revents != 0)
             vive = atiendeError(lector);
     }
+}
+
+QByteArray Proceso::Hijo::leeHastaElFin(const Tuberia &tuberia) const {
+    QByteArray todo;
+    bool vive = true;
+    while (vive) {
+        std::array<pollfd, 2> vigilados{
+            {{m_pidfd.numero(), POLLIN, 0}, {tuberia.lectura.numero(), POLLIN, 0}}};
+        if (espera(vigilados) < 0)
+            break;
+        // Looked at before reading: what an ended child wrote is all there.
+        vive = vigilados[0].revents == 0;
+        const QByteArray trozo = leeLoQueHay(tuberia.lectura);
+        if (trozo.isEmpty())
+            break;
+        todo += trozo;
+    }
+    return todo;
+}
+
+Proceso::Final Proceso::Hijo::sigue(const Lector &lector) {
     Final final;
+    if (lector)
+        reparteError(lector);
+    final.error = leeHastaElFin(m_error);
     final.estado = recoge();
-    final.error = leeLoQueHay(m_error.lectura);
     m_error.lectura.cierra();
     m_salida.lectura.cierra();
     return final;
+}
+
+Proceso::Corrida Proceso::Hijo::acompana(Lee que) {
+    Corrida corrida;
+    if (que == Lee::SalidaYError)
+        corrida.salida = leeHastaElFin(m_salida);
+    corrida.error = leeHastaElFin(m_error);
+    corrida.estado = recoge();
+    return corrida;
 }
 
 int Proceso::Hijo::recoge() {

@@ -6,7 +6,7 @@
 
 #include <mutex>
 
-/// The running child behind a Proceso: its pidfd and its pipes. The thread that
+/// The running child of a Proceso: its pidfd and its pipes. The thread that
 /// follows it owns all but the pidfd, which `senala` may use from elsewhere.
 class Proceso::Hijo {
 public:
@@ -14,8 +14,11 @@ public:
     [[nodiscard]] int arranca(const Orden &orden);
 
     /// Reads standard error until the child ends, collects it and returns what
-    /// is left. Blocks; the child's own thread.
+    /// is left; all of it without a reader. Blocks; the child's own thread.
     Final sigue(const Lector &lector);
+
+    /// Reads to the end what is to be read and collects the child. Blocks.
+    Corrida acompana(Lee que);
 
     /// Sends a signal to the child unless it has been collected. Any thread.
     void senala(int numero);
@@ -26,6 +29,8 @@ public:
 private:
     [[nodiscard]] bool acabaAntesDe(std::chrono::milliseconds plazo) const;
     [[nodiscard]] bool atiendeError(const Lector &lector);
+    void reparteError(const Lector &lector);
+    [[nodiscard]] QByteArray leeHastaElFin(const Tuberia &tuberia) const;
     int recoge();
 
     std::mutex m_cerrojo; // the pidfd between `senala` and the end

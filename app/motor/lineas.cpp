@@ -11,7 +11,7 @@ bool esFinDeLinea(QChar c) {
 
 } // namespace
 
-QString lineas::texto(const QByteArray &utf8) {
+QString lineas::texto(QByteArrayView utf8) {
     QStringDecoder lector(QStringConverter::Utf8, QStringConverter::Flag::Stateless |
                                                       QStringConverter::Flag::ConvertInitialBom);
     QString leido = lector(utf8);
@@ -33,4 +33,12 @@ QList<QStringView> lineas::separa(QStringView texto) {
 
 QString lineas::sinPrefijo(QStringView linea) {
     return linea.toString().remove(QStringLiteral("Error: "));
+}
+
+QString lineas::primerError(QStringView texto, const QString &siNo) {
+    for (const QStringView linea : separa(texto)) {
+        if (linea.contains(u"Error"))
+            return sinPrefijo(linea);
+    }
+    return siNo;
 }

@@ -1,11 +1,15 @@
 #pragma once
 
+#include "entrada.h"
+#include "espacio.h"
 #include "estado.h"
+#include "falloalleer.h"
 
 #include <QList>
 #include <QObject>
 #include <QUrl>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <variant>
@@ -27,6 +31,10 @@ public:
     using Error = estados::Error;
     using Reposo = estados::Reposo;
     using Estado = std::variant<Trabajando, Hecho, Error, Reposo>;
+
+    /// The entries of an archive, and the place of a copy of one.
+    using Listado = Lectura<QList<Entrada>>;
+    using Copia = Lectura<QUrl>;
 
     explicit Motor(QObject *padre = nullptr);
     ~Motor() override;
@@ -63,12 +71,55 @@ public:
     void comprimir(const QList<QUrl> &origenes, const QUrl &destino, bool maximo,
                    const std::optional<QString> &contrasena);
 
+    /// Lists an archive. A missing or empty password means none. The entries
+    /// stand in the engine's order, none removed; an archive without any gives
+    /// an empty list.
+    ///
+    /// Blocks until the engine has ended, for ever with an engine that hangs
+    /// (Proceso::terminaTodos ends it). Any thread but the main one, which must
+    /// not wait; several at once. No `estado` changes.
+    static Listado listar(const QUrl &archivo, const std::optional<QString> &contrasena);
+
+    /// Takes the entries `rutas`, as listed, out of the archive into the folder
+    /// `destino`, one run of the engine each, in that order and in the
+    /// background; the first failure ends the job, and what was taken out stays.
+    /// An empty list means everything. Reports like `comprimir`; nothing stops
+    /// it, `cancelar` neither. The folder is measured on the main thread at the
+    /// end, and its size, with what it held before, given as both sizes.
+    void recuperarVarios(const QUrl &archivo, const QUrl &destino, const QStringList &rutas,
+                         const std::optional<QString> &contrasena);
+
+    /// The same in a single run: `patron`, one entry or what the engine takes
+    /// for several, or everything without it.
+    void recuperar(const QUrl &archivo, const QUrl &destino, const std::optional<QString> &patron,
+                   const std::optional<QString> &contrasena);
+
+    /// Takes the entry `ruta` (`bytes` long, both as listed) out of the archive
+    /// into a new private folder below the temporary one and makes the copy
+    /// read-only. The copy stays until `limpiaTemporales`.
+    ///
+    /// `hecho` is called once: during the call when there is no engine or no
+    /// room (`bytes` + 100 MiB must be free; `libre` tells, unknown means no
+    /// check), otherwise later on the main thread. It gets the copy's place or
+    /// a `fallos::Otro`, never `PideContrasena`. Success is that the copy is
+    /// there, whatever the engine says. When the folder of all copies cannot be
+    /// made, or what has its name is not this user's alone, the engine is not
+    /// run, and that is a failure too.
+    ///
+    /// Call it on the main thread. No `estado` changes, nothing stops it.
+    /// `bytes` so large that the sum does not fit into 64 bits ends the process.
+    static void sacarParaVer(const QUrl &archivo, const QString &ruta, qint64 bytes,
+                             const std::optional<QString> &contrasena,
+                             std::function<void(const Copia &)> hecho,
+                             const EspacioLibre &libre = espacioLibre);
+
 signals:
     /// `estado` was assigned.
     void estadoCambia();
 
 private:
     struct Compresion;
+    struct Recuperacion;
 
     Estado m_estado = Reposo{};
     std::unique_ptr<Proceso> m_proceso; // the last compression's, ended or not

@@ -25,6 +25,8 @@ public:
     void entra(const std::shared_ptr<Hijo> &hijo) {
         const std::lock_guard guardia(m_cerrojo);
         m_hijos.push_back(hijo);
+        if (m_cerrado)
+            hijo->senala(SIGKILL);
     }
 
     void sale(const std::shared_ptr<Hijo> &hijo) {
@@ -33,8 +35,10 @@ public:
         m_cambio.notify_all();
     }
 
+    // To all there are. Who comes later gets no chance: the application is leaving.
     void senala(int numero) {
         const std::lock_guard guardia(m_cerrojo);
+        m_cerrado = true;
         for (const auto &hijo : m_hijos)
             hijo->senala(numero);
     }
@@ -48,6 +52,7 @@ private:
     std::mutex m_cerrojo;
     std::condition_variable m_cambio;
     std::vector<std::shared_ptr<Hijo>> m_hijos;
+    bool m_cerrado = false;
 };
 
 } // namespace
@@ -75,6 +80,17 @@ int Proceso::lanza(Lector lector, AlTerminar alTerminar) {
     }
     m_hijo = std::move(hijo);
     return 0;
+}
+
+Proceso::Corrida Proceso::corre(const Orden &orden, Lee que) {
+    auto hijo = std::make_shared<Hijo>();
+    if (const int fallo = hijo->arranca(orden); fallo != 0)
+        return {fallo, 0, {}, {}};
+    auto &vivos = Vivos<Hijo>::todos();
+    vivos.entra(hijo);
+    Corrida corrida = hijo->acompana(que);
+    vivos.sale(hijo);
+    return corrida;
 }
 
 void Proceso::termina() {

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QUuid>
 
 namespace {
 
@@ -49,4 +50,8 @@ QByteArray ruta::temporal() {
     const QByteArray carpeta = QFile::encodeName(QDir::tempPath());
     // Qt gives the canonical path, which is empty for a folder that is missing.
     return carpeta.isEmpty() ? qgetenv("TMPDIR") : carpeta;
+}
+
+QByteArray ruta::nombreUnico() {
+    return QUuid::createUuid().toByteArray(QUuid::WithoutBraces).toUpper();
 }

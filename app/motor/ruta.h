@@ -34,4 +34,7 @@ bool esArchivo(const QUrl &url);
 /// then nothing can be written there, which is better than somewhere else.
 QByteArray temporal();
 
+/// A name that nothing else has: a random UUID, 36 characters in upper case.
+QByteArray nombreUnico();
+
 } // namespace ruta

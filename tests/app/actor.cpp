@@ -96,6 +96,14 @@ void inunda(int a, long bytes) {
         di(a, bloque.substr(0, static_cast<size_t>(std::min<long>(bytes, 65536))));
 }
 
+// Keeps both streams full for as long as told.
+void parlotea(int ms) {
+    ::alarm(static_cast<unsigned>(ms) / 1000 + 1);
+    const std::string bloque(4096, 'n');
+    for (;;)
+        di(STDOUT_FILENO, bloque), di(STDERR_FILENO, bloque);
+}
+
 void juega(const std::string &accion, const std::string &dato) {
     if (accion == "error")
         di(STDERR_FILENO, descifra(dato));
@@ -105,12 +113,16 @@ void juega(const std::string &accion, const std::string &dato) {
         espera(std::stoi(dato));
     else if (accion == "inunda")
         inunda(STDERR_FILENO, std::stol(dato));
+    else if (accion == "inunda-salida")
+        inunda(STDOUT_FILENO, std::stol(dato));
     else if (accion == "cierra")
         ::close(STDOUT_FILENO), ::close(STDERR_FILENO);
     else if (accion == "ignora")
         ::signal(SIGTERM, SIG_IGN);
     else if (accion == "deja-nieto" && ::fork() == 0)
         espera(std::stoi(dato)), ::_exit(0);
+    else if (accion == "deja-nieto-hablador" && ::fork() == 0)
+        parlotea(std::stoi(dato)), ::_exit(0);
     else if (accion == "escribe-destino")
         std::ofstream(tras("-o")) << std::string(std::stoul(dato), 'o');
     else if (accion == "argumentos")

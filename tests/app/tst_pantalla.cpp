@@ -1,7 +1,7 @@
 // The compression screen's rules, without a window.
 #include "banco.h"
-#include "escritorio/bytes.h"
 #include "escritoriofalso.h"
+#include "motor/bytes.h"
 #include "pantallas/cuantofalta.h"
 #include "pantallas/pantalla.h"
 

@@ -132,6 +132,61 @@ private slots:
         QCOMPARE(ensayo.fin().estado, 128 + SIGTERM);
     }
 
+    void correrHastaElFinal() {
+        const Banco banco;
+        banco.ponMotor({"salida uno\\n", "error dos\\n", "espera 50", "inunda-salida 3000000",
+                        "error tres\\n", "sale 3"});
+        const Proceso::Orden orden{sitioDelMotor(), {}};
+        const auto todo = Proceso::corre(orden, Proceso::Lee::SalidaYError);
+        QCOMPARE(todo.fallo, 0);
+        QCOMPARE(todo.estado, 3);
+        QCOMPARE(todo.salida.size(), 4 + 3000000);
+        QCOMPARE(todo.error, "dos\ntres\n");
+
+        // Standard error alone, however much; the other fits into its pipe.
+        banco.ponMotor({"salida uno\\n", "inunda 3000000", "senal 9"});
+        const auto error = Proceso::corre(orden, Proceso::Lee::Error);
+        QCOMPARE(error.estado, 128 + SIGKILL);
+        QCOMPARE(error.salida, QByteArray());
+        QCOMPARE(error.error.size(), 3000000);
+
+        QCOMPARE(Proceso::corre({"/no/existe", {}}, Proceso::Lee::Error).fallo, ENOENT);
+    }
+
+    void correrEsperaAlHijoYANadieMas() {
+        const Banco banco;
+        const Proceso::Orden orden{sitioDelMotor(), {}};
+        banco.ponMotor({"error adiós\\n", "cierra", "espera 300", "sale 7"});
+        QElapsedTimer reloj;
+        reloj.start();
+        const auto vivo = Proceso::corre(orden, Proceso::Lee::SalidaYError);
+        QVERIFY(reloj.elapsed() >= 300);
+        QCOMPARE(vivo.estado, 7);
+        QCOMPARE(vivo.error, "adi\xc3\xb3s\n");
+
+        // A grandchild that keeps the pipes open, silent or not.
+        for (const char *nieto : {"deja-nieto 20000", "deja-nieto-hablador 20000"}) {
+            banco.ponMotor({"salida todo\\n", "error Error: roto\\n", nieto, "sale 1"});
+            reloj.start();
+            const auto corrida = Proceso::corre(orden, Proceso::Lee::SalidaYError);
+            QVERIFY(reloj.elapsed() < 10000);
+            QVERIFY(corrida.salida.startsWith("todo\n"));
+            QVERIFY(corrida.error.startsWith("Error: roto\n"));
+        }
+    }
+
+    void sinLectorTodoEsDelFinal() {
+        const Banco banco;
+        banco.ponMotor({"error uno\\n", "espera 200", "inunda 3000000", "sale 1"});
+        std::promise<Proceso::Final> promesa;
+        Proceso proceso({sitioDelMotor(), {}});
+        QCOMPARE(proceso.lanza({}, [&](const Proceso::Final &f) { promesa.set_value(f); }), 0);
+        auto futuro = promesa.get_future();
+        QCOMPARE(futuro.wait_for(20s), std::future_status::ready);
+        QCOMPARE(futuro.get().error.size(), 4 + 3000000);
+    }
+
+    // The last one: after it every child is killed as it starts.
     void terminarlosATodos() {
         const Banco banco;
         banco.ponMotor({"ignora", "error listo\\n", "espera 60000"});
@@ -139,6 +194,12 @@ private slots:
         QTest::qWait(200);
         banco.ponMotor({"espera 60000"});
         Ensayo docil;
+        banco.ponMotor({"inunda 20000000"}); // waits for a reader that does not come
+        const Proceso::Orden orden{sitioDelMotor(), {}};
+        auto atascado = std::async(std::launch::async, [&orden] {
+            return Proceso::corre(orden, Proceso::Lee::SalidaYError);
+        });
+        QCOMPARE(atascado.wait_for(300ms), std::future_status::timeout);
         QElapsedTimer reloj;
         reloj.start();
         Proceso::terminaTodos(400ms);
@@ -146,6 +207,10 @@ private slots:
         QVERIFY(sordo.acabado(0ms) && docil.acabado(0ms));
         QCOMPARE(sordo.fin().estado, 128 + SIGKILL);
         QCOMPARE(docil.fin().estado, 128 + SIGTERM);
+        QCOMPARE(atascado.get().estado, 128 + SIGTERM);
+
+        banco.ponMotor({"ignora", "espera 60000"});
+        QCOMPARE(Proceso::corre(orden, Proceso::Lee::Error).estado, 128 + SIGKILL);
     }
 };
 

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "motor.h"
+#include "principal.h"
+
+#include <QPointer>
+
+/// How a job's threads reach the Motor that started it, which may be gone by
+/// then. Copied freely; made on the main thread.
+class Publicador {
+public:
+    explicit Publicador(Motor *motor)
+        : m_motor(motor) {}
+
+    /// Publishes what `hacer` returns, later, on the main thread and in the
+    /// order of the calls. `hacer` runs there too, just before; neither happens
+    /// for a Motor that is gone. Any thread.
+    template<typename Hacer>
+    void publica(Hacer hacer) const {
+        enPrincipal([motor = m_motor, hacer = std::move(hacer)] {
+            if (motor)
+                motor->ponEstado(hacer());
+        });
+    }
+
+private:
+    QPointer<Motor> m_motor; // looked at on the main thread only
+};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <optional>
+
+/// The folder of the copies extracted for viewing. It lies in the temporary
+/// folder, which the users of a machine may share. Any thread.
+namespace visor {
+
+/// Its path: "orcalin-ver" in the temporary folder.
+QByteArray carpeta();
+
+/// Makes it if it is missing, and a new folder of a unique name inside, which
+/// is returned. None when it cannot be made, or when what has its name is not a
+/// real folder that is this user's alone: whoever put that there could read the
+/// copies. That the new folder cannot be made inside is not told: the engine
+/// reports what it finds.
+std::optional<QByteArray> nuevaCarpeta(const QByteArray &visor);
+
+/// Removes it with all it holds, if it is a real folder of this user's; what
+/// cannot be removed stays.
+void limpia(const QByteArray &visor);
+
+} // namespace visor
