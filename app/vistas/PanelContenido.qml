@@ -49,7 +49,10 @@ FocusScope {
                     placeholderText: "Buscar dentro de " + panel.explorador.nombre
                     text: panel.explorador.busca
                     onTextEdited: panel.explorador.busca = text
-                    Keys.onDownPressed: lista.forceActiveFocus()
+                    Keys.onDownPressed: {
+                        lista.forceActiveFocus();
+                        lista.va(Math.max(0, lista.currentIndex), Qt.NoModifier);
+                    }
                     Accessible.name: placeholderText
                     Layout.fillWidth: true
                 }
