@@ -16,6 +16,9 @@ atexit.register(SESION.cierra)
 import persona  # noqa: E402  only now is there a bus to talk to
 
 
+MANDOS = ("push button", "check box", "password text", "text", "progress bar", "menu item")
+
+
 class Caso(Pasos, unittest.TestCase):
     """Each test has the home folder for itself and ends its application."""
 
@@ -54,3 +57,14 @@ class Caso(Pasos, unittest.TestCase):
     def vacia(self):
         """The compression screen with nothing selected."""
         self.lee("Arrastra aquí lo que quieras guardar")
+
+    def marcada(self, casilla):
+        nodo = self.app.espera("check box", casilla)
+        return nodo.get_state_set().contains(persona.Atspi.StateType.CHECKED)
+
+    def todo_con_nombre(self):
+        """Whoever hears the window instead of seeing it is told what each
+        control is and what it is for."""
+        vistos = [(papel, nombre) for papel, nombre, _ in self.app.visibles()]
+        self.assertEqual([papel for papel, nombre in vistos if papel in MANDOS and not nombre], [])
+        self.assertNotIn("unknown", [papel for papel, _ in vistos])
