@@ -15,5 +15,6 @@ ContenidoCompartido preparaContenido(QList<Entrada> entradas) {
 
 void sueltaContenido(ContenidoCompartido &contenido) {
     if (contenido)
-        colaDeFondo().start([viejo = std::exchange(contenido, nullptr)]() mutable { viejo.reset(); });
+        colaDeFondo().start(
+            [viejo = std::exchange(contenido, nullptr)]() mutable { viejo.reset(); });
 }

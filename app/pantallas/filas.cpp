@@ -80,8 +80,7 @@ const Entrada &Filas::entrada(int fila) const {
 }
 
 uint32_t Filas::indiceDe(int fila) const {
-    return m_busca.isEmpty() ? static_cast<uint32_t>(fila)
-                             : m_visibles[static_cast<size_t>(fila)];
+    return m_busca.isEmpty() ? static_cast<uint32_t>(fila) : m_visibles[static_cast<size_t>(fila)];
 }
 
 int Filas::rowCount(const QModelIndex &padre) const {

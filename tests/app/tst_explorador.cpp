@@ -76,14 +76,16 @@ private slots:
     void seguirEscribiendoDaLoMismoQueEmpezar() {
         EscritorioFalso escritorio;
         Filas filas(escritorio);
-        filas.ponContenido(contenido({"cancio", "cancio\u0301n", "x\u0302", "x", "Canci\u00d3", "ba"}));
+        filas.ponContenido(
+            contenido({"cancio", "cancio\u0301n", "x\u0302", "x", "Canci\u00d3", "ba"}));
         const QAbstractItemModelTester vigilante(&filas);
         QString texto;
         for (const QChar c : QStringLiteral("cancio\u0301n")) {
             texto += c;
             filas.busca(texto);
             Filas deNuevas(escritorio);
-            deNuevas.ponContenido(contenido({"cancio", "cancio\u0301n", "x\u0302", "x", "Canci\u00d3", "ba"}));
+            deNuevas.ponContenido(
+                contenido({"cancio", "cancio\u0301n", "x\u0302", "x", "Canci\u00d3", "ba"}));
             deNuevas.busca(texto);
             QCOMPARE(visibles(filas), visibles(deNuevas));
         }
@@ -120,9 +122,12 @@ private slots:
     void loQueDiceUnaFila() {
         EscritorioFalso escritorio;
         Filas filas(escritorio);
-        filas.ponContenido(preparaContenido({entrada('d', "fotos/"), entrada('-', "fotos/a/b.jpg", 1234),
-                                             entrada('l', "e"), entrada('h', "h", 9), entrada('x', "x", 9)}));
-        const auto dato = [&](int fila, int papel) { return filas.data(filas.index(fila), papel).toString(); };
+        filas.ponContenido(
+            preparaContenido({entrada('d', "fotos/"), entrada('-', "fotos/a/b.jpg", 1234),
+                              entrada('l', "e"), entrada('h', "h", 9), entrada('x', "x", 9)}));
+        const auto dato = [&](int fila, int papel) {
+            return filas.data(filas.index(fila), papel).toString();
+        };
         QCOMPARE(dato(0, Filas::Nombre), QStringLiteral("fotos"));
         QCOMPARE(dato(0, Filas::Icono), QStringLiteral("folder"));
         QCOMPARE(dato(0, Filas::Tamano), QString());
@@ -175,8 +180,9 @@ private slots:
 
     void laContrasena() {
         const Banco banco;
-        banco.ponMotor({"error Error: contrase\xc3\xb1" "a incorrecta\\n", "argumentos " + banco.ruta("args"),
-                        "sale 1"});
+        banco.ponMotor({"error Error: contrase\xc3\xb1"
+                        "a incorrecta\\n",
+                        "argumentos " + banco.ruta("args"), "sale 1"});
         EscritorioFalso escritorio;
         Explorador explorador(banco.url("x.okz"), escritorio);
         explorador.cargar();
@@ -198,7 +204,9 @@ private slots:
 
     void unFalloAlLeerSeReintenta() {
         const Banco banco;
-        banco.ponMotor({"error Error: cabecera da\xc3\xb1" "ada\\n", "sale 1"});
+        banco.ponMotor({"error Error: cabecera da\xc3\xb1"
+                        "ada\\n",
+                        "sale 1"});
         EscritorioFalso escritorio;
         Explorador explorador(banco.url("x.okz"), escritorio);
         explorador.cargar();
@@ -213,7 +221,8 @@ private slots:
     void elEstadoDelMotorManda() {
         EscritorioFalso escritorio;
         Explorador explorador(QUrl(QStringLiteral("file:///x.okz")), escritorio);
-        explorador.motor().ponEstado(Motor::Trabajando{0.5, QStringLiteral("recuperando 2 de 3…"), 9});
+        explorador.motor().ponEstado(
+            Motor::Trabajando{0.5, QStringLiteral("recuperando 2 de 3…"), 9});
         QCOMPARE(explorador.panel(), Panel::Ocupado);
         QCOMPARE(explorador.texto(), QStringLiteral("recuperando 2 de 3…"));
         explorador.motor().ponEstado(Motor::Hecho{1, 1, 1, QUrl(QStringLiteral("file:///d"))});
@@ -247,7 +256,8 @@ private slots:
         QTRY_COMPARE(explorador.panel(), Panel::Recuperado);
         const QByteArray args = Banco::lee(banco.ruta("args"));
         QCOMPARE(args.count("--file"), 2);
-        QVERIFY(args.indexOf(QByteArray("--file\0a", 8)) < args.indexOf(QByteArray("--file\0c", 8)));
+        QVERIFY(args.indexOf(QByteArray("--file\0a", 8)) <
+                args.indexOf(QByteArray("--file\0c", 8)));
         explorador.volver();
         QCOMPARE(explorador.panel(), Panel::Contenido);
         QCOMPARE(explorador.filas()->elegidas(), 2);
@@ -260,11 +270,14 @@ private slots:
         Explorador explorador(banco.url("x.okz"), escritorio);
         explorador.cargar();
         QTRY_COMPARE(explorador.panel(), Panel::Contenido);
-        banco.ponMotor({"argumentos " + banco.ruta("args"), "espera 200", "error Error: roto\\n", "sale 1"});
+        banco.ponMotor(
+            {"argumentos " + banco.ruta("args"), "espera 200", "error Error: roto\\n", "sale 1"});
         explorador.abrir(0);
         explorador.abrir(1); // dropped
         const auto abriendose = [&](int fila) {
-            return explorador.filas()->data(explorador.filas()->index(fila), Filas::Abriendose).toBool();
+            return explorador.filas()
+                ->data(explorador.filas()->index(fila), Filas::Abriendose)
+                .toBool();
         };
         QVERIFY(abriendose(0) && !abriendose(1));
         QTRY_COMPARE(explorador.abrirFallo(), QStringLiteral("roto"));
