@@ -31,7 +31,7 @@ Boton {
         onActivated: boton.clicked()
     }
 
-    // A focused button takes Return for itself.
-    readonly property bool otroConFoco: Window.activeFocusItem instanceof AbstractButton
-        && !(Window.activeFocusItem instanceof CheckBox)
+    // A focused button takes Return for itself; check boxes and the drop area,
+    // buttons as well to the toolkit, do not.
+    readonly property bool otroConFoco: Window.activeFocusItem instanceof Boton
 }
