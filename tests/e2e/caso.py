@@ -4,7 +4,9 @@ one accessibility bus in its life."""
 
 import atexit
 import os
+import subprocess
 import unittest
+from pathlib import Path
 
 from pasos import Pasos
 from sesion import Sesion
@@ -55,6 +57,12 @@ class Caso(Pasos, unittest.TestCase):
 
     def espera_sin_panel(self):
         persona.hasta(lambda: self.app.busca("dialog") is None, "los paneles cerrados")
+
+    def motores(self):
+        """The engines that the application has running."""
+        hijos = subprocess.run(["pgrep", "-P", str(self.app.proceso.pid), "-x", "orcalin"],
+                               capture_output=True, text=True, check=False)
+        return [Path("/proc") / hijo for hijo in hijos.stdout.split()]
 
     def restos(self):
         """Password files, and what a job left unfinished in the home folder."""
