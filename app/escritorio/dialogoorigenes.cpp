@@ -17,7 +17,8 @@ DialogoOrigenes::DialogoOrigenes(QWidget *padre)
     siguelaSeleccion();
 }
 
-// Qt leaves its button disabled while only folders are marked.
+// Qt leaves its button disabled while only folders are marked, and promises to
+// open the folder with it.
 void DialogoOrigenes::siguelaSeleccion() {
     const auto *lista = findChild<QListView *>(QStringLiteral("listView"));
     const auto *botones = findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"));
@@ -26,8 +27,10 @@ void DialogoOrigenes::siguelaSeleccion() {
     connect(
         lista->selectionModel(), &QItemSelectionModel::selectionChanged, this,
         [this, botones] {
-            if (!marcados().isEmpty())
-                botones->button(QDialogButtonBox::Open)->setEnabled(true);
+            if (marcados().isEmpty())
+                return;
+            setLabelText(QFileDialog::Accept, QStringLiteral("Elegir"));
+            botones->button(QDialogButtonBox::Open)->setEnabled(true);
         },
         Qt::QueuedConnection);
 }

@@ -30,7 +30,8 @@ Boton {
 
     Shortcut {
         sequences: ["Return", "Enter"]
-        enabled: boton.porTecla && boton.enabled && boton.visible && !(boton.Window.activeFocusItem instanceof Boton)
+        enabled: boton.porTecla && boton.enabled && boton.visible
+            && !(boton.Window.activeFocusItem instanceof Boton)
         onActivated: boton.clicked()
     }
 }

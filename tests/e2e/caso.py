@@ -4,7 +4,9 @@ one accessibility bus in its life."""
 
 import atexit
 import os
+import subprocess
 import unittest
+from pathlib import Path
 
 from pasos import Pasos
 from sesion import Sesion
@@ -40,15 +42,27 @@ class Caso(Pasos, unittest.TestCase):
         proceso.communicate()
 
     def con_foco(self):
-        """(role, name) of the control that the keyboard goes to."""
-        return next(((papel, nombre) for papel, nombre, nodo in self.app.visibles()
-                     if nodo.get_state_set().contains(persona.Atspi.StateType.FOCUSED)), None)
+        """(role, name) of the control that the keyboard goes to. What holds it
+        says so too, and a list's current item even when the list has lost it."""
+        dicen = [(papel, nombre) for papel, nombre, nodo in self.app.visibles()
+                 if self._tiene(nodo, "FOCUSED") and not self._tiene(nodo, "TRANSIENT")]
+        return dicen[-1] if dicen else None
+
+    @staticmethod
+    def _tiene(nodo, estado):
+        return nodo.get_state_set().contains(getattr(persona.Atspi.StateType, estado))
 
     def espera_panel(self, titulo):
         return self.app.espera("dialog", titulo)
 
     def espera_sin_panel(self):
         persona.hasta(lambda: self.app.busca("dialog") is None, "los paneles cerrados")
+
+    def motores(self):
+        """The engines that the application has running."""
+        hijos = subprocess.run(["pgrep", "-P", str(self.app.proceso.pid), "-x", "orcalin"],
+                               capture_output=True, text=True, check=False)
+        return [Path("/proc") / hijo for hijo in hijos.stdout.split()]
 
     def restos(self):
         """Password files, and what a job left unfinished in the home folder."""

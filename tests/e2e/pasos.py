@@ -39,6 +39,11 @@ class Pasos:
         accion = self.arrastra(*rutas).suelta()
         assert accion == "copy", f"el arrastre acabó en {accion}: los originales corren peligro"
 
+    def cifra(self, clave):
+        self.app.pulsa("check box", "Cifrar")
+        self.app.espera_foco(self.app.espera("password text", "Contraseña"))
+        self.persona.teclea(clave)
+
     def guarda_en(self, destino, propuesto):
         self.app.pulsa("push button", "Guardar")
         nombre = self.app.espera("text", "Nombre de fichero:")

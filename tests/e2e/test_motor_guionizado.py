@@ -119,9 +119,7 @@ class Guionizado(Caso):
 
     def test_volver_lo_conserva_todo_y_otra_cosa_empieza_de_nuevo(self):
         self.app.pulsa("check box", "Comprimir al máximo")
-        self.app.pulsa("check box", "Cifrar")
-        self.app.espera_foco(self.app.espera("password text", "Contraseña"))
-        persona.teclea("ocho letras")
+        self.cifra("ocho letras")
         self.guarda("sale 1")
         self.falla_con("No se pudo guardar.")
         for opcion in ("Comprimir al máximo", "Cifrar"):
@@ -167,8 +165,12 @@ class Guionizado(Caso):
         self.siguiente_funciona()
 
     def test_no_hace_caso_y_la_aplicacion_se_va(self):
+        self.cifra("otras letras")
         self.guarda("ignora", CUARTO, SIEMPRE)
         self.espera_barra("25 %, 10 de 40 archivos")
+        motores = self.motores()
+        self.cierra()
+        self.assertEqual([motor.exists() for motor in motores], [False])
 
     # No engine to speak of.
 

@@ -28,9 +28,9 @@ class Teclado(Caso):
             self.tabula()
         self.fail(f"el tabulador no llega a {mando}")
 
-    def tabula(self, tecla="Tab"):
+    def tabula(self):
         antes = self.con_foco()
-        persona.teclas(tecla)
+        persona.teclas("Tab")
         return persona.hasta(lambda: self.con_foco() not in (None, antes) and self.con_foco(),
                              "el foco en otro sitio")
 
@@ -40,12 +40,13 @@ class Teclado(Caso):
         persona.teclas("space")
         self.app.espera("table cell", "nota.txt")
         self.app.espera_foco(self.app.espera("text", "Nombre de fichero:"))
-        while self.con_foco()[0] not in ("tree", "table cell"):
-            self.tabula("shift+Tab")
+        persona.teclas("shift+Tab")
+        self.app.espera_foco(self.app.espera("tree"))
         persona.teclas("Home", "shift+Down")
         elegir = self.app.espera("push button", "Elegir")
         persona.hasta(lambda: self.sensible(elegir), "«Elegir» activo")
-        persona.teclas("alt+e")
+        self.enfoca(("push button", "Elegir"))
+        persona.teclas("space")
 
     @staticmethod
     def sensible(nodo):
