@@ -1,8 +1,10 @@
 // A stand-in for the engine that plays the script named by ACTOR_GUION, one
-// action a line. What a text may hold: \n \r \t \\ \xNN.
+// action a line: "accion dato", or "en K accion dato" for the K-th run alone
+// after "cuenta FICHERO". What a text may hold: \n \r \t \\ \xNN.
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -14,6 +16,9 @@
 namespace {
 
 std::vector<std::string> argumentos;
+int vez = 0;
+
+void juegaLinea(const std::string &linea);
 
 std::string descifra(const std::string &texto) {
     std::string bytes;
@@ -104,6 +109,38 @@ void parlotea(int ms) {
         di(STDOUT_FILENO, bloque), di(STDERR_FILENO, bloque);
 }
 
+// The entry that was asked for, below the folder that was told.
+std::filesystem::path copiaDe(const std::string &entrada) {
+    const std::filesystem::path copia = tras("-o") + '/' + entrada;
+    std::filesystem::create_directories(copia.parent_path());
+    return copia;
+}
+
+// The number of this run among those that count in the same file.
+int cuentaVez(const std::string &fichero) {
+    std::ofstream(fichero, std::ios::app) << '.';
+    return static_cast<int>(std::filesystem::file_size(fichero));
+}
+
+void repite(const std::string &dato) {
+    const size_t corte = dato.find(' ');
+    const std::string bytes = descifra(dato.substr(corte + 1));
+    std::string todo;
+    for (int veces = std::stoi(dato); veces > 0; --veces)
+        todo += bytes;
+    di(STDOUT_FILENO, todo);
+}
+
+// Ends the run unless the password file holds this.
+void exige(const std::string &contrasena) {
+    std::stringstream leida;
+    leida << std::ifstream(tras("--password-file"), std::ios::binary).rdbuf();
+    if (leida.str() == contrasena)
+        return;
+    di(STDERR_FILENO, "Error: falta la contraseña, o no es esa\n");
+    ::_exit(1);
+}
+
 void juega(const std::string &accion, const std::string &dato) {
     if (accion == "error")
         di(STDERR_FILENO, descifra(dato));
@@ -125,6 +162,20 @@ void juega(const std::string &accion, const std::string &dato) {
         parlotea(std::stoi(dato)), ::_exit(0);
     else if (accion == "escribe-destino")
         std::ofstream(tras("-o")) << std::string(std::stoul(dato), 'o');
+    else if (accion == "crea-entrada")
+        std::ofstream(copiaDe(tras("--file"))) << dato;
+    else if (accion == "crea")
+        std::ofstream(copiaDe(descifra(dato))) << "x";
+    else if (accion == "enlaza-entrada")
+        std::filesystem::create_symlink(dato, copiaDe(tras("--file")));
+    else if (accion == "cuenta")
+        vez = cuentaVez(dato);
+    else if (accion == "en" && std::stoi(dato) == vez)
+        juegaLinea(dato.substr(dato.find(' ') + 1));
+    else if (accion == "repite")
+        repite(dato);
+    else if (accion == "exige")
+        exige(dato);
     else if (accion == "argumentos")
         apuntaArgumentos(dato);
     else if (accion == "clave")
@@ -137,6 +188,11 @@ void juega(const std::string &accion, const std::string &dato) {
         ::_exit(std::stoi(dato));
 }
 
+void juegaLinea(const std::string &linea) {
+    const size_t corte = linea.find(' ');
+    juega(linea.substr(0, corte), corte == std::string::npos ? "" : linea.substr(corte + 1));
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -144,9 +200,7 @@ int main(int argc, char **argv) {
     const char *guion = std::getenv("ACTOR_GUION");
     std::stringstream acciones;
     acciones << std::ifstream(guion != nullptr ? guion : "").rdbuf();
-    for (std::string linea; std::getline(acciones, linea);) {
-        const size_t corte = linea.find(' ');
-        juega(linea.substr(0, corte), corte == std::string::npos ? "" : linea.substr(corte + 1));
-    }
+    for (std::string linea; std::getline(acciones, linea);)
+        juegaLinea(linea);
     return 0;
 }

@@ -68,6 +68,12 @@ QByteArray Banco::lee(const QByteArray &ruta) {
     return fichero.open(QIODevice::ReadOnly) ? fichero.readAll() : QByteArray();
 }
 
+QList<QByteArray> Banco::argumentos(const QByteArray &fichero) {
+    QList<QByteArray> todos = lee(fichero).split('\0');
+    todos.removeLast();
+    return todos;
+}
+
 void Banco::enlace(const QByteArray &a, const QByteArray &nombre) const {
     QVERIFY(::symlink(a.constData(), ruta(nombre).constData()) == 0);
 }

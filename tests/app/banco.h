@@ -22,6 +22,8 @@ public:
     /// Writes a file there and returns its URL.
     QUrl fichero(const QByteArray &nombre, const QByteArray &contenido) const;
     static QByteArray lee(const QByteArray &ruta);
+    /// What the scripted child's "argumentos" wrote there, of all its runs.
+    static QList<QByteArray> argumentos(const QByteArray &fichero);
     /// Makes a symbolic link there.
     void enlace(const QByteArray &a, const QByteArray &nombre) const;
 

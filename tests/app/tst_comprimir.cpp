@@ -19,12 +19,6 @@ Motor::Estado trabajando(double pct, const QString &detalle) {
     return Trabajando{pct, detalle, std::nullopt};
 }
 
-QList<QByteArray> argumentosDe(const QByteArray &fichero) {
-    QList<QByteArray> todos = Banco::lee(fichero).split('\0');
-    todos.removeLast();
-    return todos;
-}
-
 } // namespace
 
 class TstComprimir : public QObject {
@@ -46,14 +40,14 @@ private slots:
         QVERIFY(motor.estado() == kPreparando); // published before the call returns
         QVERIFY(testigo.esperaFinal());
 
-        const QByteArray clave = argumentosDe(banco.ruta("args")).value(9);
+        const QByteArray clave = Banco::argumentos(banco.ruta("args")).value(9);
         QVERIFY(clave.startsWith(banco.ruta("okz-")));
         const QList<QByteArray> esperados{"compress",          banco.ruta("-b\nñ\xff"),
                                           banco.ruta("a"),     "-o",
                                           banco.ruta("c.okz"), "--max",
                                           "--progress",        "--encrypt",
                                           "--password-file",   clave};
-        QCOMPARE(argumentosDe(banco.ruta("args")), esperados);
+        QCOMPARE(Banco::argumentos(banco.ruta("args")), esperados);
         QCOMPARE(Banco::lee(banco.ruta("clave")), "600 s\xc3\xa9samo");
         QVERIFY(banco.claves().isEmpty());
 
@@ -84,7 +78,7 @@ private slots:
         QVERIFY(testigo.esperaFinal());
         const QList<QByteArray> esperados{
             "compress", banco.ruta("a"), "-o", banco.ruta("c.okz"), "--level", "19", "--progress"};
-        QCOMPARE(argumentosDe(banco.ruta("args")), esperados);
+        QCOMPARE(Banco::argumentos(banco.ruta("args")), esperados);
         // A good end without an archive to read is a good end of size 0.
         QCOMPARE(std::get<Hecho>(testigo.vistos.last()).salida, 0);
     }

@@ -1,10 +1,14 @@
 // A thousand jobs of every ending leave the process as it was.
 #include "banco.h"
+#include "motor/fondo.h"
 #include "motor/proceso.h"
 
 #include <QDir>
 #include <QTest>
+#include <QThreadPool>
 
+#include <array>
+#include <future>
 #include <sys/wait.h>
 
 namespace {
@@ -16,11 +20,51 @@ struct Rastro {
     int descriptores = cuantos("/proc/self/fd");
     int hilos = cuantos("/proc/self/task");
     qsizetype claves;
+    int temporales; // what lies in the temporary folder
 
     explicit Rastro(const Banco &banco)
-        : claves(banco.claves().size()) {}
+        : claves(banco.claves().size())
+        , temporales(cuantos(banco.ruta("").constData())) {}
     bool operator==(const Rastro &) const = default;
 };
+
+// Some jobs of a kind that reads an archive, at once, and the wait for their ends.
+using Trabajos = void (*)(const Banco &banco);
+const auto kClave = QStringLiteral("x");
+
+void listan(const Banco &banco) {
+    std::vector<std::future<void>> todos;
+    for (int i = 0; i < kALaVez; ++i)
+        todos.push_back(std::async(std::launch::async,
+                                   [&banco] { (void)Motor::listar(banco.url("a.okz"), kClave); }));
+}
+
+void recuperan(const Banco &banco, const QStringList &rutas) {
+    std::array<Motor, kALaVez> motores;
+    std::vector<std::unique_ptr<Testigo>> testigos;
+    for (Motor &motor : motores) {
+        testigos.push_back(std::make_unique<Testigo>(motor));
+        motor.recuperarVarios(banco.url("a.okz"), banco.url("d"), rutas, kClave);
+    }
+    for (const auto &testigo : testigos)
+        QVERIFY(testigo->esperaFinal());
+}
+
+void recuperanDos(const Banco &banco) {
+    recuperan(banco, {QStringLiteral("x"), QStringLiteral("y")});
+}
+
+void recuperanTodo(const Banco &banco) {
+    recuperan(banco, {});
+}
+
+void sacan(const Banco &banco) {
+    int dados = 0;
+    for (int i = 0; i < kALaVez; ++i)
+        Motor::sacarParaVer(banco.url("a.okz"), QStringLiteral("x"), 1, kClave,
+                            [&dados](const Motor::Copia &) { ++dados; });
+    QVERIFY(QTest::qWaitFor([&dados] { return dados == kALaVez; }, 20000));
+}
 
 } // namespace
 
@@ -54,6 +98,36 @@ private slots:
         QCOMPARE(::waitpid(-1, nullptr, WNOHANG), -1); // no child, not even a dead one
     }
 
+    void nadaQuedaAlLeer_data() {
+        QTest::addColumn<Trabajos>("trabajos");
+        QTest::addColumn<QList<QByteArray>>("guion");
+        const QList<QByteArray> fallo{"error Error: x\\n", "sale 1"};
+        const QList<QByteArray> muerte{"senal 9"};
+        const auto filas = [&](const char *nombre, Trabajos trabajos, const QByteArray &exito) {
+            QTest::addRow("%s, éxito", nombre) << trabajos << QList<QByteArray>{exito};
+            QTest::addRow("%s, fallo", nombre) << trabajos << fallo;
+            QTest::addRow("%s, muerte", nombre) << trabajos << muerte;
+        };
+        filas("listar", listan, "salida -0644 1 x\\n");
+        filas("recuperar dos", recuperanDos, "salida ruido");
+        filas("recuperar todo", recuperanTodo, "salida ruido");
+        filas("sacar para ver", sacan, "crea-entrada x");
+    }
+    void nadaQuedaAlLeer() {
+        QFETCH(Trabajos, trabajos);
+        QFETCH(QList<QByteArray>, guion);
+        const Banco banco;
+        banco.ponMotor(guion);
+        QVERIFY(colaDeFondo().waitForDone()); // its idle threads are gone then
+        const Rastro antes(banco);
+        for (int hechos = 0; hechos < kTrabajos; hechos += kALaVez)
+            trabajos(banco);
+        QVERIFY(colaDeFondo().waitForDone());
+        Motor::limpiaTemporales();
+        QTRY_VERIFY(Rastro(banco) == antes);
+        QCOMPARE(::waitpid(-1, nullptr, WNOHANG), -1);
+    }
+
     void unMotorQueNoArrancaSoloDejaSuClave() {
         const Banco banco;
         Banco::ponFicheroComoMotor("esto no es un programa", 0755);
@@ -64,6 +138,7 @@ private slots:
         Rastro despues(banco);
         QCOMPARE(despues.claves, kTrabajos);
         despues.claves = antes.claves;
+        despues.temporales -= kTrabajos;
         QVERIFY(despues == antes);
     }
 
