@@ -7,8 +7,9 @@ import subprocess
 import sys
 from pathlib import Path
 
-from pasos import Pasos
+from recorrido_explorador import TramoExplorador
 from sesion import Sesion
+from visor import Visor
 
 VARIANTES = {
     "claro": {},
@@ -17,7 +18,7 @@ VARIANTES = {
 }
 
 
-class Recorrido(Pasos):
+class Recorrido(TramoExplorador):
     def __init__(self, sesion, arbol, fotos, variante):
         import persona  # only now is there a bus to talk to
 
@@ -33,7 +34,9 @@ class Recorrido(Pasos):
         self.app.foto(self.fotos / f"{nombre}-{self.variante}.png")
 
     def abre_aplicacion(self, *ficheros):
-        self.abre(*ficheros, entorno=self.sesion.entorno(**VARIANTES[self.variante]))
+        entorno = self.sesion.entorno(**VARIANTES[self.variante])
+        self.visor = Visor(entorno)
+        self.abre(*ficheros, entorno=entorno)
 
     # The steps.
 
@@ -137,16 +140,8 @@ class Recorrido(Pasos):
         self.lee("efímero.txt")
         self.cierra()
 
-    def explorador(self):
-        self.abre_aplicacion(self.casa / "cartas.txt", self.casa / "fotos.okz")
-        self.lee("fotos.okz")
-        self.foto("9-explorador")
-        self.app.pulsa("push button", "Guardar algo")
-        self.lee("Arrastra aquí lo que quieras guardar")
-        self.cierra()
-
     PASOS = (preparativos, vacia, encima, uno, varios, opciones, trabajo, cancelado, resultado,
-             fallo, explorador)
+             fallo, *TramoExplorador.PASOS_DEL_EXPLORADOR)
 
     def anda(self):
         for paso in self.PASOS:
