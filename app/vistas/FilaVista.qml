@@ -77,6 +77,7 @@ Rectangle {
         BusyIndicator {
             visible: fila.abriendose
             running: visible
+            palette.text: fila.tinta
             padding: 0
             Accessible.ignored: true
             Layout.preferredWidth: 18
