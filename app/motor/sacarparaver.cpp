@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr qint64 kMargen = 100 * 1024 * 1024;
+constexpr qint64 kMargen = 100LL << 20U; // 100 MiB
 
 qint64 hueco(qint64 bytes) {
     qint64 suma = 0;
