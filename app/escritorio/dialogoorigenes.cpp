@@ -17,7 +17,8 @@ DialogoOrigenes::DialogoOrigenes(QWidget *padre)
     siguelaSeleccion();
 }
 
-// Qt leaves its button disabled while only folders are marked.
+// Qt leaves its button disabled while only folders are marked, and promises to
+// open the folder with it.
 void DialogoOrigenes::siguelaSeleccion() {
     const auto *lista = findChild<QListView *>(QStringLiteral("listView"));
     const auto *botones = findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"));
@@ -26,8 +27,10 @@ void DialogoOrigenes::siguelaSeleccion() {
     connect(
         lista->selectionModel(), &QItemSelectionModel::selectionChanged, this,
         [this, botones] {
-            if (!marcados().isEmpty())
-                botones->button(QDialogButtonBox::Open)->setEnabled(true);
+            if (marcados().isEmpty())
+                return;
+            setLabelText(QFileDialog::Accept, QStringLiteral("Elegir"));
+            botones->button(QDialogButtonBox::Open)->setEnabled(true);
         },
         Qt::QueuedConnection);
 }
@@ -46,7 +49,7 @@ QList<QUrl> DialogoOrigenes::marcados() const {
 void DialogoOrigenes::accept() {
     m_elegidos = marcados();
     if (!m_elegidos.isEmpty()) {
-        QDialog::done(QDialog::Accepted);
+        done(QDialog::Accepted);
         return;
     }
     QFileDialog::accept();

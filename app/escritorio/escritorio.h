@@ -25,8 +25,16 @@ public:
     /// Lets the user choose one archive. None when cancelled.
     virtual std::optional<QUrl> eligeArchivo() = 0;
 
+    /// Lets the user choose a folder to take something out into; `mensaje` says
+    /// what for. None when cancelled.
+    virtual std::optional<QUrl> eligeCarpeta(const QString &mensaje) = 0;
+
     /// A byte count for the user, in the locale's number format.
     [[nodiscard]] virtual QString textoDeBytes(qint64 bytes) const = 0;
+
+    /// Opens a file with its default application; false when the desktop says
+    /// that it could not.
+    virtual bool abre(const QUrl &url) = 0;
 
     /// Shows a file or folder selected in the file manager.
     virtual void revela(const QUrl &url) = 0;

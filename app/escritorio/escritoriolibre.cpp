@@ -68,14 +68,30 @@ std::optional<QUrl> EscritorioLibre::eligeArchivo() {
     return dialogo.selectedUrls().constFirst();
 }
 
+std::optional<QUrl> EscritorioLibre::eligeCarpeta(const QString &mensaje) {
+    QFileDialog dialogo(nullptr, mensaje, m_carpeta);
+    dialogo.setFileMode(QFileDialog::Directory);
+    dialogo.setOption(QFileDialog::ShowDirsOnly);
+    dialogo.setLabelText(QFileDialog::Accept, QStringLiteral("Recuperar aquí"));
+    if (!muestra(dialogo) || dialogo.selectedUrls().isEmpty())
+        return std::nullopt;
+    m_carpeta = dialogo.selectedUrls().constFirst().toLocalFile();
+    return dialogo.selectedUrls().constFirst();
+}
+
 QString EscritorioLibre::textoDeBytes(qint64 bytes) const {
     return ::textoDeBytes(bytes);
 }
 
+bool EscritorioLibre::abre(const QUrl &url) {
+    return QDesktopServices::openUrl(url);
+}
+
 void EscritorioLibre::revela(const QUrl &url) {
-    auto llamada = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
-        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
+    auto llamada = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.FileManager1"),
+                                                  QStringLiteral("/org/freedesktop/FileManager1"),
+                                                  QStringLiteral("org.freedesktop.FileManager1"),
+                                                  QStringLiteral("ShowItems"));
     llamada << QStringList{url.toString(QUrl::FullyEncoded)} << QString();
     auto *espera = new QDBusPendingCallWatcher(
         QDBusConnection::sessionBus().asyncCall(llamada, kEsperaAlGestor));

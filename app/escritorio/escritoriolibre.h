@@ -13,7 +13,10 @@ public:
     QList<QUrl> eligeOrigenes() override;
     std::optional<QUrl> eligeDestino(const QString &nombre) override;
     std::optional<QUrl> eligeArchivo() override;
+    std::optional<QUrl> eligeCarpeta(const QString &mensaje) override;
     [[nodiscard]] QString textoDeBytes(qint64 bytes) const override;
+
+    bool abre(const QUrl &url) override;
 
     /// Asks the file manager without waiting for it; when none answers in two
     /// seconds, the folder is opened instead.

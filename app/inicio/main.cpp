@@ -43,7 +43,7 @@ void hablaEspanol(QTranslator &traductor) {
 
 int main(int argc, char **argv) {
     // A parent that ignores this would have the engine's exit status lost.
-    std::signal(SIGCHLD, SIG_DFL);
+    (void)std::signal(SIGCHLD, SIG_DFL);
     const QList<QUrl> ficheros = ficherosDe(argc, argv);
 
     vistas::prepara();

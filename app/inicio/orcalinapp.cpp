@@ -63,7 +63,7 @@ void OrcalinApp::body() {
     retira(m_pantalla);
     retira(m_explorador);
     if (m_identidad.archivo)
-        m_explorador = std::make_unique<Explorador>(*m_identidad.archivo);
+        m_explorador = std::make_unique<Explorador>(*m_identidad.archivo, m_escritorio);
     else
         m_pantalla = nuevaPantalla();
     emit pantallaCambia();

@@ -18,7 +18,7 @@ bool esEjecutable(const QByteArray &ruta) {
 }
 
 QByteArray inicioDelUsuario() {
-    if (const QByteArray entorno = qgetenv("HOME"); !entorno.isEmpty())
+    if (QByteArray entorno = qgetenv("HOME"); !entorno.isEmpty())
         return entorno;
     passwd registro{};
     passwd *encontrado = nullptr;

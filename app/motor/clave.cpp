@@ -29,7 +29,7 @@ bool vuelca(const Descriptor &fichero, const QByteArray &datos) {
 QByteArray clave::escribe(const std::optional<QString> &contrasena) {
     if (!contrasena || contrasena->isEmpty())
         return {};
-    const QByteArray ruta = ruta::temporal() + "/okz-" + ruta::nombreUnico();
+    QByteArray ruta = ruta::temporal() + "/okz-" + ruta::nombreUnico();
     // A side file moved into place: whoever sees the name sees the whole password.
     const QByteArray aparte = ruta + ".parte";
     Descriptor fichero(

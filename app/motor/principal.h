@@ -18,7 +18,7 @@ void enPrincipal(Hacer hacer) {
     const std::lock_guard guardia(relevo);
     QMetaObject::invokeMethod(
         QCoreApplication::instance(),
-        [hacer = std::move(hacer)] {
+        [hacer = std::move(hacer)]() mutable {
             { const std::lock_guard tras(relevo); }
             hacer();
         },

@@ -31,7 +31,13 @@ QUrl ruta::url(const QString &ruta) {
 }
 
 QString ruta::ultimoComponente(const QUrl &url) {
-    return QString::fromUtf8(nombre(url));
+    QString visible = QString::fromUtf8(nombre(url));
+    for (QChar &c : visible) {
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
+            c == QChar::ParagraphSeparator)
+            c = QChar::ReplacementCharacter;
+    }
+    return visible;
 }
 
 bool ruta::esArchivo(const QUrl &url) {

@@ -22,7 +22,8 @@ QUrl url(const QByteArray &nativa);
 /// The same for a path that Qt made (a file dialog, the temporary folder).
 QUrl url(const QString &ruta);
 
-/// The last path component, for display: invalid UTF-8 shows as U+FFFD.
+/// The last path component, for display on one line: control characters and
+/// what is not valid UTF-8 show as U+FFFD.
 QString ultimoComponente(const QUrl &url);
 
 /// Whether the path's extension is "okz" in any case. A name that is nothing

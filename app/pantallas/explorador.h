@@ -1,21 +1,113 @@
 #pragma once
 
+#include "filas.h"
+#include "motor/motor.h"
+
 #include <QObject>
 #include <QUrl>
 
-/// The archive browser: serves one archive for its whole life. Main thread only.
+class Escritorio;
+
+/// The archive browser without its drawing: lists one archive for its whole
+/// life, searches it, opens and takes out what is in it. Main thread only.
 class Explorador : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString nombre READ nombre CONSTANT)
+    Q_PROPERTY(Panel panel READ panel NOTIFY cambia)
+    Q_PROPERTY(QString texto READ texto NOTIFY cambia)
+    Q_PROPERTY(Filas *filas READ filas CONSTANT)
+    Q_PROPERTY(QString busca READ busca WRITE ponBusca NOTIFY buscaCambia)
+    Q_PROPERTY(QString contrasena READ contrasena WRITE ponContrasena NOTIFY contrasenaCambia)
+    Q_PROPERTY(QString cuenta READ cuenta NOTIFY listaCambia)
+    Q_PROPERTY(QString rotuloRecuperar READ rotuloRecuperar NOTIFY listaCambia)
+    Q_PROPERTY(bool hayElegidas READ hayElegidas NOTIFY listaCambia)
+    Q_PROPERTY(QString abrirFallo READ abrirFallo NOTIFY abrirFalloCambia)
 
 public:
-    explicit Explorador(QUrl archivo, QObject *padre = nullptr);
+    enum class Panel { Ocupado, Recuperado, Problema, PedirClave, Contenido };
+    Q_ENUM(Panel)
+
+    /// The desktop must outlive the browser.
+    Explorador(QUrl archivo, Escritorio &escritorio, QObject *padre = nullptr);
+    ~Explorador() override;
 
     [[nodiscard]] const QUrl &archivo() const { return m_archivo; }
+    [[nodiscard]] Motor &motor() { return m_motor; }
+    [[nodiscard]] Filas *filas() { return &m_filas; }
 
     /// The archive's file name, for display.
     [[nodiscard]] QString nombre() const;
 
+    /// The engine's state wins over the browser's own; there the password comes
+    /// first, then a failure, then loading.
+    [[nodiscard]] Panel panel() const;
+    /// The line of the busy panel, or the message of the failure panel.
+    [[nodiscard]] QString texto() const;
+
+    [[nodiscard]] const QString &busca() const { return m_busca; }
+    void ponBusca(const QString &busca);
+    [[nodiscard]] const QString &contrasena() const { return m_contrasena; }
+    void ponContrasena(const QString &contrasena);
+
+    /// "N elementos", or "V de N" while searching.
+    [[nodiscard]] QString cuenta() const;
+    [[nodiscard]] QString rotuloRecuperar() const;
+    [[nodiscard]] bool hayElegidas() const { return m_filas.elegidas() > 0; }
+    /// Why the last opening failed; empty when it did not.
+    [[nodiscard]] QString abrirFallo() const { return m_abrirFallo.value_or(QString()); }
+
+public slots:
+    /// Lists the archive in the background; when it is put on screen, and again
+    /// by the two below. Of two that overlap the one that ends last counts.
+    void cargar();
+    /// From the password prompt: lists with what was typed, also with nothing.
+    void enviaClave();
+    /// From the failure: lists again, whatever had failed.
+    void reintenta();
+
+    /// Opens the entry of a visible row: a folder narrows the search to it,
+    /// anything else is taken out to be viewed. One at a time: another call
+    /// meanwhile is dropped.
+    void abrir(int fila);
+
+    /// Asks for a folder and takes out the entry of a visible row, those that
+    /// are selected, or everything.
+    void recuperarFila(int fila);
+    void recuperarElegidas();
+    void recuperarTodo();
+
+    /// From the done panel: shows what was taken out in the file manager.
+    void revela();
+    /// From the done panel: back to the list as it was.
+    void volver();
+
+signals:
+    void cambia();
+    void buscaCambia();
+    void contrasenaCambia();
+    void listaCambia();
+    void abrirFalloCambia();
+    /// The list has arrived: the search field takes the focus.
+    void focoBusqueda();
+
 private:
+    void acabaCarga(ContenidoCompartido contenido);
+    void acabaCarga(const FalloAlLeer &fallo);
+    void acabaAbrir(const Motor::Copia &copia);
+    void ponAbriendo(std::optional<QString> ruta);
+    void ponAbrirFallo(std::optional<QString> fallo);
+    void recuperar(const QStringList &rutas);
+    [[nodiscard]] std::optional<QString> clave() const;
+
     const QUrl m_archivo;
+    Escritorio &m_escritorio;
+    Motor m_motor;
+    Filas m_filas;
+    QString m_busca;
+    QString m_contrasena;
+    bool m_pideContrasena = false;
+    std::optional<QString> m_fallo;
+    bool m_cargando = true;
+    std::optional<QString> m_abriendo;
+    std::optional<QString> m_abrirFallo;
 };

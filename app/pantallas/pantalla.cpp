@@ -33,8 +33,8 @@ void Pantalla::aparece() {
 }
 
 bool Pantalla::arrastreEntra(const QList<QUrl> &urls) {
-    const bool hayFicheros = std::any_of(urls.begin(), urls.end(),
-                                         [](const QUrl &url) { return url.isLocalFile(); });
+    const bool hayFicheros =
+        std::any_of(urls.begin(), urls.end(), [](const QUrl &url) { return url.isLocalFile(); });
     ponEncima(hayFicheros);
     return hayFicheros;
 }
@@ -60,16 +60,21 @@ void Pantalla::suelta(const QList<QUrl> &urls) {
     ponOrigenes(std::move(recogidos));
 }
 
+// While a panel of the desktop is open, another screen can take the place of
+// this one.
 void Pantalla::elegir() {
-    if (QList<QUrl> elegidos = m_escritorio.eligeOrigenes(); !elegidos.isEmpty())
+    const QPointer esta(this);
+    QList<QUrl> elegidos = m_escritorio.eligeOrigenes();
+    if (esta && !elegidos.isEmpty())
         ponOrigenes(std::move(elegidos));
 }
 
 void Pantalla::guardar() {
     if (m_origenes.isEmpty())
         return;
+    const QPointer esta(this);
     const auto destino = m_escritorio.eligeDestino(nombrePropuesto());
-    if (!destino)
+    if (!esta || !destino)
         return;
     m_motor.comprimir(m_origenes, *destino, m_maximo,
                       m_cifrar ? std::optional(m_contrasena) : std::nullopt);
@@ -141,14 +146,14 @@ void Pantalla::mide() {
     m_medida = {};
     if (m_origenes.isEmpty())
         return;
-    colaDeFondo().start([pantalla = QPointer(this), urls = m_origenes,
-                         parar = m_medida.get_token()] {
-        const qint64 bytes = pesoDe(urls, parar);
-        enPrincipal([pantalla, bytes, parar] {
-            if (!pantalla || parar.stop_requested())
-                return;
-            pantalla->m_bytes = bytes;
-            emit pantalla->cabeceraCambia();
+    colaDeFondo().start(
+        [pantalla = QPointer(this), urls = m_origenes, parar = m_medida.get_token()] {
+            const qint64 bytes = pesoDe(urls, parar);
+            enPrincipal([pantalla, bytes, parar] {
+                if (!pantalla || parar.stop_requested())
+                    return;
+                pantalla->m_bytes = bytes;
+                emit pantalla->cabeceraCambia();
+            });
         });
-    });
 }

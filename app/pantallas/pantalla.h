@@ -49,7 +49,7 @@ public:
     ~Pantalla() override;
 
     [[nodiscard]] const QList<QUrl> &origenes() const { return m_origenes; }
-    [[nodiscard]] const Motor &motor() const { return m_motor; }
+    [[nodiscard]] Motor &motor() { return m_motor; }
 
     [[nodiscard]] Panel panel() const;
     [[nodiscard]] bool encima() const { return m_encima; }

@@ -1,10 +1,13 @@
 import QtQuick
-import QtQuick.Controls.Fusion
+import QtQuick.Window
 
 // The prominent button of a panel, and its default: Return presses it wherever
-// the focus is, unless another button has it.
+// the focus is, unless another such button has it.
 Boton {
     id: boton
+
+    // Where Return already means something else there is no default.
+    property bool porTecla: true
 
     highlighted: true
     contentItem: Texto {
@@ -27,11 +30,8 @@ Boton {
 
     Shortcut {
         sequences: ["Return", "Enter"]
-        enabled: boton.enabled && boton.visible && !boton.otroConFoco
+        enabled: boton.porTecla && boton.enabled && boton.visible
+            && !(boton.Window.activeFocusItem instanceof Boton)
         onActivated: boton.clicked()
     }
-
-    // A focused button takes Return for itself.
-    readonly property bool otroConFoco: Window.activeFocusItem instanceof AbstractButton
-        && !(Window.activeFocusItem instanceof CheckBox)
 }

@@ -1,11 +1,12 @@
 import QtQuick
 import QtQuick.Layouts
-import Orcalin
 
+// A failure: the message, and the way back.
 Item {
     id: panel
 
-    required property Pantalla pantalla
+    required property string mensaje
+    signal vuelta
 
     ColumnLayout {
         anchors.centerIn: parent
@@ -18,7 +19,7 @@ Item {
             Layout.alignment: Qt.AlignHCenter
         }
         Texto {
-            text: panel.pantalla.mensaje
+            text: panel.mensaje
             wrapMode: Text.Wrap
             elide: Text.ElideRight
             maximumLineCount: 8
@@ -27,7 +28,7 @@ Item {
         BotonDestacado {
             text: "Volver"
             focus: true
-            onClicked: panel.pantalla.volver()
+            onClicked: panel.vuelta()
             Layout.alignment: Qt.AlignHCenter
         }
     }

@@ -9,11 +9,9 @@ Item {
 
     Component.onCompleted: pantalla.aparece()
 
-    Loader {
-        id: panel
+    PanelCambiante {
         anchors.fill: parent
         anchors.margins: 24
-        focus: true
         sourceComponent: {
             switch (vista.pantalla.panel) {
             case Pantalla.Trabajando: return trabajo;
@@ -22,19 +20,16 @@ Item {
             default: return reposo;
             }
         }
-        onLoaded: aparicion.restart()
-
-        NumberAnimation on opacity {
-            id: aparicion
-            from: 0
-            to: 1
-            duration: Tema.transicion
-            easing.type: Easing.InOutQuad
-        }
     }
 
     Component { id: reposo; PanelReposo { pantalla: vista.pantalla } }
     Component { id: trabajo; PanelTrabajo { pantalla: vista.pantalla } }
     Component { id: resultado; PanelResultado { pantalla: vista.pantalla } }
-    Component { id: fallo; PanelFallo { pantalla: vista.pantalla } }
+    Component {
+        id: fallo
+        PanelFallo {
+            mensaje: vista.pantalla.mensaje
+            onVuelta: vista.pantalla.volver()
+        }
+    }
 }

@@ -16,6 +16,7 @@ QtObject {
     readonly property color destacado: oscuro ? paleta.highlight : Qt.darker(paleta.highlight, 1.3)
     readonly property color sobreDestacado: claridad(destacado) > 0.36 ? "#101418" : "#ffffff"
     readonly property color borde: mezcla(paleta.windowText, paleta.window, 0.45)
+    readonly property color tenuisimo: mezcla(paleta.windowText, paleta.window, 0.04)
     readonly property color apagado: mezcla(paleta.windowText, paleta.window, 0.12)
     readonly property color verde: oscuro ? "#5fd07a" : "#23863a"
     readonly property color naranja: oscuro ? "#ffb057" : "#b45309"

@@ -82,6 +82,7 @@ ApplicationWindow {
 
     Loader {
         anchors.fill: parent
+        focus: true
         sourceComponent: ventana.explorando ? explorador : pantalla
     }
     Component {
@@ -98,6 +99,13 @@ ApplicationWindow {
     }
     Component {
         id: explorador
-        ExploradorVista { nombre: ventana.app.explorador?.nombre ?? "" }
+        Repeater {
+            model: ventana.app.explorador === null ? [] : [ventana.app.explorador]
+            ExploradorVista {
+                required property Explorador modelData
+                explorador: modelData
+                anchors.fill: parent
+            }
+        }
     }
 }

@@ -50,6 +50,8 @@ AbstractButton {
         }
     }
 
+    HoverHandler { cursorShape: Qt.PointingHandCursor }
+
     DropArea {
         anchors.fill: parent
         // Copies, from the first moment on: a file manager that hears "move"

@@ -60,6 +60,7 @@ Item {
             }
             ScrollBar {
                 id: barra
+                policy: size < 1 ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
                 anchors { top: parent.top; bottom: parent.bottom; right: parent.right }
             }
         }

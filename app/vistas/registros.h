@@ -21,6 +21,13 @@ struct ExploradorQml {
     QML_UNCREATABLE("OrcalinApp makes the screens.")
 };
 
+struct FilasQml {
+    Q_GADGET
+    QML_FOREIGN(Filas)
+    QML_NAMED_ELEMENT(Filas)
+    QML_UNCREATABLE("The browser has its list.")
+};
+
 struct OrcalinAppQml {
     Q_GADGET
     QML_FOREIGN(OrcalinApp)

@@ -99,6 +99,8 @@ private slots:
         QCOMPARE(ruta::nativa(QUrl(QStringLiteral("https://u/fotos"))), QByteArray());
         QCOMPARE(ruta::ultimoComponente(QUrl(QStringLiteral("file:///u/fotos%20a/"))),
                  QStringLiteral("fotos a"));
+        QCOMPARE(ruta::ultimoComponente(ruta::url(QByteArray("/u/a\nb\xff"))),
+                 QStringLiteral("a\uFFFDb\uFFFD"));
     }
 
     void laExtensionDeUnArchivo() {

@@ -1,5 +1,6 @@
 // A window from which the given paths can be dragged, the way a file manager
-// does it: press the mouse on it and move. Prints "drop ACTION" after each.
+// does it: press the mouse on it and move. Prints "listo" once it can be seen,
+// "accion ACTION" when what the target would do changes, "drop ACTION" at the end.
 #include <QApplication>
 #include <QDrag>
 #include <QMimeData>
@@ -8,6 +9,12 @@
 #include <QWidget>
 
 #include <cstdio>
+#include <utility>
+
+void di(const char *que, int valor) {
+    std::printf("%s %d\n", que, valor);
+    std::fflush(stdout);
+}
 
 class Fuente : public QWidget {
 public:
@@ -18,21 +25,29 @@ public:
     }
 
 protected:
+    void paintEvent(QPaintEvent *) override {
+        if (std::exchange(m_visto, true))
+            return;
+        std::puts("listo");
+        std::fflush(stdout);
+    }
+
     void mouseMoveEvent(QMouseEvent *) override {
         auto *datos = new QMimeData;
         datos->setData(QStringLiteral("text/uri-list"), m_lista);
         auto *arrastre = new QDrag(this);
         arrastre->setMimeData(datos);
+        connect(arrastre, &QDrag::actionChanged, this, [](int accion) { di("accion", accion); });
         // File managers propose to move within a file system.
         const auto accion = arrastre->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction);
-        std::printf("drop %d\n", static_cast<int>(accion));
-        std::fflush(stdout);
+        di("drop", accion);
         // The target still asks for the data after this.
         QTimer::singleShot(1500, qApp, &QCoreApplication::quit);
     }
 
 private:
     QByteArray m_lista;
+    bool m_visto = false;
 };
 
 int main(int argc, char **argv) {

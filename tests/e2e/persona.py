@@ -1,6 +1,7 @@
 """What a person does with the application, through the accessibility bus, the
 keyboard and the mouse. Import it only inside a session (see sesion.py)."""
 
+import select
 import subprocess
 import time
 
@@ -36,6 +37,7 @@ def teclas(*nombres):
 
 
 def teclea(texto):
+    """Types what the session's keyboard has; other letters get lost."""
     subprocess.run(["xdotool", "type", "--delay", "15", "--file", "-"],
                    input=texto.encode(), check=True)
 
@@ -85,14 +87,22 @@ class Aplicacion:
         return None
 
     def espera(self, papel, nombre=None, espera=ESPERA):
-        return hasta(lambda: self.busca(papel, nombre), f"{papel} «{nombre}»", espera)
+        return self._hasta(lambda: self.busca(papel, nombre), f"{papel} «{nombre}»", espera)
+
+    def _hasta(self, condicion, que, espera):
+        try:
+            return hasta(condicion, que, espera)
+        except NoVisto as fallo:
+            vista = [f"{papel} «{nombre}»" for papel, nombre, _ in self.visibles()]
+            raise NoVisto(f"{fallo}\na la vista: {', '.join(vista)}") from None
 
     def textos(self):
         return [nombre for papel, nombre, _ in self.visibles() if papel in ("label", "static")]
 
     def lee(self, condicion, que, espera=ESPERA):
         """Waits for a text that fulfils the condition."""
-        return hasta(lambda: next((t for t in self.textos() if condicion(t)), None), que, espera)
+        return self._hasta(lambda: next((t for t in self.textos() if condicion(t)), None), que,
+                           espera)
 
     def pulsa(self, papel, nombre):
         nodo = self.espera(papel, nombre)
@@ -120,9 +130,13 @@ class Aplicacion:
         subprocess.run(["import", "-window", ventana[-1], str(destino)], check=True)
 
     def cierra(self):
-        """Leaves by the menu's shortcut; returns the exit status and stderr."""
+        """Asks it to leave; returns the exit status and stderr."""
         if self.proceso.poll() is None:
             self.proceso.terminate()
+        return self.acaba()
+
+    def acaba(self):
+        """Waits for its end; returns the exit status and stderr."""
         _, errores = self.proceso.communicate(timeout=ESPERA)
         return self.proceso.returncode, errores.decode()
 
@@ -132,14 +146,22 @@ class Arrastre:
     them there. Paths may be bytes; what is no path is dragged as it is."""
 
     def __init__(self, arrastrador, rutas, x, y):
-        self._fuente = subprocess.Popen([arrastrador, *rutas], stdout=subprocess.PIPE, text=True)
-        time.sleep(0.7)
+        self._fuente = subprocess.Popen([arrastrador, *rutas], stdout=subprocess.PIPE, bufsize=0)
+        self._espera_linea(b"listo", ESPERA)
         self._raton("mousemove", 30, 30, "mousedown", 1)
         for paso in range(1, 13):
             self._raton("mousemove", 30 + (x - 30) * paso // 12, 30 + (y - 30) * paso // 12)
             time.sleep(0.03)
         self._raton("mousemove", x + 2, y + 2)
-        time.sleep(0.2)
+        # A target that refuses says nothing.
+        self._espera_linea(b"accion 1", 1)
+
+    def _espera_linea(self, linea, espera):
+        salida = self._fuente.stdout
+        while select.select([salida], [], [], espera)[0]:
+            dicha = salida.readline().strip()
+            if dicha in (linea, b""):
+                return
 
     @staticmethod
     def _raton(*orden):
@@ -152,7 +174,7 @@ class Arrastre:
             dicho, _ = self._fuente.communicate(timeout=ESPERA)
         finally:
             self._fuente.kill()
-        return {"drop 0": None, "drop 1": "copy", "drop 2": "move"}[dicho.strip()]
+        return {b"drop 0": None, b"drop 1": "copy", b"drop 2": "move"}[dicho.splitlines()[-1]]
 
 
 def centro(nodo, escala=1):

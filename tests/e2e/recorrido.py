@@ -7,6 +7,7 @@ import subprocess
 import sys
 from pathlib import Path
 
+from pasos import Pasos
 from sesion import Sesion
 
 VARIANTES = {
@@ -16,17 +17,14 @@ VARIANTES = {
 }
 
 
-class Recorrido:
+class Recorrido(Pasos):
     def __init__(self, sesion, arbol, fotos, variante):
         import persona  # only now is there a bus to talk to
 
-        self.persona = persona
-        self.sesion = sesion
-        self.arbol = Path(arbol)
+        super().__init__(persona, sesion, arbol)
         self.fotos = Path(fotos)
         self.variante = variante
-        self.casa = sesion.casa
-        self.app = None
+        self.escala = VARIANTES[variante].get("escala", 1)
         self.fotos.mkdir(parents=True, exist_ok=True)
 
     # What a step is made of.
@@ -35,38 +33,7 @@ class Recorrido:
         self.app.foto(self.fotos / f"{nombre}-{self.variante}.png")
 
     def abre_aplicacion(self, *ficheros):
-        self.app = self.persona.Aplicacion(
-            self.arbol / "bin/orcalin-app", list(ficheros),
-            self.sesion.entorno(**VARIANTES[self.variante]))
-
-    def cierra_aplicacion(self):
-        estado, errores = self.app.cierra()
-        ruido = [linea for linea in errores.splitlines() if "QAccessible" not in linea]
-        assert estado == 0 and not ruido, f"la aplicación acabó con {estado}: {ruido}"
-
-    def arrastra(self, *rutas):
-        zona = self.app.espera("push button", "Elegir qué guardar")
-        escala = VARIANTES[self.variante].get("escala", 1)
-        return self.persona.Arrastre(self.arbol / "tests/e2e/arrastrador",
-                                     [str(ruta) for ruta in rutas],
-                                     *self.persona.centro(zona, escala))
-
-    def suelta(self, *rutas):
-        accion = self.arrastra(*rutas).suelta()
-        assert accion == "copy", f"el arrastre acabó en {accion}: los originales corren peligro"
-
-    def guarda_en(self, destino, propuesto):
-        self.app.pulsa("push button", "Guardar")
-        nombre = self.app.espera("text", "Nombre de fichero:")
-        self.app.espera_foco(nombre)
-        leido = nombre.get_text_iface().get_text(0, -1)
-        assert leido == propuesto, f"propone «{leido}», no «{propuesto}»"
-        self.persona.teclas("ctrl+a")
-        self.persona.teclea(str(destino))
-        self.persona.teclas("Return")
-
-    def lee(self, texto):
-        return self.app.lee(lambda t: t == texto, f"el texto «{texto}»")
+        self.abre(*ficheros, entorno=self.sesion.entorno(**VARIANTES[self.variante]))
 
     # The steps.
 
@@ -115,7 +82,7 @@ class Recorrido:
         guardar = self.app.espera("push button", "Guardar")
         assert not self.app.activo(guardar), "«Guardar» está activo sin contraseña"
         self.app.espera_foco(self.app.espera("password text", "Contraseña"))
-        self.persona.teclea("sésamo, ábrete")
+        self.persona.teclea("una araña negra")
         self.persona.hasta(lambda: self.app.activo(guardar), "«Guardar» activo")
         self.foto("5-opciones")
 
@@ -168,7 +135,7 @@ class Recorrido:
         self.foto("8-fallo")
         self.app.pulsa("push button", "Volver")
         self.lee("efímero.txt")
-        self.cierra_aplicacion()
+        self.cierra()
 
     def explorador(self):
         self.abre_aplicacion(self.casa / "cartas.txt", self.casa / "fotos.okz")
@@ -176,7 +143,7 @@ class Recorrido:
         self.foto("9-explorador")
         self.app.pulsa("push button", "Guardar algo")
         self.lee("Arrastra aquí lo que quieras guardar")
-        self.cierra_aplicacion()
+        self.cierra()
 
     PASOS = (preparativos, vacia, encima, uno, varios, opciones, trabajo, cancelado, resultado,
              fallo, explorador)

@@ -44,6 +44,9 @@ class Sesion:
         self._hijos = []
         self._prepara_entorno()
         os.environ["DISPLAY"] = ":" + self._servidor_x(ancho, alto)
+        # With the letters of the language on it: what has to be typed by a key
+        # made for it is lost now and then.
+        subprocess.run(["setxkbmap", "es"], check=True)
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._bus()
         self._lanza(["openbox", "--sm-disable"])
 
@@ -70,7 +73,8 @@ class Sesion:
 
     def _servidor_x(self, ancho, alto):
         leer, escribir = os.pipe()
-        self._lanza(["Xvfb", "-displayfd", str(escribir), "-nolisten", "tcp",
+        # Else the server forgets the keyboard when its last client leaves.
+        self._lanza(["Xvfb", "-displayfd", str(escribir), "-nolisten", "tcp", "-noreset",
                      "-screen", "0", f"{ancho}x{alto}x24"], pass_fds=[escribir])
         os.close(escribir)
         with os.fdopen(leer) as numero:
@@ -92,6 +96,12 @@ class Sesion:
             (config / "kdeglobals").write_text(OSCURO)
             entorno.update(XDG_CURRENT_DESKTOP="KDE", KDE_SESSION_VERSION="5")
         return entorno
+
+    def vacia(self):
+        """Leaves the home and the temporary folder as they were at first."""
+        for carpeta in (self.casa, self.tmp):
+            shutil.rmtree(carpeta)
+            carpeta.mkdir(mode=0o700)
 
     def cierra(self):
         for hijo in reversed(self._hijos):

@@ -45,6 +45,14 @@ class Caso(unittest.TestCase):
                                         "Error: contraseña incorrecta"))
         return r
 
+    def como_nadie(self):
+        """The options for a run as somebody without rights, who may not even
+        reach the build tree."""
+        if os.geteuid() != 0:
+            self.skipTest("needs root to stop being root")
+        copia = pathlib.Path(shutil.copy(MOTOR, self.d / "motor"))
+        return {"user": NADIE, "group": NADIE, "extra_groups": [], "executable": copia}
+
     def error(self, *argumentos, **opciones):
         """The text of the failure that the run must end with."""
         return self.corre(*argumentos, falla=True, **opciones).lineas[-1][len("Error: "):]

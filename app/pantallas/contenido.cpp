@@ -1,0 +1,20 @@
+#include "contenido.h"
+
+#include "motor/fondo.h"
+
+#include <QThreadPool>
+
+ContenidoCompartido preparaContenido(QList<Entrada> entradas) {
+    auto nuevo = std::make_shared<Contenido>();
+    nuevo->plegado.reserva(static_cast<size_t>(entradas.size()));
+    for (const Entrada &entrada : entradas)
+        nuevo->plegado.anade(entrada.ruta);
+    nuevo->entradas = std::move(entradas);
+    return nuevo;
+}
+
+void sueltaContenido(ContenidoCompartido &contenido) {
+    if (contenido)
+        colaDeFondo().start(
+            [viejo = std::exchange(contenido, nullptr)]() mutable { viejo.reset(); });
+}

@@ -1,0 +1,34 @@
+import QtQuick
+import QtQuick.Controls.Fusion
+
+// A borderless button that shows one of the system images.
+AbstractButton {
+    id: boton
+
+    required property string nombre
+    required property string texto
+
+    implicitWidth: 24
+    implicitHeight: 24
+    Accessible.name: texto
+    Accessible.role: Accessible.Button
+    Accessible.onPressAction: clicked()
+    ToolTip.text: texto
+    ToolTip.visible: hovered
+    ToolTip.delay: 600
+
+    background: Rectangle {
+        radius: 4
+        color: "transparent"
+        border.width: boton.visualFocus ? 2 : 0
+        border.color: Tema.acento
+    }
+    contentItem: Item {
+        ImagenSistema {
+            anchors.centerIn: parent
+            nombre: boton.nombre
+            lado: 16
+            tinte: boton.hovered ? Tema.texto : Tema.secundario
+        }
+    }
+}

@@ -1,0 +1,115 @@
+import QtQuick
+import QtQuick.Controls.Fusion
+import QtQuick.Layouts
+
+// One entry of an archive.
+Rectangle {
+    id: fila
+
+    required property int index
+    required property string nombre
+    required property string carpeta
+    required property string ruta
+    required property string icono
+    required property string tamano
+    required property bool elegida
+    required property bool abriendose
+    required property bool esCarpeta
+    required property string descripcion
+    property bool actual: false
+
+    readonly property color tinta: elegida ? Tema.sobreDestacado : Tema.texto
+    readonly property color tintaSuave: elegida ? Tema.sobreDestacado : Tema.secundario
+
+    signal pulsada(modificadores: int)
+    signal abierta
+    signal menuPedido(x: real, y: real)
+
+    color: {
+        if (elegida)
+            return Tema.destacado;
+        if (raton.containsMouse)
+            return Tema.acentoSuave;
+        return index % 2 ? Tema.tenuisimo : "transparent";
+    }
+    border.width: actual ? 1 : 0
+    border.color: elegida ? Tema.texto : Tema.acento
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: descripcion
+    Accessible.selectable: true
+    Accessible.selected: elegida
+    Accessible.focusable: true
+    Accessible.onPressAction: pulsada(0)
+
+    RowLayout {
+        anchors.fill: parent
+        anchors.leftMargin: 12
+        anchors.rightMargin: 12
+        spacing: 8
+        ImagenSistema {
+            nombre: fila.icono
+            lado: 16
+            tinte: fila.tintaSuave
+        }
+        ColumnLayout {
+            spacing: 0
+            Layout.fillWidth: true
+            Texto {
+                id: titulo
+                text: fila.nombre
+                color: fila.tinta
+                horizontalAlignment: Text.AlignLeft
+                Accessible.ignored: true
+                Layout.fillWidth: true
+            }
+            Texto {
+                id: donde
+                visible: text !== ""
+                text: fila.carpeta
+                color: fila.tintaSuave
+                font.pixelSize: Tema.leyenda
+                horizontalAlignment: Text.AlignLeft
+                Accessible.ignored: true
+                Layout.fillWidth: true
+            }
+        }
+        BusyIndicator {
+            visible: fila.abriendose
+            running: visible
+            padding: 0
+            Accessible.ignored: true
+            Layout.preferredWidth: 18
+            Layout.preferredHeight: 18
+        }
+        Texto {
+            visible: text !== "" && !fila.abriendose
+            text: fila.tamano
+            color: fila.tintaSuave
+            font.pixelSize: Tema.leyenda
+            elide: Text.ElideNone
+            Accessible.ignored: true
+        }
+    }
+
+    MouseArea {
+        id: raton
+        anchors.fill: parent
+        hoverEnabled: true
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onClicked: evento => {
+            if (evento.button === Qt.RightButton)
+                fila.menuPedido(evento.x, evento.y);
+            else
+                fila.pulsada(evento.modifiers);
+        }
+        onDoubleClicked: evento => {
+            if (evento.button === Qt.LeftButton)
+                fila.abierta();
+        }
+    }
+
+    ToolTip.text: ruta
+    ToolTip.visible: raton.containsMouse && (titulo.truncated || donde.truncated)
+    ToolTip.delay: 600
+}

@@ -1,0 +1,44 @@
+# Sourced by run and test: what the project needs on a Debian 12 machine.
+# shellcheck shell=bash
+
+construir=(
+    g++ cmake ninja-build pkg-config
+    qt6-base-dev qt6-declarative-dev qt6-svg-dev
+    libarchive-dev libzstd-dev libsodium-dev libcli11-dev
+)
+usar=(
+    qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qtquick
+    qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-shapes
+    qml6-module-qtquick-templates qml6-module-qtquick-window
+    qt6-qpa-plugins qt6-wayland qt6-translations-l10n fonts-dejavu-core
+)
+recorrer=(
+    xvfb openbox xdotool imagemagick dbus-daemon at-spi2-core
+    python3 python3-gi gir1.2-atspi-2.0
+)
+comprobar=(age zstd libarchive-tools)
+
+# Installs what is missing of the packages named, and says so.
+asegura() {
+    local faltan=() paquete
+    for paquete in "$@"; do
+        dpkg-query -W -f '${db:Status-Abbrev}' "$paquete" 2>/dev/null | grep -q '^ii' ||
+            faltan+=("$paquete")
+    done
+    [ ${#faltan[@]} -eq 0 ] && return
+    if ! command -v apt-get >/dev/null; then
+        echo "This is no Debian system. Needed, by their Debian names: ${faltan[*]}" >&2
+        exit 1
+    fi
+    echo "Installing: ${faltan[*]}"
+    local raiz=()
+    [ "$(id -u)" -eq 0 ] || raiz=(sudo)
+    "${raiz[@]}" apt-get update -qq
+    "${raiz[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "${faltan[@]}" >/dev/null
+}
+
+construye() {
+    cmake --preset release >/dev/null
+    cmake --build --preset release
+}

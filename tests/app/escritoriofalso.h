@@ -1,0 +1,47 @@
+#pragma once
+
+#include "escritorio/escritorio.h"
+
+#include <functional>
+
+/// A desktop whose user has made up their mind beforehand.
+class EscritorioFalso : public Escritorio {
+public:
+    QList<QUrl> origenes;
+    std::optional<QUrl> destino;
+    std::optional<QUrl> archivo;
+
+    std::optional<QUrl> carpeta;
+    bool seAbre = true;
+
+    QString nombrePropuesto;
+    QString mensaje;
+    QList<QUrl> abiertos;
+    QList<QUrl> revelados;
+
+    std::function<void()> entretanto = [] {}; ///< while a panel is open
+
+    QList<QUrl> eligeOrigenes() override {
+        entretanto();
+        return origenes;
+    }
+    std::optional<QUrl> eligeDestino(const QString &nombre) override {
+        nombrePropuesto = nombre;
+        entretanto();
+        return destino;
+    }
+    std::optional<QUrl> eligeArchivo() override { return archivo; }
+    std::optional<QUrl> eligeCarpeta(const QString &texto) override {
+        mensaje = texto;
+        entretanto();
+        return carpeta;
+    }
+    bool abre(const QUrl &url) override {
+        abiertos.append(url);
+        return seAbre;
+    }
+    [[nodiscard]] QString textoDeBytes(qint64 bytes) const override {
+        return QString::number(bytes) + QStringLiteral(" b");
+    }
+    void revela(const QUrl &url) override { revelados.append(url); }
+};
