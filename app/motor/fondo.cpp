@@ -1,7 +1,5 @@
 #include "fondo.h"
 
-#include <QThreadPool>
-
 QThreadPool &colaDeFondo() {
     constexpr int kHilos = 64;
     static auto *cola = [] {

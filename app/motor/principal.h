@@ -1,9 +1,10 @@
 #pragma once
 
+#include "relevo.h"
+
 #include <QCoreApplication>
 #include <QMetaObject>
 
-#include <mutex>
 #include <utility>
 
 /// Runs `hacer` on the main thread, later, in the order of the calls. Any
@@ -11,15 +12,11 @@
 /// application ends first.
 template<typename Hacer>
 void enPrincipal(Hacer hacer) {
-    // The event queue orders what was written before the call and what `hacer`
-    // reads, but inside a library that the thread sanitizer does not see into.
-    // This lock says the same where it does.
-    static std::mutex relevo;
-    const std::lock_guard guardia(relevo);
+    const std::lock_guard guardia(relevo());
     QMetaObject::invokeMethod(
         QCoreApplication::instance(),
         [hacer = std::move(hacer)]() mutable {
-            { const std::lock_guard tras(relevo); }
+            { const std::lock_guard tras(relevo()); }
             hacer();
         },
         Qt::QueuedConnection);

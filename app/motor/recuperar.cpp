@@ -9,8 +9,6 @@
 #include "ruta.h"
 #include "tamano.h"
 
-#include <QThreadPool>
-
 #include <algorithm>
 
 namespace {
@@ -91,7 +89,7 @@ void Motor::recuperarVarios(const QUrl &archivo, const QUrl &destino, const QStr
                          {}};
     ponEstado(avance(0, rutas.size()));
     trabajo.cronometro.empieza();
-    colaDeFondo().start([trabajo, rutas] { trabajo.sacaUnaTrasOtra(rutas); });
+    enFondo([trabajo, rutas] { trabajo.sacaUnaTrasOtra(rutas); });
 }
 
 void Motor::recuperar(const QUrl &archivo, const QUrl &destino,

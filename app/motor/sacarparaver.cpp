@@ -10,11 +10,9 @@
 #include "ruta.h"
 #include "visor.h"
 
-#include <QThreadPool>
-
 namespace {
 
-constexpr qint64 kMargen = 100 * 1024 * 1024;
+constexpr qint64 kMargen = 100LL << 20U; // 100 MiB
 
 qint64 hueco(qint64 bytes) {
     qint64 suma = 0;
@@ -95,5 +93,5 @@ void Motor::sacarParaVer(const QUrl &archivo, const QString &ruta, qint64 bytes,
     }
     Apertura apertura{
         visor::carpeta(), {*motor, archivo, {}, {}}, ruta, contrasena, std::move(hecho)};
-    colaDeFondo().start([apertura = std::move(apertura)]() mutable { saca(std::move(apertura)); });
+    enFondo([apertura = std::move(apertura)]() mutable { saca(std::move(apertura)); });
 }

@@ -3,6 +3,7 @@
 #include "motor/proceso.h"
 
 #include <QElapsedTimer>
+#include <QFile>
 #include <QTest>
 
 #include <cerrno>
@@ -192,8 +193,9 @@ private slots:
         banco.ponMotor({"ignora", "error listo\\n", "espera 60000"});
         Ensayo sordo;
         QTest::qWait(200);
-        banco.ponMotor({"espera 60000"});
+        banco.ponMotor({"cuenta " + banco.ruta("docil"), "espera 60000"});
         Ensayo docil;
+        QTRY_VERIFY(QFile::exists(banco.url("docil").toLocalFile())); // it has read its script
         banco.ponMotor({"inunda 20000000"}); // waits for a reader that does not come
         const Proceso::Orden orden{sitioDelMotor(), {}};
         auto atascado = std::async(std::launch::async, [&orden] {
