@@ -20,7 +20,7 @@ class Abrir(Caso):
 
     def explora(self):
         self.app.espera("push button", "Guardar algo")
-        self.lee("b.OKZ")
+        self.app.espera("text", "Buscar dentro de b.OKZ")
 
     def test_con_un_archivo_en_la_orden(self):
         self.abre(self.texto, self.archivo)

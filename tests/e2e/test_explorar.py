@@ -207,9 +207,9 @@ class Abrir(Explorar):
         self.textos(carpeta)
         self.explora([carpeta], 1 + len(DIFICILES))
         nombres = set()
-        for fila in range(len(DIFICILES)):
-            persona.teclas("Home", *["Down"] * (fila + 1), "Return") if fila else \
-                persona.teclas("Down", "Down", "Return")
+        persona.teclas("Down")  # from the search field to the folder's row
+        for _ in DIFICILES:
+            persona.teclas("Down", "Return")
             ruta = self.copia()
             nombres.add(os.path.basename(ruta))
             with open(ruta, "rb") as copia, \
