@@ -64,7 +64,11 @@ ListView {
     Accessible.role: Accessible.List
     Accessible.name: "Contenido de " + explorador.nombre
 
-    onModelChanged: currentIndex = 0
+    // Else the row of before, which the search may have left out.
+    Connections {
+        target: lista.explorador.filas
+        function onModelReset() { lista.currentIndex = 0; }
+    }
 
     Keys.onPressed: event => {
         const m = event.modifiers;

@@ -4,8 +4,12 @@ import contextlib
 import os
 import signal
 import subprocess
+import time
 
 from pasos import Pasos
+
+# Two clicks at one place within this time would be a double click, in seconds.
+DOS_VECES = 0.45
 
 
 class PasosExplorador(Pasos):
@@ -55,10 +59,18 @@ class PasosExplorador(Pasos):
 
     # What is done.
 
+    def escribe_en_busca(self, texto):
+        """A letter that the keyboard has not gets lost now and then: again."""
+        for _ in range(5):
+            self.persona.teclas("ctrl+f")
+            self.app.espera_foco(self.buscador())
+            self.persona.teclea(texto)
+            with contextlib.suppress(AssertionError):
+                return self.persona.hasta(lambda: self.buscado() == texto, "lo escrito", 2)
+        raise AssertionError(f"no se pudo escribir {texto!a}, sino {self.buscado()!a}")
+
     def busca(self, texto, cuenta):
-        """Writes in the search field, without the keyboard: it has not all the
-        letters there are."""
-        self.buscador().get_editable_text_iface().set_text_contents(texto)
+        self.escribe_en_busca(texto)
         self.lee(cuenta)
 
     def raton(self, nodo, *gesto):
@@ -66,6 +78,7 @@ class PasosExplorador(Pasos):
         subprocess.run(["xdotool", "mousemove", str(x), str(y), *gesto], check=True)
 
     def pincha(self, nodo, tecla=None):
+        time.sleep(DOS_VECES)
         if tecla is None:
             self.raton(nodo, "click", "1")
         else:

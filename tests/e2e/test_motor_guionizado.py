@@ -1,57 +1,32 @@
 """An installed application whose engine does as a script says: what is shown of
 a job, and that nothing an engine does can hang the window."""
 
-import shutil
-import subprocess
 import time
 import unittest
 
-from caso import ARBOL, SESION, Caso, persona
+from caso import persona
+from instalado import MOTOR, CasoInstalado, pon_actor, pon_guion
 
-PREFIJO = SESION.carpeta / "instalado"
-MOTOR = PREFIJO / "libexec/orcalin/orcalin"
-GUION = SESION.carpeta / "guion"
 SIEMPRE = "espera 600000"
 CUARTO = r"error \n10/40 ficheros (25.0%), 7 MiB\n"
 MITAD = r"error \n20/40 ficheros (50.0%), 14 MiB\n"
 BYTES = 1000
 
 
-def instala():
-    subprocess.run(["cmake", "--install", ARBOL, "--prefix", PREFIJO],
-                   check=True, capture_output=True)
-
-
-def pon_actor():
-    MOTOR.unlink(missing_ok=True)
-    shutil.copy(f"{ARBOL}/tests/app/actor", MOTOR)
-
-
-class Guionizado(Caso):
-    @classmethod
-    def setUpClass(cls):
-        instala()
-        assert MOTOR.exists(), "la instalación no pone el motor donde la aplicación lo busca"
-
+class Guionizado(CasoInstalado):
     def setUp(self):
         super().setUp()
-        pon_actor()
         self.origen = self.casa / "carta.txt"
         self.origen.write_bytes(bytes(BYTES))
         self.guardados = 0
-        self.abre(binario=PREFIJO / "bin/orcalin-app",
-                  entorno=dict(SESION.entorno(), ACTOR_GUION=str(GUION)))
+        self.abre_instalada()
         self.suelta(self.origen)
         self.lee("carta.txt")
-
-    def tearDown(self):
-        self.cierra()
-        self.assertEqual(list(SESION.tmp.glob("okz-*")), [])
 
     # What a test is made of.
 
     def guarda(self, *guion):
-        GUION.write_text("\n".join(guion) + "\n")
+        pon_guion(*guion)
         self.guardados += 1
         self.guarda_en(self.casa / f"{self.guardados}.okz", "carta.txt.okz")
         self.espera_sin_panel()
@@ -73,15 +48,6 @@ class Guionizado(Caso):
         self.todo_con_nombre()
         self.app.pulsa("push button", "Volver")
         self.lee("carta.txt")
-
-    def viva(self):
-        """It answers at once, and its menu opens and closes."""
-        antes = time.monotonic()
-        persona.teclas("alt+a")
-        self.app.espera("menu item", "Salir")
-        persona.teclas("Escape")
-        persona.hasta(lambda: self.app.busca("menu item", "Salir") is None, "el menú cerrado")
-        self.assertLess(time.monotonic() - antes, 5)
 
     def siguiente_funciona(self):
         self.guarda("escribe-destino 333", "sale 0")
