@@ -2,8 +2,6 @@
 
 #include "motor/fondo.h"
 
-#include <QThreadPool>
-
 ContenidoCompartido preparaContenido(QList<Entrada> entradas) {
     auto nuevo = std::make_shared<Contenido>();
     nuevo->plegado.reserva(static_cast<size_t>(entradas.size()));
@@ -15,6 +13,5 @@ ContenidoCompartido preparaContenido(QList<Entrada> entradas) {
 
 void sueltaContenido(ContenidoCompartido &contenido) {
     if (contenido)
-        colaDeFondo().start(
-            [viejo = std::exchange(contenido, nullptr)]() mutable { viejo.reset(); });
+        enFondo([viejo = std::exchange(contenido, nullptr)]() mutable { viejo.reset(); });
 }

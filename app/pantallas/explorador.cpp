@@ -6,7 +6,6 @@
 #include "motor/ruta.h"
 
 #include <QPointer>
-#include <QThreadPool>
 
 Explorador::Explorador(QUrl archivo, Escritorio &escritorio, QObject *padre)
     : QObject(padre)
@@ -81,7 +80,7 @@ std::optional<QString> Explorador::clave() const {
 void Explorador::cargar() {
     m_cargando = true;
     emit cambia();
-    colaDeFondo().start([esta = QPointer(this), archivo = m_archivo, clave = clave()] {
+    enFondo([esta = QPointer(this), archivo = m_archivo, clave = clave()] {
         auto leido = Motor::listar(archivo, clave);
         if (const auto *fallo = std::get_if<FalloAlLeer>(&leido)) {
             enPrincipal([esta, fallo = *fallo] {

@@ -7,7 +7,6 @@
 #include "motor/tamano.h"
 
 #include <QPointer>
-#include <QThreadPool>
 
 #include <algorithm>
 #include <sys/stat.h>
@@ -146,14 +145,13 @@ void Pantalla::mide() {
     m_medida = {};
     if (m_origenes.isEmpty())
         return;
-    colaDeFondo().start(
-        [pantalla = QPointer(this), urls = m_origenes, parar = m_medida.get_token()] {
-            const qint64 bytes = pesoDe(urls, parar);
-            enPrincipal([pantalla, bytes, parar] {
-                if (!pantalla || parar.stop_requested())
-                    return;
-                pantalla->m_bytes = bytes;
-                emit pantalla->cabeceraCambia();
-            });
+    enFondo([pantalla = QPointer(this), urls = m_origenes, parar = m_medida.get_token()] {
+        const qint64 bytes = pesoDe(urls, parar);
+        enPrincipal([pantalla, bytes, parar] {
+            if (!pantalla || parar.stop_requested())
+                return;
+            pantalla->m_bytes = bytes;
+            emit pantalla->cabeceraCambia();
         });
+    });
 }
