@@ -10,7 +10,7 @@ usar=(
     qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qtquick
     qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-shapes
     qml6-module-qtquick-templates qml6-module-qtquick-window
-    qt6-qpa-plugins qt6-wayland qt6-translations-l10n fonts-dejavu-core xdg-utils
+    qt6-qpa-plugins qt6-wayland qt6-translations-l10n fonts-dejavu-core xdg-utils file
 )
 recorrer=(
     xvfb openbox xdotool imagemagick dbus-daemon at-spi2-core
