@@ -142,11 +142,12 @@ class Danos(Caso):
             salida = self.d / f"s{i}"
             r = subprocess.run([MOTOR, "extract", self.okz, "-o", salida], capture_output=True,
                                check=False)
-            # A reserved bit, a larger window: a few bits make no difference.
+            # A reserved bit, a larger window: a few bits make no difference, and how
+            # many depends on what the tar header of the day is compressed to.
             if self.juzga(r, falla=r.returncode != 0).returncode == 0:
                 self.assertEqual(foto(salida)[b"f"], foto(self.d)[b"f"])
                 inocuos += 1
-        self.assertLess(inocuos, 6)
+        self.assertLess(inocuos, len(bueno) // 10)
 
     def test_cortado(self):
         fichero = self.d / "f"
