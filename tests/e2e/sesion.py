@@ -6,6 +6,7 @@ import shutil
 import signal
 import subprocess
 import tempfile
+import time
 from pathlib import Path
 
 OSCURO = """[General]
@@ -49,6 +50,7 @@ class Sesion:
         subprocess.run(["setxkbmap", "es"], check=True)
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._bus()
         self._lanza(["openbox", "--sm-disable"])
+        self._espera_al_gestor()
 
     def _prepara_entorno(self):
         # The temporary folder of the application must be seen apart from that
@@ -79,6 +81,16 @@ class Sesion:
         os.close(escribir)
         with os.fdopen(leer) as numero:
             return numero.readline().strip()
+
+    @staticmethod
+    def _espera_al_gestor():
+        # A window that is there before the manager is never placed.
+        limite = time.monotonic() + 20
+        while subprocess.run(["xdotool", "get_desktop"], capture_output=True,
+                             check=False).returncode:
+            if time.monotonic() > limite:
+                raise RuntimeError("the window manager does not come up")
+            time.sleep(0.05)
 
     def _bus(self):
         bus = self._lanza(["dbus-daemon", "--session", "--nofork", "--print-address"],
