@@ -1,36 +1,41 @@
 #pragma once
 
-#include "relevo.h"
-
-#include <QRunnable>
-#include <QThreadPool>
-
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <mutex>
 #include <utility>
 
-/// Where blocking work goes that the user waits for. Large enough that jobs
-/// which wait for a child or a slow disk do not wait for each other. Any
-/// thread. Before the application ends it must have run dry (`waitForDone`).
-QThreadPool &colaDeFondo();
-
-/// Work on its way to that pool. A class of its own, for the pool's own wrapper
-/// reads what it was given before anything of ours runs.
-template<typename Hacer>
-class Tarea : public QRunnable {
+/// Threads for blocking work that the user waits for: so many that jobs which
+/// wait for a child or a slow disk do not wait for each other. A thread ends
+/// when nothing is left to do. The members are called on any thread.
+///
+/// Qt's pool would do as well, but all that it orders by its locks looks
+/// unordered to the thread sanitizer, and so would our faults among it.
+class ColaDeFondo {
 public:
-    explicit Tarea(Hacer hacer)
-        : m_hacer(std::move(hacer)) {}
-    void run() override {
-        { const std::lock_guard tras(relevo()); }
-        m_hacer();
-    }
+    /// Runs `trabajo`, later, on one of the threads. When the system has no
+    /// thread to give and none is running, at once on this one.
+    void mete(std::function<void()> trabajo);
+
+    /// Waits until there is nothing left to do. Before the application ends.
+    void waitForDone();
 
 private:
-    Hacer m_hacer;
+    void agota();
+    [[nodiscard]] bool hayQuienLoHaga();
+
+    std::mutex m_cerrojo;
+    std::condition_variable m_vacia;
+    std::deque<std::function<void()>> m_trabajos;
+    size_t m_hilos = 0;
 };
 
+/// The one of this process; never destroyed.
+ColaDeFondo &colaDeFondo();
+
 /// Runs `hacer` there. Any thread.
-template<typename Hacer>
-void enFondo(Hacer hacer) {
-    const std::lock_guard guardia(relevo());
-    colaDeFondo().start(new Tarea(std::move(hacer))); // the pool deletes it
+inline void enFondo(std::function<void()> hacer) {
+    colaDeFondo().mete(std::move(hacer));
 }

@@ -10,7 +10,6 @@
 #include <QFileInfo>
 #include <QTest>
 #include <QThread>
-#include <QThreadPool>
 
 #include <sys/stat.h>
 #include <unistd.h>
