@@ -12,7 +12,6 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QQuickWindow>
-#include <QThreadPool>
 #include <QTimer>
 
 #include <algorithm>

@@ -9,7 +9,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QLibraryInfo>
-#include <QThreadPool>
 #include <QTranslator>
 
 #include <csignal>
