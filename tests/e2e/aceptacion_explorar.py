@@ -1,6 +1,6 @@
 """20,000 files through the window: saved, listed, searched, taken out a folder,
 fifty single entries and everything; compared with the originals by `diff`. Not
-in the default run: ORCALIN_ARBOL=<build tree> python3 aceptacion_explorar.py"""
+in the default run: ORCALIN_ARBOL=<build tree> PYTHONPATH=recorrido, then run this"""
 
 import os
 import random

@@ -31,7 +31,7 @@ class Pasos:
 
     def arrastra(self, *rutas):
         zona = self.app.espera("push button", "Elegir qué guardar")
-        return self.persona.Arrastre(self.arbol / "tests/e2e/arrastrador",
+        return self.persona.Arrastre(self.arbol / "recorrido/arrastrador",
                                      [os.fsencode(ruta) for ruta in rutas],
                                      *self.persona.centro(zona, self.escala))
 
