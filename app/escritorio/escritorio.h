@@ -4,7 +4,10 @@
 #include <QString>
 #include <QUrl>
 
+#include <functional>
 #include <optional>
+
+class Saque;
 
 /// What the desktop gives to the application. One implementation talks to the
 /// real desktop; tests bring their own. Called on the main thread. The panels
@@ -38,4 +41,23 @@ public:
 
     /// Shows a file or folder selected in the file manager.
     virtual void revela(const QUrl &url) = 0;
+
+    /// How far the job that the user waits for is, 0 to 1, for those who look at
+    /// the dock or the task bar instead of the window; none: there is no job.
+    virtual void avanza(std::optional<double> parte) = 0;
+
+    /// Tells how a job has ended, unless the application is in front, where the
+    /// user sees it. Plain text.
+    virtual void avisa(const QString &titulo, const QString &texto) = 0;
+
+    /// What to do when the user answers such a notice: come to the front, with
+    /// the activation token that the desktop gave for it (empty without one).
+    virtual void alVolver(std::function<void(const QString &ficha)> hacer) = 0;
+
+    /// Lets the mouse, whose button is held, carry what is being taken out to
+    /// another program, with `rotulo` beside the pointer. Returns when the mouse
+    /// has let go of it, the window alive meanwhile; what is dropped before it
+    /// is all there is handed over later. True when another program took it, as
+    /// a copy: then the files are to stay, for it may need them any time after.
+    virtual bool arrastra(Saque &saque, const QString &rotulo) = 0;
 };

@@ -1,13 +1,11 @@
 #include "escritoriolibre.h"
 
+#include "arrastre.h"
 #include "dialogoorigenes.h"
+#include "llamada.h"
 #include "motor/bytes.h"
 #include "motor/ruta.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QDesktopServices>
 #include <QGuiApplication>
 #include <QWindow>
@@ -93,11 +91,28 @@ void EscritorioLibre::revela(const QUrl &url) {
                                                   QStringLiteral("org.freedesktop.FileManager1"),
                                                   QStringLiteral("ShowItems"));
     llamada << QStringList{url.toString(QUrl::FullyEncoded)} << QString();
-    auto *espera = new QDBusPendingCallWatcher(
-        QDBusConnection::sessionBus().asyncCall(llamada, kEsperaAlGestor));
-    QObject::connect(espera, &QDBusPendingCallWatcher::finished, espera, [espera, url] {
-        if (espera->isError())
-            abreCarpetaDe(url);
-        espera->deleteLater();
-    });
+    llamaSinEsperar(
+        qGuiApp, llamada,
+        [url](const QDBusMessage &respuesta) {
+            if (respuesta.type() != QDBusMessage::ReplyMessage)
+                abreCarpetaDe(url);
+        },
+        kEsperaAlGestor);
+}
+
+void EscritorioLibre::avanza(std::optional<double> parte) {
+    m_lanzador.avanza(parte);
+}
+
+void EscritorioLibre::avisa(const QString &titulo, const QString &texto) {
+    if (QGuiApplication::applicationState() != Qt::ApplicationActive)
+        m_notificaciones.muestra(titulo, texto);
+}
+
+void EscritorioLibre::alVolver(std::function<void(const QString &)> hacer) {
+    m_notificaciones.alVolver = std::move(hacer);
+}
+
+bool EscritorioLibre::arrastra(Saque &saque, const QString &rotulo) {
+    return arrastraFuera(saque, rotulo);
 }

@@ -1,11 +1,15 @@
 #pragma once
 
+#include "apariencia.h"
 #include "escritorio.h"
+#include "lanzador.h"
+#include "notificaciones.h"
 
 #include <QDir>
 
-/// The desktop by the freedesktop conventions: Qt's file panels and the file
-/// manager's D-Bus interface.
+/// The desktop by the freedesktop conventions: Qt's file panels, and the D-Bus
+/// interfaces of file manager, notifications, launcher and settings portal. As
+/// long as it lives the application's colours follow the desktop's.
 class EscritorioLibre : public Escritorio {
 public:
     EscritorioLibre();
@@ -22,6 +26,14 @@ public:
     /// seconds, the folder is opened instead.
     void revela(const QUrl &url) override;
 
+    void avanza(std::optional<double> parte) override;
+    void avisa(const QString &titulo, const QString &texto) override;
+    void alVolver(std::function<void(const QString &ficha)> hacer) override;
+    bool arrastra(Saque &saque, const QString &rotulo) override;
+
 private:
+    Apariencia m_apariencia;
+    Lanzador m_lanzador;
+    Notificaciones m_notificaciones;
     QString m_carpeta; // where the last panel was left
 };

@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QLibraryInfo>
 #include <QTranslator>
+#include <QWindow>
 
 #include <csignal>
 
@@ -62,6 +63,10 @@ int main(int argc, char **argv) {
         app.delegado().applicationDidFinishLaunching();
         Delegado::application(ficheros);
         const vistas::Ventana ventana(app);
+        escritorio.alVolver([](const QString &) {
+            for (QWindow *w : QGuiApplication::topLevelWindows())
+                w->requestActivate();
+        });
         estado = ventana.abierta() ? QCoreApplication::exec() : EXIT_FAILURE;
     }
     // No job outlives the application: its password file would stay behind.

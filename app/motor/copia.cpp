@@ -21,10 +21,12 @@ bool quedaDentro(const QByteArray &ruta) {
     return nombra;
 }
 
-std::optional<QByteArray> siExiste(const QByteArray &carpeta, const QByteArray &ruta) {
+std::optional<QByteArray> siExiste(const QByteArray &carpeta, const QByteArray &ruta,
+                                   copia::Enlaces enlaces) {
     QByteArray completa = carpeta + '/' + ruta;
     struct stat dato {};
-    if (!quedaDentro(ruta) || ::stat(completa.constData(), &dato) != 0)
+    const int modo = enlaces == copia::Enlaces::Tal ? AT_SYMLINK_NOFOLLOW : 0;
+    if (!quedaDentro(ruta) || ::fstatat(AT_FDCWD, completa.constData(), &dato, modo) != 0)
         return std::nullopt;
     return completa;
 }
@@ -62,10 +64,16 @@ QByteArray sinEscapes(const QByteArray &texto) {
 
 } // namespace
 
-std::optional<QByteArray> copia::busca(const QByteArray &carpeta, const QByteArray &ruta) {
-    if (auto tal = siExiste(carpeta, ruta); tal || !ruta.contains('\\'))
+std::optional<QByteArray> copia::busca(const QByteArray &carpeta, const QByteArray &ruta,
+                                       Enlaces enlaces) {
+    if (auto tal = siExiste(carpeta, ruta, enlaces); tal || !ruta.contains('\\'))
         return tal;
-    return siExiste(carpeta, sinEscapes(ruta));
+    return siExiste(carpeta, sinEscapes(ruta), enlaces);
+}
+
+QByteArray copia::prevista(const QByteArray &carpeta, const QByteArray &ruta) {
+    const QByteArray real = sinEscapes(ruta);
+    return carpeta + '/' + (real.isEmpty() ? ruta : real);
 }
 
 void copia::protege(const QByteArray &copia) {

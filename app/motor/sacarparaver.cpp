@@ -1,9 +1,9 @@
 #include "arranque.h"
-#include "bytes.h"
 #include "clave.h"
 #include "copia.h"
 #include "extraccion.h"
 #include "fondo.h"
+#include "hueco.h"
 #include "lineas.h"
 #include "motor.h"
 #include "principal.h"
@@ -11,22 +11,6 @@
 #include "visor.h"
 
 namespace {
-
-constexpr qint64 kMargen = 100LL << 20U; // 100 MiB
-
-qint64 hueco(qint64 bytes) {
-    qint64 suma = 0;
-    if (__builtin_add_overflow(bytes, kMargen, &suma))
-        qFatal("el tamaño de una entrada no cabe en 64 bits");
-    return suma;
-}
-
-// The margin is ours: the user reads the two sizes as they are.
-FalloAlLeer noCabe(qint64 bytes, qint64 libres) {
-    return fallos::Otro{
-        QStringLiteral("Para abrirlo hay que sacarlo del archivo y no cabe: ocupa %1 y quedan %2.")
-            .arg(textoDeBytes(bytes), textoDeBytes(libres))};
-}
 
 FalloAlLeer noSePudo(const QString &ruta, const QString &dicho) {
     return fallos::Otro{
@@ -87,8 +71,8 @@ void Motor::sacarParaVer(const QUrl &archivo, const QString &ruta, qint64 bytes,
         hecho(fallos::Otro{sinMotor()});
         return;
     }
-    if (const auto libres = libre(ruta::temporal()); libres && *libres < hueco(bytes)) {
-        hecho(noCabe(bytes, *libres));
+    if (const auto falta = hueco::falta(QStringLiteral("Para abrirlo"), bytes, libre)) {
+        hecho(fallos::Otro{*falta});
         return;
     }
     Apertura apertura{

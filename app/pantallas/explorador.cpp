@@ -11,7 +11,8 @@ Explorador::Explorador(QUrl archivo, Escritorio &escritorio, QObject *padre)
     : QObject(padre)
     , m_archivo(std::move(archivo))
     , m_escritorio(escritorio)
-    , m_filas(escritorio) {
+    , m_filas(escritorio)
+    , m_seguimiento(m_motor, escritorio, [this] { return final(); }) {
     connect(&m_motor, &Motor::estadoCambia, this, &Explorador::cambia);
     connect(&m_filas, &Filas::seleccionCambia, this, &Explorador::listaCambia);
     connect(&m_filas, &Filas::modelReset, this, &Explorador::listaCambia);
@@ -44,6 +45,13 @@ QString Explorador::texto() const {
     if (const auto *error = std::get_if<Motor::Error>(&m_motor.estado()))
         return error->texto;
     return m_fallo.value_or(QStringLiteral("leyendo el archivo…"));
+}
+
+Final Explorador::final() const {
+    if (const auto *hecho = std::get_if<Motor::Hecho>(&m_motor.estado()))
+        return {QStringLiteral("Recuperado"), QStringLiteral("De %1 a «%2».")
+                                                  .arg(nombre(), ruta::ultimoComponente(hecho->ruta))};
+    return {QStringLiteral("No se pudo recuperar"), texto()};
 }
 
 QString Explorador::cuenta() const {

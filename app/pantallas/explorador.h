@@ -2,6 +2,8 @@
 
 #include "filas.h"
 #include "motor/motor.h"
+#include "raices.h"
+#include "seguimiento.h"
 
 #include <QObject>
 #include <QUrl>
@@ -53,7 +55,7 @@ public:
     [[nodiscard]] QString cuenta() const;
     [[nodiscard]] QString rotuloRecuperar() const;
     [[nodiscard]] bool hayElegidas() const { return m_filas.elegidas() > 0; }
-    /// Why the last opening failed; empty when it did not.
+    /// Why the last opening or drag failed; empty when it did not.
     [[nodiscard]] QString abrirFallo() const { return m_abrirFallo.value_or(QString()); }
 
 public slots:
@@ -76,6 +78,12 @@ public slots:
     void recuperarElegidas();
     void recuperarTodo();
 
+    /// The mouse drags a visible row out of the window: with it go all that are
+    /// selected; a row that was not is selected alone. They are taken out in the
+    /// background, marked meanwhile, and the desktop carries them on. One drag
+    /// at a time.
+    void arrastrar(int fila);
+
     /// From the done panel: shows what was taken out in the file manager.
     void revela();
     /// From the done panel: back to the list as it was.
@@ -97,6 +105,8 @@ private:
     void ponAbriendo(std::optional<QString> ruta);
     void ponAbrirFallo(std::optional<QString> fallo);
     void recuperar(const QStringList &rutas);
+    void lleva(const Raices &raices, const QString &rotulo);
+    [[nodiscard]] Final final() const;
     [[nodiscard]] std::optional<QString> clave() const;
 
     const QUrl m_archivo;
@@ -110,4 +120,6 @@ private:
     bool m_cargando = true;
     std::optional<QString> m_abriendo;
     std::optional<QString> m_abrirFallo;
+    bool m_arrastrando = false;
+    Seguimiento m_seguimiento;
 };

@@ -34,6 +34,7 @@ void Filas::ponContenido(ContenidoCompartido contenido) {
     sueltaContenido(m_contenido);
     m_contenido = std::move(contenido);
     m_seleccion.estrena(static_cast<size_t>(m_contenido->entradas.size()));
+    m_arrastradas.estrena(static_cast<size_t>(m_contenido->entradas.size()));
     m_ancla = 0;
     m_visibles.clear();
     if (!m_busca.isEmpty())
@@ -60,6 +61,12 @@ void Filas::busca(const QString &texto) {
 
 void Filas::ponAbriendo(std::optional<QString> ruta) {
     m_abriendo = std::move(ruta);
+    avisaDeTodas();
+}
+
+void Filas::ponArrastradas(const std::vector<uint32_t> &indices) {
+    m_arrastradas.vacia();
+    m_arrastradas.anade(indices);
     avisaDeTodas();
 }
 

@@ -25,7 +25,7 @@ public:
         Icono,                 ///< QString, a system image's name
         Tamano,                ///< QString in words, empty but for files
         Elegida,               ///< bool
-        Abriendose,            ///< bool: it is being taken out to be opened
+        Abriendose,            ///< bool: it is being taken out to be opened or dragged
         EsCarpeta,             ///< bool
         Descripcion,           ///< QString for a screen reader
     };
@@ -41,13 +41,19 @@ public:
     /// A text that goes on from the last one looks only at what was visible.
     void busca(const QString &texto);
 
-    /// The path of the entry that is being taken out, if any.
+    /// The path of the entry that is being taken out to be opened, if any.
     void ponAbriendo(std::optional<QString> ruta);
+    /// The entries that are being taken out to be dragged, by their numbers.
+    void ponArrastradas(const std::vector<uint32_t> &indices);
 
     [[nodiscard]] qsizetype entradas() const;
     [[nodiscard]] qsizetype elegidas() const { return qsizetype(m_seleccion.cuantas()); }
     /// The paths of all selected entries, in the engine's order.
     [[nodiscard]] QStringList rutasElegidas() const;
+    /// Their numbers in `contenido`, ascending.
+    [[nodiscard]] std::vector<uint32_t> indicesElegidos() const { return m_seleccion.todas(); }
+    [[nodiscard]] bool elegida(int fila) const { return m_seleccion.tiene(indiceDe(fila)); }
+    [[nodiscard]] const ContenidoCompartido &contenido() const { return m_contenido; }
     [[nodiscard]] const Entrada &entrada(int fila) const;
 
     [[nodiscard]] int rowCount(const QModelIndex &padre = {}) const override;
@@ -83,4 +89,5 @@ private:
     Seleccion m_seleccion;
     int m_ancla = 0; // the row that a stretched selection starts from
     std::optional<QString> m_abriendo;
+    Seleccion m_arrastradas;
 };

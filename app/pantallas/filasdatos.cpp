@@ -19,9 +19,9 @@ QVariant Filas::data(const QModelIndex &indice, int papel) const {
     case Tamano:
         return tamano(suya);
     case Elegida:
-        return m_seleccion.tiene(indiceDe(indice.row()));
+        return elegida(indice.row());
     case Abriendose:
-        return m_abriendo == suya.ruta;
+        return m_abriendo == suya.ruta || m_arrastradas.tiene(indiceDe(indice.row()));
     case EsCarpeta:
         return suya.tipo == 'd';
     case Descripcion:

@@ -14,7 +14,8 @@
 Pantalla::Pantalla(QList<QUrl> inicial, Escritorio &escritorio, QObject *padre)
     : QObject(padre)
     , m_inicial(std::move(inicial))
-    , m_escritorio(escritorio) {
+    , m_escritorio(escritorio)
+    , m_seguimiento(m_motor, escritorio, [this] { return final(); }) {
     connect(&m_motor, &Motor::estadoCambia, this, &Pantalla::estadoCambia);
     connect(this, &Pantalla::origenesCambian, this, &Pantalla::puedeGuardarCambia);
     connect(this, &Pantalla::opcionesCambian, this, &Pantalla::puedeGuardarCambia);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "motor/motor.h"
+#include "seguimiento.h"
 
 #include <QObject>
 #include <QStringList>
@@ -131,6 +132,7 @@ private:
     void ponEncima(bool encima);
     void ponOrigenes(QList<QUrl> origenes);
     void mide();
+    [[nodiscard]] Final final() const;
     [[nodiscard]] QString nombrePropuesto() const;
 
     const QList<QUrl> m_inicial;
@@ -144,4 +146,5 @@ private:
     QString m_contrasena;
     std::optional<qint64> m_bytes; // of the selection, once measured
     std::stop_source m_medida;     // the measuring under way
+    Seguimiento m_seguimiento;
 };

@@ -105,6 +105,17 @@ QString Pantalla::mensaje() const {
     return error != nullptr ? error->texto : QString();
 }
 
+Final Pantalla::final() const {
+    const auto *hecho = si<Motor::Hecho>(m_motor);
+    if (hecho == nullptr)
+        return {QStringLiteral("No se pudo guardar"), mensaje()};
+    QStringList lineas{tamanos()};
+    if (!ahorro().isEmpty())
+        lineas.append(ahorro());
+    return {QStringLiteral("Guardado en «%1»").arg(ruta::ultimoComponente(hecho->ruta)),
+            lineas.join(u'\n')};
+}
+
 QString Pantalla::icono(int indice, bool relleno) const {
     const bool carpeta = esCarpeta(m_origenes.value(indice));
     return (carpeta ? QStringLiteral("folder") : QStringLiteral("doc")) +

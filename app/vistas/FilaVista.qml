@@ -24,6 +24,7 @@ Rectangle {
     signal pulsada(modificadores: int)
     signal abierta
     signal menuPedido(x: real, y: real)
+    signal arrastrada
 
     color: {
         if (elegida)
@@ -93,15 +94,33 @@ Rectangle {
         }
     }
 
+    // A mouse that is moved with the button held takes the row out of the
+    // window; a finger scrolls the list, a mouse does that by wheel and bar.
     MouseArea {
         id: raton
+        property point origen
+        property bool llevada: false
+
         anchors.fill: parent
         hoverEnabled: true
         acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onPressed: evento => {
+            preventStealing = evento.source === Qt.MouseEventNotSynthesized;
+            origen = Qt.point(evento.x, evento.y);
+            llevada = false;
+        }
+        onPositionChanged: evento => {
+            const lejos = Math.abs(evento.x - origen.x) + Math.abs(evento.y - origen.y)
+                >= Qt.styleHints.startDragDistance;
+            if (!preventStealing || !(pressedButtons & Qt.LeftButton) || llevada || !lejos)
+                return;
+            llevada = true;
+            fila.arrastrada();
+        }
         onClicked: evento => {
             if (evento.button === Qt.RightButton)
                 fila.menuPedido(evento.x, evento.y);
-            else
+            else if (!llevada)
                 fila.pulsada(evento.modifiers);
         }
         onDoubleClicked: evento => {

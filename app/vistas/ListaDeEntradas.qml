@@ -53,7 +53,6 @@ ListView {
     boundsBehavior: Flickable.StopAtBounds
     highlightFollowsCurrentItem: false
     currentIndex: 0
-    // Scrolled with the wheel and the bar: dragging is for selecting and moving.
     interactive: true
     pixelAligned: true
     ScrollBar.vertical: ScrollBar {
@@ -101,6 +100,7 @@ ListView {
         actual: lista.activeFocus && ListView.isCurrentItem
         onPulsada: modificadores => lista.pulsada(index, modificadores)
         onAbierta: lista.explorador.abrir(index)
+        onArrastrada: lista.explorador.arrastrar(index)
         onMenuPedido: (x, y) => {
             lista.menuDe(index);
             menu.popup(this, x, y);

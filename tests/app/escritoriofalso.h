@@ -19,6 +19,11 @@ public:
     QList<QUrl> abiertos;
     QList<QUrl> revelados;
 
+    QList<std::optional<double>> partes;
+    QStringList avisos;
+    std::function<void(const QString &)> vuelve;
+    std::function<bool(Saque &, const QString &)> lleva; ///< what the mouse does
+
     std::function<void()> entretanto = [] {}; ///< while a panel is open
 
     QList<QUrl> eligeOrigenes() override {
@@ -44,4 +49,10 @@ public:
         return QString::number(bytes) + QStringLiteral(" b");
     }
     void revela(const QUrl &url) override { revelados.append(url); }
+    void avanza(std::optional<double> parte) override { partes.append(parte); }
+    void avisa(const QString &titulo, const QString &texto) override {
+        avisos.append(titulo + QStringLiteral(": ") + texto);
+    }
+    void alVolver(std::function<void(const QString &)> hacer) override { vuelve = std::move(hacer); }
+    bool arrastra(Saque &saque, const QString &rotulo) override { return lleva(saque, rotulo); }
 };
