@@ -2,6 +2,7 @@
 
 #include "cifrado/cabecera_age.h"
 #include "cifrado/contrasena.h"
+#include "cifrado/llavero.h"
 #include "comun/fallo.h"
 #include "flujo/fuente_de_almacen.h"
 #include "flujo/fuente_zstd.h"
@@ -42,7 +43,7 @@ Archivo::Archivo(const std::filesystem::path &ruta, const std::string &ficheroCo
     if (texto.starts_with(marcaAge)) {
         const CabeceraAge cabecera = CabeceraAge::lee(texto);
         descifrado.emplace(fichero, cabecera.largo(),
-                           cabecera.abre(leeContrasena(ficheroContrasena)));
+                           claveDe(cabecera, leeContrasena(ficheroContrasena)));
     } else if (!esZstd(inicio)) {
         throw Fallo("no es un archivo .okz");
     }
