@@ -87,6 +87,11 @@ class PasosExplorador(Pasos):
     def abre_fila(self, nodo):
         self.raton(nodo, "click", "--repeat", "2", "--delay", "60", "1")
 
+    def lleva(self, nodo, receptor):
+        """Carries a row over another program's window."""
+        time.sleep(DOS_VECES)
+        self.persona.lleva_fuera(*self.persona.centro(nodo, self.escala), *receptor.sitio)
+
     def manda_clave(self, clave):
         campo = self.app.espera("password text", "Contraseña")
         self.app.espera_foco(campo)

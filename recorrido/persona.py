@@ -177,6 +177,49 @@ class Arrastre:
         return {b"drop 0": None, b"drop 1": "copy", b"drop 2": "move"}[dicho.splitlines()[-1]]
 
 
+def lleva_fuera(x, y, a_x, a_y):
+    """Takes with the mouse what lies at a point and carries it to another,
+    without letting go."""
+    subprocess.run(["xdotool", "mousemove", str(x), str(y), "mousedown", "1"], check=True)
+    for paso in range(1, 11):
+        subprocess.run(["xdotool", "mousemove", str(x + (a_x - x) * paso // 10),
+                        str(y + (a_y - y) * paso // 10)], check=True)
+        time.sleep(0.03)
+
+
+def suelta():
+    subprocess.run(["xdotool", "mouseup", "1"], check=True)
+
+
+class Receptor:
+    """A window of another program that copies into a folder what is dropped
+    onto it."""
+
+    def __init__(self, receptor, carpeta):
+        self.proceso = subprocess.Popen([receptor, carpeta], stdout=subprocess.PIPE, bufsize=0)
+        self.espera("listo")
+        ancho = subprocess.run(["xdotool", "getdisplaygeometry"], capture_output=True, check=True)
+        self.sitio = int(ancho.stdout.split()[0]) - 100, 100
+
+    def espera(self, linea, espera=ESPERA):
+        """What it says up to this line."""
+        dicho = []
+        while select.select([self.proceso.stdout], [], [], espera)[0]:
+            dicho.append(self.proceso.stdout.readline().decode().strip())
+            if dicho[-1] == linea:
+                return dicho
+            if not dicho[-1]:
+                break
+        raise NoVisto(f"no llegó «{linea}», sino {dicho}")
+
+    def calla(self, espera=0.5):
+        return not select.select([self.proceso.stdout], [], [], espera)[0]
+
+    def cierra(self):
+        self.proceso.kill()
+        self.proceso.communicate()
+
+
 def centro(nodo, escala=1):
     """The middle of a control on the screen; Qt tells it in its own pixels."""
     nodo.clear_cache()

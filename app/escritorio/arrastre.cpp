@@ -36,7 +36,10 @@ public:
         : m_saque(saque) {
         connect(&saque, &Saque::acabado, this, &Retencion::acaba);
         // Within the drag, so that what Qt does with the mouse comes after this.
-        QTimer::singleShot(0, this, [this] { qApp->installEventFilter(this); });
+        QTimer::singleShot(0, this, [this] {
+            qApp->installEventFilter(this);
+            miraDondeEsta();
+        });
     }
 
     bool eventFilter(QObject *quien, QEvent *suceso) override {
@@ -55,6 +58,20 @@ public:
     }
 
 private:
+    // The drag looks for a target when the mouse moves, and a quick hand may be
+    // there already.
+    static void miraDondeEsta() {
+        QWindow *ventana = QGuiApplication::focusWindow();
+        if (ventana == nullptr)
+            return;
+        const QPointF aqui = QCursor::pos();
+        QCoreApplication::postEvent(ventana, new QMouseEvent(QEvent::MouseMove,
+                                                             ventana->mapFromGlobal(aqui), aqui,
+                                                             Qt::NoButton,
+                                                             QGuiApplication::mouseButtons(),
+                                                             QGuiApplication::keyboardModifiers()));
+    }
+
     void acaba() {
         if (m_saque.fase() == Saque::Fase::Fallido)
             QDrag::cancel();

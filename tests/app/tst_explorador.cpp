@@ -1,9 +1,11 @@
 // The archive browser's rules, without a window.
 #include "banco.h"
 #include "escritoriofalso.h"
+#include "motor/saque.h"
 #include "pantallas/explorador.h"
 
 #include <QAbstractItemModelTester>
+#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -285,6 +287,117 @@ private slots:
         QCOMPARE(Banco::lee(banco.ruta("args")).count("extract"), 1);
         QCOMPARE(explorador.panel(), Panel::Contenido);
         QVERIFY(escritorio.abiertos.isEmpty());
+    }
+
+    void raicesDeLoElegido() {
+        const auto contenido = preparaContenido(
+            {entrada('d', "fotos/", 4096), entrada('-', "fotos/a", 10), entrada('d', "fotos/b"),
+             entrada('-', "fotos/b/c", 20), entrada('-', "fotos.txt", 40), entrada('-', "d", 80),
+             entrada('-', "d", 80), entrada('-', "e", std::numeric_limits<qint64>::max()),
+             entrada('-', "f", std::numeric_limits<qint64>::max()), entrada('-', "g", -5)});
+        const auto de = [&](const std::vector<uint32_t> &elegidas) {
+            const Raices raices = raicesDe(*contenido, elegidas);
+            return raices.rutas.join(u' ') + u'=' + QString::number(raices.bytes);
+        };
+        QCOMPARE(de({0, 1, 2, 3, 4}), QStringLiteral("fotos/ fotos.txt=4166"));
+        QCOMPARE(de({1, 2}), QStringLiteral("fotos/a fotos/b=30"));
+        QCOMPARE(de({5, 6, 9}), QStringLiteral("d g=80"));
+        QCOMPARE(de({7, 8}), QStringLiteral("e f=%1").arg(1LL << 61U));
+    }
+
+    void arrastrarSacaLoElegido() {
+        const Banco banco;
+        banco.ponMotor({lineas({"-0644 5 a", "d0755 0 docs", "-0644 7 docs/b", "-0644 9 c"})});
+        EscritorioFalso escritorio;
+        Explorador explorador(banco.url("x.okz"), escritorio);
+        explorador.cargar();
+        QTRY_COMPARE(explorador.panel(), Panel::Contenido);
+        Filas &filas = *explorador.filas();
+        const auto girando = [&] {
+            QString marcas;
+            for (int fila = 0; fila < filas.rowCount(); ++fila)
+                marcas += filas.data(filas.index(fila), Filas::Abriendose).toBool() ? u'x' : u'-';
+            return marcas;
+        };
+        // The mouse waits for the files, and drops them or thinks better of it.
+        QString rotulo;
+        QList<QUrl> llevadas;
+        bool suelta = true;
+        escritorio.lleva = [&](Saque &saque, const QString &dado) {
+            rotulo = dado + QStringLiteral(" ") + girando();
+            const QList<QUrl> previstas = saque.urls();
+            (void)QTest::qWaitFor([&] { return saque.fase() != Saque::Fase::Sacando; }, 20000);
+            llevadas = saque.urls();
+            return suelta && previstas == llevadas;
+        };
+        const auto arrastra = [&](int fila) {
+            rotulo.clear();
+            explorador.arrastrar(fila);
+            explorador.arrastrar(3); // one at a time
+            return QTest::qWaitFor([&] { return !rotulo.isEmpty() && girando() == QStringLiteral("----"); }, 20000);
+        };
+        const auto existen = [&] {
+            return std::count_if(llevadas.begin(), llevadas.end(), [](const QUrl &url) {
+                return QFileInfo::exists(url.toLocalFile());
+            });
+        };
+
+        banco.ponMotor({"exige sésamo", "crea-entrada hola"});
+        explorador.ponContrasena(QStringLiteral("sésamo"));
+        filas.elige(0);
+        filas.estira(2);
+        QVERIFY(arrastra(2));
+        QCOMPARE(rotulo, QStringLiteral("3 elementos xxx-"));
+        QCOMPARE(llevadas.size(), 2); // the folder brings what is in it
+        QTRY_COMPARE(existen(), 2);
+        QVERIFY(banco.claves().isEmpty());
+
+        suelta = false; // a row that was not selected goes alone; nothing stays of it
+        QVERIFY(arrastra(3));
+        QCOMPARE(rotulo, QStringLiteral("c ---x"));
+        QCOMPARE(filas.rutasElegidas(), QStringList{QStringLiteral("c")});
+        QCOMPARE(llevadas.size(), 1);
+        QTRY_COMPARE(existen(), 0);
+
+        // Half an entry would pass for the whole.
+        suelta = true;
+        banco.ponMotor({"crea-entrada ho", "error Error: roto\\n", "sale 1"});
+        QVERIFY(arrastra(3));
+        QTRY_COMPARE(explorador.abrirFallo(), QStringLiteral("roto"));
+        QVERIFY(llevadas.isEmpty());
+
+        // Let go of while the engine is at work: it ends, and takes all with it.
+        banco.ponMotor({"crea-entrada ho", "espera 60000"});
+        escritorio.lleva = [&](Saque &saque, const QString &dado) {
+            llevadas = saque.urls();
+            (void)QTest::qWaitFor([&] { return existen() == 1; }, 20000);
+            rotulo = dado;
+            return false;
+        };
+        QVERIFY(arrastra(3));
+        QTRY_COMPARE(existen(), 0);
+        QVERIFY(explorador.abrirFallo().isEmpty());
+    }
+
+    // For whoever is not looking.
+    void elFinalSeAvisa() {
+        const Banco banco;
+        banco.ponMotor({});
+        EscritorioFalso escritorio;
+        escritorio.carpeta = banco.url("sacado");
+        Explorador explorador(banco.url("x.okz"), escritorio);
+        explorador.recuperarTodo();
+        QTRY_COMPARE(escritorio.avisos.size(), 1);
+        QCOMPARE(escritorio.avisos[0], QStringLiteral("Recuperado: De x.okz a «sacado»."));
+        QCOMPARE(escritorio.partes.first(), std::optional(0.0));
+        QCOMPARE(escritorio.partes.last(), std::nullopt);
+        banco.ponMotor({"error Error: roto\\n", "sale 1"});
+        explorador.volver();
+        explorador.recuperarTodo();
+        QTRY_COMPARE(escritorio.avisos.size(), 2);
+        QCOMPARE(escritorio.avisos[1], QStringLiteral("No se pudo recuperar: roto"));
+        explorador.volver(); // no job: nothing to tell
+        QCOMPARE(escritorio.avisos.size(), 2);
     }
 };
 
