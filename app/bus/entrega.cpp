@@ -22,9 +22,8 @@ QVariantMap datosDe(const Ficha &ficha) {
 }
 
 QDBusMessage llamada(const char *interfaz, const QString &metodo, const QVariantList &argumentos) {
-    auto mensaje =
-        QDBusMessage::createMethodCall(QLatin1String(bus::kNombre), QLatin1String(bus::kRuta),
-                                       QLatin1String(interfaz), metodo);
+    auto mensaje = QDBusMessage::createMethodCall(
+        QLatin1String(bus::kNombre), QLatin1String(bus::kRuta), QLatin1String(interfaz), metodo);
     mensaje.setArguments(argumentos);
     return mensaje;
 }
@@ -47,32 +46,49 @@ QDBusMessage mensajeDe(const Peticion &peticion) {
     return llamada(bus::kAplicacion, QStringLiteral("Activate"), {datos});
 }
 
+// A connection of its own: the one of the process is for one that has its
+// application object already.
+class Conexion {
+public:
+    Conexion() = default;
+    ~Conexion() { QDBusConnection::disconnectFromBus(m_bus.name()); }
+    Conexion(const Conexion &) = delete;
+    Conexion &operator=(const Conexion &) = delete;
+    const QDBusConnection *operator->() const { return &m_bus; }
+
+private:
+    QDBusConnection m_bus =
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("entrega"));
+};
+
 // One that leaves while it is asked answers nothing either, but is gone then.
-Entrega sinRespuesta(const QDBusConnection &conexion) {
-    const bool hay = conexion.isConnected() &&
-                     conexion.interface()->isServiceRegistered(QLatin1String(bus::kNombre)).value();
+Entrega sinRespuesta(const Conexion &conexion) {
+    const bool hay =
+        conexion->isConnected() &&
+        conexion->interface()->isServiceRegistered(QLatin1String(bus::kNombre)).value();
     return {hay ? Entrega::Fin::NoContesta : Entrega::Fin::Nadie};
 }
 
 // The services have no place for the ficha.
 bool llevaFichaAparte(const Peticion &peticion) {
-    return !peticion.ficha.vacia() && (peticion.que == Peticion::Que::Comprimir ||
-                                       peticion.que == Peticion::Que::Abrir);
+    return !peticion.ficha.vacia() &&
+           (peticion.que == Peticion::Que::Comprimir || peticion.que == Peticion::Que::Abrir);
 }
 
 } // namespace
 
 Entrega bus::entrega(const Peticion &peticion, Arranque arranque, std::chrono::milliseconds plazo) {
-    const QDBusConnection conexion = QDBusConnection::sessionBus();
+    const Conexion conexion;
     QDBusMessage mensaje = mensajeDe(peticion);
     mensaje.setAutoStartService(arranque == Arranque::Si);
     const int espera = static_cast<int>(plazo.count());
-    const QDBusMessage respuesta = conexion.call(mensaje, QDBus::Block, espera);
+    const QDBusMessage respuesta = conexion->call(mensaje, QDBus::Block, espera);
     if (respuesta.errorName() == QLatin1String(kRechazo))
         return {Entrega::Fin::Rechazada, respuesta.errorMessage()};
     if (respuesta.type() != QDBusMessage::ReplyMessage)
         return sinRespuesta(conexion);
     if (llevaFichaAparte(peticion))
-        conexion.call(mensajeDe({Peticion::Que::Activar, {}, peticion.ficha}), QDBus::Block, espera);
+        conexion->call(mensajeDe({Peticion::Que::Activar, {}, peticion.ficha}), QDBus::Block,
+                       espera);
     return {Entrega::Fin::Hecha};
 }

@@ -55,12 +55,6 @@ Fin entrega(const Peticion &peticion) {
     return entrega.fin;
 }
 
-// Before there is anything of a window: a second start should be gone at once.
-Fin entregaSinVentana(int argc, char **argv, const Peticion &peticion) {
-    const QCoreApplication aplicacion(argc, argv);
-    return entrega(peticion);
-}
-
 // What a start that was handed over ends with; none: it has to go on itself.
 std::optional<int> estadoTras(Fin fin) {
     switch (fin) {
@@ -147,9 +141,10 @@ int main(int argc, char **argv) {
     if (orden->modo == Orden::Modo::Cliente)
         return cliente(argc, argv, orden->peticion);
     Ficha::quitaDelEntorno();
+    // Before there is anything of a window: a second start should be gone at once.
     Fin antes = Fin::Nadie;
     if (orden->modo == Orden::Modo::Ventana)
-        antes = entregaSinVentana(argc, argv, orden->peticion);
+        antes = entrega(orden->peticion);
     if (const auto estado = estadoTras(antes))
         return *estado;
 

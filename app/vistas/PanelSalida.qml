@@ -10,7 +10,7 @@ Popup {
 
     required property Salida salida
 
-    anchors.centerIn: Overlay.overlay
+    anchors.centerIn: parent
     width: Math.min(380, parent.width - 48)
     padding: 24
     modal: true
