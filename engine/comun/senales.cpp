@@ -2,9 +2,9 @@
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <climits>
-#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <mutex>
@@ -136,8 +136,8 @@ void sueltaEfimero() {
 int consagraEfimero(const char *definitivo) {
     consagrando = true;
     const std::lock_guard guarda(cerrojo);
-    const int resultado = renameat(carpetaDelEfimero, nombreDelEfimero.data(), carpetaDelEfimero,
-                                   definitivo);
+    const int resultado =
+        renameat(carpetaDelEfimero, nombreDelEfimero.data(), carpetaDelEfimero, definitivo);
     if (resultado == 0) {
         nombreDelEfimero[0] = '\0';
         terminado = true;

@@ -95,8 +95,7 @@ void FicheroProvisional::cierra() {
 
 bool FicheroProvisional::es(const std::string &otro, const struct stat &estado) const {
     // Another name (hard link) of the old archive is a file like any other.
-    const bool elAnterior =
-        anterior.st_nlink > 0 && mismo(estado, anterior) && nombre == otro;
+    const bool elAnterior = anterior.st_nlink > 0 && mismo(estado, anterior) && nombre == otro;
     return mismo(estado, propio) || elAnterior;
 }
 

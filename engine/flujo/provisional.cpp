@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
@@ -61,9 +62,9 @@ struct CierraCarpeta {
 } // namespace
 
 std::string nombreProvisional() {
-    static std::random_device azar;
+    static std::uint64_t numero = std::random_device()();
     std::string nombre(inicio);
-    nombre.append(std::to_string(getpid())).append("-").append(std::to_string(azar()));
+    nombre.append(std::to_string(getpid())).append("-").append(std::to_string(numero++));
     return nombre.append(final);
 }
 

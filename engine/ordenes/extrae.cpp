@@ -46,7 +46,7 @@ void extrae(const PedidoExtraer &pedido) {
     Avisos avisos;
     if (!Extraccion(archivo, ruta, avisos).saca() && !pedido.todo)
         noEsta(pedido.entrada);
-    avisos.remata("no se pudieron sacar bien");
+    avisos.remata("sacar bien");
 }
 
 } // namespace orcalin

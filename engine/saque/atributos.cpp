@@ -16,9 +16,19 @@ namespace {
 constexpr mode_t todos = 07777;
 constexpr mode_t deRoot = S_ISUID | S_ISGID;
 
+/// Asked for once: there is a question about every entry.
+struct Quien {
+    uid_t usuario = geteuid();
+    gid_t grupo = getegid();
+};
+
+const Quien &yo() {
+    static const Quien somos;
+    return somos;
+}
+
 bool esRoot() {
-    static const bool lo = geteuid() == 0;
-    return lo;
+    return yo().usuario == 0;
 }
 
 void anadeLista(Atributos &atributos, const char *nombre, std::string lista) {
@@ -33,8 +43,8 @@ void leeExtendidos(Atributos &atributos, archive_entry *ficha, archive *cuentas)
     archive_entry_xattr_reset(ficha);
     while (archive_entry_xattr_next(ficha, &nombre, &valor, &largo) == ARCHIVE_OK)
         if (esRoot() || std::string_view(nombre).starts_with("user."))
-            atributos.extendidos.emplace_back(
-                nombre, std::string(static_cast<const char *>(valor), largo));
+            atributos.extendidos.emplace_back(nombre,
+                                              std::string(static_cast<const char *>(valor), largo));
     anadeLista(atributos, "system.posix_acl_access", listaDeAcceso(ficha, cuentas));
     anadeLista(atributos, "system.posix_acl_default", listaPorDefecto(ficha, cuentas));
 }
@@ -47,7 +57,7 @@ std::array<timespec, 2> horas(const Atributos &atributos) {
 } // namespace
 
 bool Atributos::bastaConCrear() const {
-    const bool mio = !conDueno || (usuario == geteuid() && grupo == getegid());
+    const bool mio = !conDueno || (usuario == yo().usuario && grupo == yo().grupo);
     return mio && extendidos.empty() && (permisos & deRoot) == 0;
 }
 
@@ -56,10 +66,10 @@ Atributos leeAtributos(archive_entry *ficha, archive *cuentas) {
     atributos.permisos = archive_entry_perm(ficha) & (esRoot() ? todos : todos & ~deRoot);
     atributos.conDueno = esRoot();
     if (atributos.conDueno) {
-        atributos.usuario = static_cast<uid_t>(archive_write_disk_uid(
-            cuentas, archive_entry_uname(ficha), archive_entry_uid(ficha)));
-        atributos.grupo = static_cast<gid_t>(archive_write_disk_gid(
-            cuentas, archive_entry_gname(ficha), archive_entry_gid(ficha)));
+        atributos.usuario = static_cast<uid_t>(
+            archive_write_disk_uid(cuentas, archive_entry_uname(ficha), archive_entry_uid(ficha)));
+        atributos.grupo = static_cast<gid_t>(
+            archive_write_disk_gid(cuentas, archive_entry_gname(ficha), archive_entry_gid(ficha)));
     }
     atributos.conHora = leeHora(ficha, atributos.hora);
     leeExtendidos(atributos, ficha, cuentas);
@@ -95,9 +105,9 @@ bool ponAtributosAlEnlace(int carpeta, const std::string &nombre, const Atributo
     for (const auto &[cual, valor] : atributos.extendidos)
         bien = lsetxattr(ruta.c_str(), cual.c_str(), valor.data(), valor.size(), 0) == 0 && bien;
     if (atributos.conHora)
-        bien = utimensat(carpeta, nombre.c_str(), horas(atributos).data(), AT_SYMLINK_NOFOLLOW) ==
-                   0 &&
-               bien;
+        bien =
+            utimensat(carpeta, nombre.c_str(), horas(atributos).data(), AT_SYMLINK_NOFOLLOW) == 0 &&
+            bien;
     return bien;
 }
 

@@ -19,7 +19,7 @@ struct Atributos {
     uid_t usuario = 0;
     gid_t grupo = 0;
     bool conHora = false;
-    timespec hora{}; ///< of the last change
+    timespec hora{};                                             ///< of the last change
     std::vector<std::pair<std::string, std::string>> extendidos; ///< access lists among them
 
     /// Whether a new file opened with `permisos` as its mode, in a folder that

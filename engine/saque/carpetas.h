@@ -54,7 +54,7 @@ private:
     CarpetaAbierta describe(Descriptor fd, bool nueva);
 
     mode_t permisos;
-    CarpetaAbierta raiz; // not among those that give way to others
+    CarpetaAbierta raiz;           // not among those that give way to others
     std::list<std::string> turnos; // the latest first
     std::unordered_map<std::string_view, Guardada> abiertas; // the keys are in `turnos`
     std::unordered_set<ino_t> repasadas; // those where nothing of a dead run is left

@@ -122,15 +122,14 @@ void Disco::sacaEnlace(archive_entry *ficha, const std::string &como) {
     if (destino == nullptr)
         throw FalloDeEntrada("no dice a qué enlaza");
     pon(
-        como,
-        [&](int carpeta, const char *nombre) { return symlinkat(destino, carpeta, nombre); },
+        como, [&](int carpeta, const char *nombre) { return symlinkat(destino, carpeta, nombre); },
         [&](int carpeta, const std::string &nombre) {
             faltaAlgo = !ponAtributosAlEnlace(carpeta, nombre, atributos);
         });
 }
 
 /// What appears in one step may do so under its own name if that is free.
-template <typename Crea, typename Prepara>
+template<typename Crea, typename Prepara>
 void Disco::pon(const std::string &como, const Crea &crea, const Prepara &prepara) {
     const Lugar sitio = lugar(como);
     const int madre = sitio.carpeta->fd.numero();

@@ -50,7 +50,7 @@ private:
     void sacaCarpeta(archive_entry *ficha, const std::string &como);
     void sacaFichero(LectorTar &lector, archive_entry *ficha, const std::string &como);
     void sacaEnlace(archive_entry *ficha, const std::string &como);
-    template <typename Crea, typename Prepara>
+    template<typename Crea, typename Prepara>
     void pon(const std::string &como, const Crea &crea, const Prepara &prepara);
     void yaNoEsCarpeta(const std::string &ruta);
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <endian.h>
 #include <linux/posix_acl.h>
 #include <linux/posix_acl_xattr.h>
-#include <endian.h>
 #include <optional>
 #include <utility>
 #include <vector>
