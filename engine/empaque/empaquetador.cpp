@@ -33,9 +33,6 @@ void anotaHuecos(archive_entry *ficha, const std::vector<Region> &regiones, std:
         return;
     for (const auto &region : regiones)
         archive_entry_sparse_add_entry(ficha, region.desde, region.hasta - region.desde);
-    // A list without an entry would say that there are no holes.
-    if (regiones.empty())
-        archive_entry_sparse_add_entry(ficha, bytes, 0);
 }
 
 bool distinta(const timespec &a, const timespec &b) {

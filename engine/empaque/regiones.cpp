@@ -30,6 +30,9 @@ std::vector<Region> regionesDe(int fd, const struct stat &estado) {
         hasta = std::min(hasta, bytes);
         regiones.push_back({desde, hasta});
     }
+    // The library writes nonsense for a file that is nothing but a hole.
+    if (regiones.empty())
+        regiones.push_back({bytes - 1, bytes});
     return regiones;
 }
 

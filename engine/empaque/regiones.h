@@ -14,7 +14,8 @@ struct Region {
 };
 
 /// The regions of an open file of this status, in order. A file without holes,
-/// or whose holes cannot be found out, is one region.
+/// or whose holes cannot be found out, is one region; of a mere hole the last
+/// byte is.
 std::vector<Region> regionesDe(int fd, const struct stat &estado);
 
 } // namespace orcalin
