@@ -13,9 +13,10 @@ struct Orden {
     void operator()(const PedidoComprimir &pedido) const { comprime(pedido); }
     void operator()(const PedidoListar &pedido) const { lista(pedido); }
     void operator()(const PedidoExtraer &pedido) const { extrae(pedido); }
+    void operator()(const PedidoComprobar &pedido) const { comprueba(pedido); }
     void operator()(const PedidoTexto &pedido) const {
         Salida salida;
-        salida.linea(pedido.texto);
+        salida.texto(pedido.texto);
         salida.vacia();
     }
 };

@@ -1,6 +1,7 @@
 #include "ordenes/ordenes.h"
 
 #include "comun/fallo.h"
+#include "comun/marcha.h"
 #include "comun/senales.h"
 #include "comun/texto.h"
 #include "saque/extraccion.h"
@@ -44,6 +45,9 @@ void extrae(const PedidoExtraer &pedido) {
     const Archivo archivo(pedido.archivo, pedido.ficheroContrasena);
     entraEn(pedido.destino);
     Avisos avisos;
+    const Marcha marcha("Sacando", [&fichero = archivo.enElDisco()] {
+        return Marcha::Punto{fichero.leidos(), fichero.largo()};
+    });
     if (!Extraccion(archivo, ruta, avisos).saca() && !pedido.todo)
         noEsta(pedido.entrada);
     avisos.remata("sacar bien");

@@ -22,6 +22,9 @@ public:
     /// What the archive holds, without its encryption.
     [[nodiscard]] const Almacen &almacen() const;
 
+    /// The file itself, encrypted or not.
+    [[nodiscard]] const AlmacenFichero &enElDisco() const { return fichero; }
+
     /// The tar stream from its beginning, any number of times. The archive must
     /// outlive it.
     [[nodiscard]] std::unique_ptr<Fuente> tar() const;
