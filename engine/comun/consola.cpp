@@ -3,6 +3,7 @@
 #include "comun/fallo.h"
 #include "comun/medidas.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <unistd.h>
 
@@ -20,14 +21,23 @@ void diceLinea(std::string_view texto) {
     }
 }
 
+Salida::Salida(std::size_t reservaDada)
+    : reserva(std::max(bloque, reservaDada)) {}
+
+bool Salida::olvida() {
+    pendiente.clear();
+    return !empezada;
+}
+
 void Salida::linea(std::string_view texto) {
     pendiente += texto;
     pendiente += '\n';
-    if (pendiente.size() >= bloque)
+    if (pendiente.size() >= reserva)
         vacia();
 }
 
 void Salida::vacia() {
+    empezada = true;
     std::string_view resto = pendiente;
     while (!resto.empty()) {
         const ssize_t escritos = write(STDOUT_FILENO, resto.data(), resto.size());

@@ -27,8 +27,9 @@ bool abre(const Pieza &pieza, Descriptor &fd, struct stat &estado) {
 
 } // namespace
 
-Empaquetador::Empaquetador(EscritorTar &tarDado, Progreso &progresoDado, Avisos &avisosDados)
-    : tar(tarDado)
+Empaquetador::Empaquetador(SumideroMarcos &marcosDados, Progreso &progresoDado, Avisos &avisosDados)
+    : marcos(marcosDados)
+    , tar(marcosDados)
     , progreso(progresoDado)
     , avisos(avisosDados)
     , disco(archive_read_disk_new())
@@ -43,7 +44,12 @@ Empaquetador::Empaquetador(EscritorTar &tarDado, Progreso &progresoDado, Avisos 
 
 void Empaquetador::guarda(const Pieza &pieza) {
     intenta(pieza);
-    progreso.termina(pieza);
+    tar.acabaEntrada();
+    progreso.termina(pieza, marcos.posicion());
+}
+
+void Empaquetador::acaba() {
+    tar.cierra();
 }
 
 void Empaquetador::intenta(const Pieza &pieza) {
@@ -55,13 +61,13 @@ void Empaquetador::intenta(const Pieza &pieza) {
         return falta(pieza, "ha cambiado mientras se guardaba");
     const Ficha nueva = ficha(pieza, fd.numero(), estado);
     const bool conContenido = archive_entry_hardlink(nueva.get()) == nullptr;
+    marcos.entrada(pieza.trato, conContenido ? static_cast<std::uint64_t>(estado.st_size) : 0);
+    const auto lugar = marcos.posicion();
     if (!tar.cabecera(nueva.get()))
         return falta(pieza, "no cabe en este formato");
-    ++cuantas;
+    anota(pieza, estado, lugar);
     if (pieza.clase != S_IFREG || !conContenido)
         return;
-    if (estado.st_nlink > 1)
-        primerosNombres.emplace(Inodo(estado.st_dev, estado.st_ino), pieza.nombre);
     guardaContenido(pieza, fd.numero(), static_cast<std::uint64_t>(estado.st_size));
 }
 
@@ -75,12 +81,35 @@ Ficha Empaquetador::ficha(const Pieza &pieza, int fd, const struct stat &estado)
     archive_entry_unset_atime(nueva.get());
     archive_entry_unset_ctime(nueva.get());
     archive_entry_unset_birthtime(nueva.get());
-    const auto primero = primerosNombres.find(Inodo(estado.st_dev, estado.st_ino));
-    if (pieza.clase == S_IFREG && primero != primerosNombres.end()) {
-        archive_entry_copy_hardlink(nueva.get(), primero->second.c_str());
+    if (const Primero *otro = primero(pieza, estado)) {
+        archive_entry_copy_hardlink(nueva.get(), otro->nombre.c_str());
         archive_entry_unset_size(nueva.get());
     }
     return nueva;
+}
+
+const Empaquetador::Primero *Empaquetador::primero(const Pieza &pieza,
+                                                   const struct stat &estado) const {
+    const auto otro = primeros.find(Inodo(estado.st_dev, estado.st_ino));
+    return pieza.clase == S_IFREG && otro != primeros.end() ? &otro->second : nullptr;
+}
+
+void Empaquetador::anota(const Pieza &pieza, const struct stat &estado, std::uint64_t lugar) {
+    constexpr mode_t bitsDePermiso = 07777;
+    Asiento asiento{pieza.nombre, '-', estado.st_mode & bitsDePermiso, 0, lugar, 0};
+    if (const Primero *otro = primero(pieza, estado)) {
+        asiento.tipo = 'h';
+        asiento.bytes = otro->bytes;
+        asiento.enlazado = otro->lugar;
+    } else if (pieza.clase == S_IFREG) {
+        asiento.bytes = static_cast<std::uint64_t>(estado.st_size);
+        if (estado.st_nlink > 1)
+            primeros.emplace(Inodo(estado.st_dev, estado.st_ino),
+                             Primero{pieza.nombre, lugar, asiento.bytes});
+    } else {
+        asiento.tipo = pieza.clase == S_IFDIR ? 'd' : 'l';
+    }
+    asientos.anade(std::move(asiento));
 }
 
 void Empaquetador::guardaContenido(const Pieza &pieza, int fd, std::uint64_t bytes) {
@@ -94,7 +123,6 @@ void Empaquetador::guardaContenido(const Pieza &pieza, int fd, std::uint64_t byt
             return falta(pieza, "ha menguado mientras se guardaba; el resto va con ceros");
         const auto parte = Octetos(bloque).first(static_cast<std::size_t>(leidos));
         tar.datos(parte);
-        progreso.lee(pieza, parte.size());
         bytes -= parte.size();
     }
 }

@@ -24,9 +24,11 @@ std::uint64_t milesimasDe(std::uint64_t parte, std::uint64_t total) {
 
 Progreso::Progreso(bool seVe, const Plan &plan)
     : visible(seVe) {
+    constexpr std::uint64_t bloque = 512;
     for (const auto &pieza : plan) {
         ficheros += pieza.cuenta() ? 1 : 0;
-        bytes += pieza.bytes;
+        // A header, and the content up to the end of its last block.
+        previstos += bloque + (pieza.bytes + bloque - 1) / bloque * bloque;
     }
 }
 
@@ -35,31 +37,26 @@ void Progreso::derivaClave() const {
         diceLinea("deriving key");
 }
 
-void Progreso::lee(const Pieza &pieza, std::uint64_t cuantos) {
-    leidos += cuantos;
-    bytesDeEsta = std::min(bytesDeEsta + cuantos, pieza.bytes);
-    cuenta();
+void Progreso::termina(const Pieza &pieza, std::uint64_t hasta) {
+    if (pieza.cuenta())
+        finales.push_back(hasta);
 }
 
-void Progreso::termina(const Pieza &pieza) {
-    bytesHechos += pieza.bytes;
-    bytesDeEsta = 0;
-    ficherosHechos += pieza.cuenta() ? 1 : 0;
-    cuenta();
+void Progreso::avanza(std::uint64_t comprimidos) {
+    hechos = comprimidos;
+    for (; !finales.empty() && finales.front() <= hechos; finales.pop_front())
+        ++ficherosHechos;
+    const auto ahora = Reloj::now();
+    if (ahora < proxima)
+        return;
+    proxima = ahora + intervalo;
+    // Extended headers were not foreseen: the end is said by acaba() alone.
+    di(std::min(milesimasDe(hechos, previstos), todo - 1));
 }
 
 void Progreso::acaba() {
+    ficherosHechos = ficheros;
     di(todo);
-}
-
-void Progreso::cuenta() {
-    const auto ahora = Reloj::now();
-    if (!visible || ahora < proxima)
-        return;
-    proxima = ahora + intervalo;
-    // Without a byte to read, files are what there is to go by.
-    di(bytes > 0 ? milesimasDe(bytesHechos + bytesDeEsta, bytes)
-                 : milesimasDe(ficherosHechos, ficheros));
 }
 
 void Progreso::di(std::uint64_t milesimas) {
@@ -67,7 +64,7 @@ void Progreso::di(std::uint64_t milesimas) {
         return;
     diceLinea(std::to_string(ficherosHechos) + "/" + std::to_string(ficheros) + " ficheros (" +
               std::to_string(milesimas / 10) + "." + std::to_string(milesimas % 10) + "%), " +
-              std::to_string(leidos / mebi) + " MiB");
+              std::to_string(hechos / mebi) + " MiB");
 }
 
 } // namespace orcalin
