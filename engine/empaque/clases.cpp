@@ -15,13 +15,13 @@ namespace {
 using namespace std::string_view_literals;
 
 constexpr std::array comprimidas{
-    "7z"sv,   "aac"sv,  "apk"sv,  "avi"sv,   "avif"sv, "br"sv,   "bz2"sv,  "crx"sv,  "deb"sv,
-    "docx"sv, "epub"sv, "flac"sv, "gif"sv,   "gz"sv,   "heic"sv, "jar"sv,  "jpeg"sv, "jpg"sv,
-    "jxl"sv,  "lz4"sv,  "lzma"sv, "m4a"sv,   "m4v"sv,  "mkv"sv,  "mov"sv,  "mp3"sv,  "mp4"sv,
-    "mpeg"sv, "mpg"sv,  "odp"sv,  "ods"sv,   "odt"sv,  "ogg"sv,  "ogv"sv,  "okz"sv,  "opus"sv,
-    "png"sv,  "pptx"sv, "rar"sv,  "rpm"sv,   "svgz"sv, "tgz"sv,  "txz"sv,  "webm"sv, "webp"sv,
-    "whl"sv,  "wmv"sv,  "woff"sv, "woff2"sv, "xlsx"sv, "xz"sv,   "zip"sv,  "zst"sv};
-constexpr std::array binarias{"bmp"sv, "db"sv,   "img"sv, "iso"sv, "mo"sv,     "pyc"sv, "qm"sv,
+    "7z"sv,   "aac"sv,  "apk"sv,  "avi"sv,   "avif"sv, "br"sv,   "bz2"sv, "crx"sv,  "deb"sv,
+    "docx"sv, "epub"sv, "flac"sv, "gif"sv,   "gz"sv,   "heic"sv, "jar"sv, "jpeg"sv, "jpg"sv,
+    "jxl"sv,  "lz4"sv,  "lzma"sv, "m4a"sv,   "m4v"sv,  "mkv"sv,  "mov"sv, "mp3"sv,  "mp4"sv,
+    "mpeg"sv, "mpg"sv,  "odp"sv,  "ods"sv,   "odt"sv,  "ogg"sv,  "ogv"sv, "okz"sv,  "opus"sv,
+    "png"sv,  "pptx"sv, "rar"sv,  "rpm"sv,   "svgz"sv, "tgz"sv,  "txz"sv, "webm"sv, "webp"sv,
+    "whl"sv,  "wmv"sv,  "woff"sv, "woff2"sv, "xlsx"sv, "xz"sv,   "zip"sv, "zst"sv};
+constexpr std::array binarias{"bmp"sv, "db"sv,     "img"sv, "iso"sv, "mo"sv,   "pyc"sv, "qm"sv,
                               "raw"sv, "sqlite"sv, "tar"sv, "tif"sv, "tiff"sv, "ttf"sv, "wav"sv};
 static_assert(std::is_sorted(comprimidas.begin(), comprimidas.end()));
 
@@ -42,7 +42,8 @@ Trato porMaquina(unsigned maquina) {
 /// Text has no zero bytes; machine code says for which machine.
 Trato porContenido(const std::string &ruta) {
     std::array<unsigned char, 512> inicio{};
-    const Descriptor fd(open(ruta.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const Descriptor fd(
+        open(ruta.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     const ssize_t leidos = fd.valido() ? read(fd.numero(), inicio.data(), inicio.size()) : 0;
     if (leidos <= 0)
         return Trato::otro;

@@ -38,9 +38,9 @@ private:
     bool visible;
     std::uint64_t ficheros = 0;
     std::uint64_t ficherosHechos = 0;
-    std::uint64_t previstos = 0;        // bytes of the whole stream, more or less
-    std::uint64_t hechos = 0;           // bytes of it that are compressed
-    std::deque<std::uint64_t> finales;  // of the files that are still to be counted
+    std::uint64_t previstos = 0;       // bytes of the whole stream, more or less
+    std::uint64_t hechos = 0;          // bytes of it that are compressed
+    std::deque<std::uint64_t> finales; // of the files that are still to be counted
     Reloj::time_point proxima;
 };
 

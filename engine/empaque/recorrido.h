@@ -13,10 +13,10 @@ namespace orcalin {
 
 /// One thing to pack, as it was found.
 struct Pieza {
-    std::string origen;      ///< its path on the disk
-    std::string nombre;      ///< its path in the archive
-    mode_t clase = 0;        ///< S_IFREG, S_IFDIR or S_IFLNK
-    std::uint64_t bytes = 0; ///< of content to read; 0 for a second name of a file
+    std::string origen;        ///< its path on the disk
+    std::string nombre;        ///< its path in the archive
+    mode_t clase = 0;          ///< S_IFREG, S_IFDIR or S_IFLNK
+    std::uint64_t bytes = 0;   ///< of content to read; 0 for a second name of a file
     Trato trato = Trato::otro; ///< of a regular file
 
     /// Folders are no files to whoever counts files.

@@ -34,9 +34,9 @@ public:
 /// How to make an archive.
 struct Compresion {
     Envase envase = Envase::zstd;
-    std::size_t marco = 0;   ///< most bytes of the tar stream in a frame
-    std::size_t aparte = 0;  ///< from this size on a frame is not shared between kinds
-    unsigned obreros = 1;    ///< threads that fit into the memory meant for them
+    std::size_t marco = 0;  ///< most bytes of the tar stream in a frame
+    std::size_t aparte = 0; ///< from this size on a frame is not shared between kinds
+    unsigned obreros = 1;   ///< threads that fit into the memory meant for them
     std::function<std::unique_ptr<Compresor>()> compresor;
 };
 

@@ -17,9 +17,9 @@ constexpr std::size_t largoBocado = 256 * kibi;
 
 lzma_options_lzma ajustes(Trato trato) {
     lzma_options_lzma lzma{};
-    lzma_lzma_preset(&lzma, LZMA_PRESET_DEFAULT + 3 | LZMA_PRESET_EXTREME);
+    lzma_lzma_preset(&lzma, 9 | LZMA_PRESET_EXTREME);
     lzma.dict_size = diccionario;
-    lzma.nice_len = LZMA_MATCH_LEN_MAX;
+    lzma.nice_len = 273; // as long as a match can be
     if (trato == Trato::texto) {
         // Letters follow from letters and have no alignment.
         lzma.lc = LZMA_LCLP_MAX;

@@ -61,8 +61,8 @@ void CompresorZstd::ajusta(int como) {
 /// hundredth of the time.
 bool CompresorZstd::cede(Octetos crudo) {
     ajusta(1);
-    const std::size_t largo = comprobado(ZSTD_compress2(contexto.get(), salida.data(),
-                                                        salida.size(), crudo.data(), crudo.size()));
+    const std::size_t largo = comprobado(
+        ZSTD_compress2(contexto.get(), salida.data(), salida.size(), crudo.data(), crudo.size()));
     return largo < crudo.size() - crudo.size() / 50;
 }
 

@@ -40,7 +40,6 @@ public:
 /// Where bytes go in the end: a file, or an encryption above one.
 class Sumidero : public Receptor {
 public:
-
     /// Completes what was written and closes the sink below, down to the file.
     /// To be called once; a sink that is destroyed without it was given up.
     virtual void cierra() = 0;

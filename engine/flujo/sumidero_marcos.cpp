@@ -10,7 +10,8 @@ constexpr std::chrono::milliseconds latido{100};
 
 } // namespace
 
-SumideroMarcos::SumideroMarcos(Receptor &abajoDado, Compresion compresionDada, AlAvanzar alAvanzarDado)
+SumideroMarcos::SumideroMarcos(Receptor &abajoDado, Compresion compresionDada,
+                               AlAvanzar alAvanzarDado)
     : abajo(abajoDado)
     , compresion(std::move(compresionDada))
     , alAvanzar(std::move(alAvanzarDado)) {}

@@ -7,11 +7,11 @@ namespace orcalin {
 
 /// What the index says of an entry.
 struct Asiento {
-    std::string ruta;          ///< as in the tar stream, normalised
-    char tipo = '-';           ///< '-', 'd', 'l' or 'h'
-    unsigned permisos = 0;     ///< the 12 permission bits
-    std::uint64_t bytes = 0;   ///< of content; of a hard link, of what it names
-    std::uint64_t lugar = 0;   ///< of its first header in the tar stream
+    std::string ruta;           ///< as in the tar stream, normalised
+    char tipo = '-';            ///< '-', 'd', 'l' or 'h'
+    unsigned permisos = 0;      ///< the 12 permission bits
+    std::uint64_t bytes = 0;    ///< of content; of a hard link, of what it names
+    std::uint64_t lugar = 0;    ///< of its first header in the tar stream
     std::uint64_t enlazado = 0; ///< of a hard link: the place of the file it names
 };
 

@@ -77,8 +77,8 @@ bool Indice::siguiente(Asiento &asiento) {
     while (asiento.ruta.size() < igual + resto) {
         if (pendiente.empty() && !repone())
             danado();
-        const auto parte =
-            pendiente.first(std::min<std::size_t>(pendiente.size(), igual + resto - asiento.ruta.size()));
+        const auto parte = pendiente.first(
+            std::min<std::size_t>(pendiente.size(), igual + resto - asiento.ruta.size()));
         asiento.ruta.append(reinterpret_cast<const char *>(parte.data()), parte.size());
         pendiente = pendiente.subspan(parte.size());
     }

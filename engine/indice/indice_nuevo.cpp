@@ -16,7 +16,8 @@ std::size_t comun(const std::string &una, const std::string &otra) {
         std::mismatch(una.begin(), una.end(), otra.begin(), otra.end()).first - una.begin());
 }
 
-void codificaUno(std::vector<unsigned char> &en, const Asiento &asiento, const std::string &previa) {
+void codificaUno(std::vector<unsigned char> &en, const Asiento &asiento,
+                 const std::string &previa) {
     const std::size_t igual = comun(previa, asiento.ruta);
     ponVariable(en, igual);
     ponVariable(en, asiento.ruta.size() - igual);

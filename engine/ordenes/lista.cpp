@@ -27,7 +27,8 @@ std::string linea(const Asiento &asiento) {
     std::string texto(1, asiento.tipo);
     constexpr unsigned bits = 3;
     for (int i = 3; i >= 0; --i)
-        texto += static_cast<char>('0' + (asiento.permisos >> static_cast<unsigned>(i) * bits & 7U));
+        texto +=
+            static_cast<char>('0' + (asiento.permisos >> static_cast<unsigned>(i) * bits & 7U));
     std::array<char, 20> cifras{};
     const auto fin = std::to_chars(cifras.data(), cifras.data() + cifras.size(), asiento.bytes).ptr;
     const auto largo = static_cast<std::size_t>(fin - cifras.data());
@@ -66,7 +67,8 @@ std::vector<Asiento> recorre(const Archivo &archivo) {
         auto bytes = static_cast<std::uint64_t>(entrada.bytes);
         if (entrada.tipo == '-')
             ficheros[entrada.ruta] = bytes;
-        else if (const auto i = ficheros.find(entrada.enlace); entrada.tipo == 'h' && i != ficheros.end())
+        else if (const auto i = ficheros.find(entrada.enlace);
+                 entrada.tipo == 'h' && i != ficheros.end())
             bytes = i->second;
         asientos.push_back({std::move(entrada.ruta), entrada.tipo, entrada.permisos, bytes});
     }

@@ -2,6 +2,7 @@
 
 #include "cifrado/cabecera_age.h"
 #include "cifrado/contrasena.h"
+#include "cifrado/llavero.h"
 #include "comun/fallo.h"
 #include "comun/medidas.h"
 #include "flujo/fuente_adelantada.h"
@@ -28,8 +29,8 @@ std::optional<Envase> envaseDe(const Almacen &almacen) {
     constexpr std::array<unsigned char, 6> xz{0xfd, '7', 'z', 'X', 'Z', 0};
     if (inicio == xz)
         return Envase::xz;
-    const auto es = [&inicio](unsigned primero, unsigned mascara, unsigned segundo, unsigned tercero,
-                              unsigned cuarto) {
+    const auto es = [&inicio](unsigned primero, unsigned mascara, unsigned segundo,
+                              unsigned tercero, unsigned cuarto) {
         return (inicio[0] & mascara) == primero && inicio[1] == segundo && inicio[2] == tercero &&
                inicio[3] == cuarto;
     };
@@ -57,7 +58,7 @@ Archivo::Archivo(const std::filesystem::path &ruta, const std::string &ficheroCo
     if (texto.starts_with(marcaAge)) {
         const CabeceraAge cabecera = CabeceraAge::lee(texto);
         descifrado.emplace(fichero, cabecera.largo(),
-                           cabecera.abre(leeContrasena(ficheroContrasena)));
+                           claveDe(cabecera, leeContrasena(ficheroContrasena)));
     }
     envase = envaseDe(almacen());
     // Without encryption such a file is somebody else's, and has another name.
@@ -72,10 +73,10 @@ const Almacen &Archivo::almacen() const {
 }
 
 std::unique_ptr<Indice> Archivo::indice() const {
-    const auto rotulo = envase ? leeRotulo(almacen(), *envase) : std::nullopt;
-    if (!rotulo)
-        return nullptr;
     try {
+        const auto rotulo = envase ? leeRotulo(almacen(), *envase) : std::nullopt;
+        if (!rotulo)
+            return nullptr;
         return std::make_unique<Indice>(almacen(), *envase, *rotulo);
     } catch (const Fallo &) {
         // The stream has it all, and tells what is wrong with the file itself.

@@ -25,7 +25,7 @@ public:
     [[nodiscard]] const Almacen &almacen() const;
 
     /// Its index, at the beginning; null if there is none or it makes no sense.
-    /// The archive must outlive it. Throws Fallo if the file cannot be read.
+    /// The archive must outlive it.
     [[nodiscard]] std::unique_ptr<Indice> indice() const;
 
     /// The tar stream from its beginning, any number of times, read ahead by a

@@ -52,8 +52,8 @@ private:
     Avisos &avisos;
     Disco disco;
     bool algo = false;
-    std::unordered_set<std::string> sacados;    // regular files
-    std::map<std::string, std::string> enlaces; // every hard link and its target
+    std::unordered_set<std::string> sacados;                    // regular files
+    std::map<std::string, std::string> enlaces;                 // every hard link and its target
     std::map<std::string, std::vector<std::string>> pendientes; // file wanted, the links' paths
 };
 

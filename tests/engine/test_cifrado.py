@@ -1,11 +1,14 @@
 """Encrypted archives: the password, the header, the chunks."""
 
+import os
 import re
+import resource
 import struct
+import subprocess
 import time
 import unittest
 
-from motor import Caso, ESCASO, age, desordenado
+from motor import Caso, ESCASO, MOTOR, age, desordenado
 
 SELLADO = 64 * 1024 + 16
 MALA = "contraseña incorrecta"
@@ -54,6 +57,47 @@ class Contrasena(Caso):
         self.cifra(self.clave)
         self.assertNotEqual(uno[:100], self.okz.read_bytes()[:100])
         self.assertNotEqual(uno[-100:], self.okz.read_bytes()[-100:])
+
+
+    def test_ni_volcados_ni_miradas(self):
+        como = self.como_nadie()
+        for ruta in (self.d, self.clave):
+            os.chmod(ruta, 0o777)
+        p = subprocess.Popen([MOTOR, "compress", self.clave, "-o", self.okz, "--encrypt",
+                              "--password-file", self.clave, "--progress"],
+                             stderr=subprocess.PIPE, **como)
+        with p:
+            self.assertEqual(p.stderr.readline(), b"deriving key\n")
+            # Only of a process that can be dumped and traced does it belong to the user.
+            self.assertEqual(os.stat(f"/proc/{p.pid}/mem").st_uid, 0)
+
+
+@unittest.skipUnless(os.path.exists("/proc/keys"), "the kernel keeps no keys")
+class Llavero(Caso):
+    def segundos(self, *argumentos, falla=False, entorno=None):
+        def total():
+            r = resource.getrusage(resource.RUSAGE_CHILDREN)
+            return r.ru_utime + r.ru_stime
+        antes = total()
+        self.corre("list", self.okz, "--password-file", *argumentos, falla=falla,
+                   env={**os.environ, **(entorno or {})})
+        return total() - antes
+
+    def test_la_derivacion_se_paga_una_vez(self):
+        orden = ("compress", "--level", "1", "--encrypt", "--password-file", self.clave)
+        otra = self.d / "otra"
+        otra.write_text("tres tristes tigres")
+        self.corre(*orden, otra, "-o", self.okz)
+        entera = self.segundos(self.clave)
+        self.assertLess(self.segundos(self.clave), entera / 3)
+        self.assertGreater(self.segundos(self.clave, entorno={"ORCALIN_SIN_LLAVERO": "1"}), entera / 2)
+        self.assertGreater(self.segundos(otra, falla=True), entera / 2)
+        self.assertLess(self.segundos(self.clave), entera / 3)
+        self.corre(*orden, otra, "-o", self.okz)  # the same password, another archive
+        self.assertGreater(self.segundos(self.clave), entera / 2)
+        with open("/proc/keys", encoding="ascii") as llaves:
+            for linea in [l for l in llaves if "orcalin:" in l and ": 150" in l]:
+                self.assertRegex(linea, r" (1m|\d+s|expd) 3b000000 ")
 
 
 class Manipulado(Caso):
