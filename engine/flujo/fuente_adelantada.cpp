@@ -53,21 +53,32 @@ bool FuenteAdelantada::repone() {
 
 void FuenteAdelantada::adelanta() {
     std::exception_ptr ultimo;
-    try {
-        Bloque bloque;
-        while (deja(bloque)) {
-            bloque.resize(largoBloque);
-            bloque.resize(llena(*lenta, bloque));
-            if (bloque.empty())
-                break;
-        }
-    } catch (...) {
-        ultimo = std::current_exception();
+    Bloque bloque;
+    while (deja(bloque) && !ultimo && lee(bloque, ultimo)) {
     }
     const std::lock_guard guarda(cerrojo);
     fallo = ultimo;
     terminada = true;
     cambio.notify_all();
+}
+
+/// Fills `bloque` as far as the data go: what comes before damage is handed
+/// over, too. False if there is none.
+bool FuenteAdelantada::lee(Bloque &bloque, std::exception_ptr &ultimo) {
+    bloque.resize(largoBloque);
+    std::size_t hay = 0;
+    try {
+        while (hay < bloque.size()) {
+            const auto leidos = lenta->lee(Hueco(bloque).subspan(hay));
+            if (leidos == 0)
+                break;
+            hay += leidos;
+        }
+    } catch (...) {
+        ultimo = std::current_exception();
+    }
+    bloque.resize(hay);
+    return hay > 0;
 }
 
 /// Hands over a block, if it has anything in it, and takes a free one in its

@@ -25,6 +25,7 @@ private:
     using Bloque = std::vector<unsigned char>;
 
     void adelanta();
+    bool lee(Bloque &bloque, std::exception_ptr &ultimo);
     bool deja(Bloque &bloque);
     bool repone();
 

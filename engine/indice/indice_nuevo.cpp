@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <lzma.h>
+#include <memory>
+#include <new>
 #include <zstd.h>
 
 namespace orcalin {
@@ -33,9 +35,15 @@ void codificaUno(std::vector<unsigned char> &en, const Asiento &asiento,
 
 std::vector<unsigned char> comprimeZstd(const std::vector<unsigned char> &crudo) {
     constexpr int nivel = 9; // more gains little and is felt in a big archive
+    const std::unique_ptr<ZSTD_CCtx, decltype(&ZSTD_freeCCtx)> contexto(ZSTD_createCCtx(),
+                                                                        ZSTD_freeCCtx);
+    if (!contexto)
+        throw std::bad_alloc();
+    ZSTD_CCtx_setParameter(contexto.get(), ZSTD_c_compressionLevel, nivel);
+    ZSTD_CCtx_setParameter(contexto.get(), ZSTD_c_checksumFlag, 1);
     std::vector<unsigned char> hecho(ZSTD_compressBound(crudo.size()));
     const std::size_t largo =
-        ZSTD_compress(hecho.data(), hecho.size(), crudo.data(), crudo.size(), nivel);
+        ZSTD_compress2(contexto.get(), hecho.data(), hecho.size(), crudo.data(), crudo.size());
     // The frame's length is told in 32 bits.
     if (ZSTD_isError(largo) != 0 || largo > UINT32_MAX)
         throw Fallo("la compresión ha fallado");
@@ -45,10 +53,11 @@ std::vector<unsigned char> comprimeZstd(const std::vector<unsigned char> &crudo)
     return marco;
 }
 
+/// Its checksum is of another kind than that of the data: by that they are told apart.
 std::vector<unsigned char> comprimeXz(const std::vector<unsigned char> &crudo) {
     std::vector<unsigned char> hecho(lzma_stream_buffer_bound(crudo.size()));
     std::size_t largo = 0;
-    if (lzma_easy_buffer_encode(LZMA_PRESET_DEFAULT, LZMA_CHECK_CRC64, nullptr, crudo.data(),
+    if (lzma_easy_buffer_encode(LZMA_PRESET_DEFAULT, LZMA_CHECK_CRC32, nullptr, crudo.data(),
                                 crudo.size(), hecho.data(), &largo, hecho.size()) != LZMA_OK)
         throw Fallo("la compresión ha fallado");
     hecho.resize(largo);

@@ -39,7 +39,7 @@ std::optional<Envase> envaseDe(const Almacen &almacen) {
     return {};
 }
 
-Descriptor abre(const std::filesystem::path &ruta) {
+Descriptor abierto(const std::filesystem::path &ruta) {
     Descriptor fd(open(ruta.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!fd.valido())
         falla("no se puede abrir el archivo", errno);
@@ -51,7 +51,7 @@ Descriptor abre(const std::filesystem::path &ruta) {
 // Neither the archive's name nor its path is in these messages: whoever asked
 // knows them, and they may contain any word.
 Archivo::Archivo(const std::filesystem::path &ruta, const std::string &ficheroContrasena)
-    : fichero(abre(ruta)) {
+    : fichero(abierto(ruta)) {
     std::array<unsigned char, cabeceraMaxima> memoria{};
     const auto inicio = Octetos(memoria).first(fichero.lee(0, memoria));
     const std::string_view texto(reinterpret_cast<const char *>(inicio.data()), inicio.size());

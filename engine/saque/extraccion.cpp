@@ -25,7 +25,10 @@ Extraccion::Extraccion(const Archivo &archivoDado, std::string rutaPedida, Aviso
     , avisos(avisosDados) {}
 
 bool Extraccion::saca() {
-    if (pedida.empty() || !porIndice())
+    const bool todo = pedida.empty();
+    if (todo && !archivo.indice())
+        avisaSinIndice(avisos);
+    if (todo || !porIndice())
         recorre();
     disco.acaba();
     return algo;
