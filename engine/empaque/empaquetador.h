@@ -3,6 +3,7 @@
 #include "comun/avisos.h"
 #include "empaque/progreso.h"
 #include "empaque/recorrido.h"
+#include "empaque/regiones.h"
 #include "flujo/descriptor.h"
 #include "flujo/sumidero_marcos.h"
 #include "indice/indice_nuevo.h"
@@ -45,9 +46,12 @@ private:
 
     void intenta(const Pieza &pieza);
     [[nodiscard]] Ficha ficha(const Pieza &pieza, int fd, const struct stat &estado) const;
-    void guardaContenido(const Pieza &pieza, int fd, std::uint64_t bytes);
     [[nodiscard]] const Primero *primero(const Pieza &pieza, const struct stat &estado) const;
     void anota(const Pieza &pieza, const struct stat &estado, std::uint64_t lugar);
+    void guardaContenido(const Pieza &pieza, int fd, const std::vector<Region> &regiones);
+    bool guardaRegion(const Pieza &pieza, int fd, Region region);
+    void guardaHueco(std::int64_t bytes);
+    void comparaConAntes(const Pieza &pieza, int fd, const struct stat &antes);
     void falta(const Pieza &pieza, const std::string &porque);
 
     SumideroMarcos &marcos;

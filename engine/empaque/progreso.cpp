@@ -1,6 +1,7 @@
 #include "empaque/progreso.h"
 
 #include "comun/consola.h"
+#include "comun/marcha.h"
 #include "comun/medidas.h"
 
 #include <algorithm>
@@ -22,8 +23,11 @@ std::uint64_t milesimasDe(std::uint64_t parte, std::uint64_t total) {
 
 } // namespace
 
-Progreso::Progreso(bool seVe, const Plan &plan)
-    : visible(seVe) {
+Progreso::Progreso(bool pedido, const Plan &plan)
+    : modo(hayTerminal() ? Modo::EnElSitio
+           : pedido      ? Modo::Lineas
+                         : Modo::Nada)
+    , inicio(Reloj::now()) {
     constexpr std::uint64_t bloque = 512;
     for (const auto &pieza : plan) {
         ficheros += pieza.cuenta() ? 1 : 0;
@@ -32,9 +36,16 @@ Progreso::Progreso(bool seVe, const Plan &plan)
     }
 }
 
+Progreso::~Progreso() {
+    if (modo == Modo::EnElSitio)
+        borraRenglon();
+}
+
 void Progreso::derivaClave() const {
-    if (visible)
+    if (modo == Modo::Lineas)
         diceLinea("deriving key");
+    if (modo == Modo::EnElSitio)
+        redibuja("Preparando el cifrado...");
 }
 
 void Progreso::termina(const Pieza &pieza, std::uint64_t hasta) {
@@ -60,11 +71,15 @@ void Progreso::acaba() {
 }
 
 void Progreso::di(std::uint64_t milesimas) {
-    if (!visible)
-        return;
-    diceLinea(std::to_string(ficherosHechos) + "/" + std::to_string(ficheros) + " ficheros (" +
-              std::to_string(milesimas / 10) + "." + std::to_string(milesimas % 10) + "%), " +
-              std::to_string(hechos / mebi) + " MiB");
+    const std::string cuenta =
+        std::to_string(ficherosHechos) + "/" + std::to_string(ficheros) + " ficheros";
+    const std::string mebis = std::to_string(hechos / mebi) + " MiB";
+    if (modo == Modo::Lineas)
+        diceLinea(cuenta + " (" + std::to_string(milesimas / 10) + "." +
+                  std::to_string(milesimas % 10) + "%), " + mebis);
+    if (modo == Modo::EnElSitio)
+        redibuja(
+            renglonDeMarcha("Guardando", milesimas, cuenta + ", " + mebis, Reloj::now() - inicio));
 }
 
 } // namespace orcalin

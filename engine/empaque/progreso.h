@@ -11,11 +11,15 @@ namespace orcalin {
 /// Tells on standard error how far the packing has come, about ten times a
 /// second: `12/40 ficheros (30.5%), 7 MiB`. It goes by the stream that has been
 /// compressed, because reading is far ahead of that. The percentage never goes
-/// back or past 100.0.
+/// back or past 100.0. That is for programs; on a terminal a line for people is
+/// redrawn in place.
 class Progreso {
 public:
-    /// Silent unless `visible`.
-    Progreso(bool visible, const Plan &plan);
+    /// Where there is no terminal, silent unless `pedido`.
+    Progreso(bool pedido, const Plan &plan);
+    Progreso(const Progreso &) = delete;
+    Progreso &operator=(const Progreso &) = delete;
+    ~Progreso();
 
     /// That the key is being derived, which takes a while.
     void derivaClave() const;
@@ -35,7 +39,10 @@ private:
 
     void di(std::uint64_t milesimas);
 
-    bool visible;
+    enum class Modo { Nada, Lineas, EnElSitio };
+
+    Modo modo;
+    Reloj::time_point inicio;
     std::uint64_t ficheros = 0;
     std::uint64_t ficherosHechos = 0;
     std::uint64_t previstos = 0;       // bytes of the whole stream, more or less

@@ -42,6 +42,7 @@ std::size_t AlmacenFichero::lee(std::uint64_t desde, Hueco hueco) const {
             throw Fallo("el archivo ha menguado mientras se leía");
         total += static_cast<std::size_t>(leidos);
     }
+    cuenta.fetch_add(total, std::memory_order_relaxed);
     return total;
 }
 

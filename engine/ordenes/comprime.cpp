@@ -18,7 +18,7 @@ void escribe(Sumidero &abajo, const Compresion &compresion, const Plan &plan, Pr
         empaquetador.guarda(pieza);
     // An archive of nothing must not take the place of an old one of something.
     if (empaquetador.indice().entradas() == 0) {
-        avisos.remata("no se pudieron guardar");
+        avisos.remata("guardar");
         throw Fallo("no hay nada que guardar");
     }
     empaquetador.acaba();
@@ -50,7 +50,7 @@ void comprime(const PedidoComprimir &pedido) {
     const auto compresion = pedido.maximo ? compresionMaxima() : compresionHabitual(pedido.nivel);
     escribe(*abajo, compresion, plan, progreso, avisos);
     progreso.acaba();
-    avisos.remata("no se pudieron guardar bien");
+    avisos.remata("guardar bien");
 }
 
 } // namespace orcalin

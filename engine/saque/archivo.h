@@ -24,6 +24,9 @@ public:
     /// What the archive holds, without its encryption.
     [[nodiscard]] const Almacen &almacen() const;
 
+    /// The file itself, encrypted or not.
+    [[nodiscard]] const AlmacenFichero &enElDisco() const { return fichero; }
+
     /// Its index, at the beginning; null if there is none or it makes no sense.
     /// The archive must outlive it.
     [[nodiscard]] std::unique_ptr<Indice> indice() const;

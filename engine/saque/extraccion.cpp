@@ -31,6 +31,8 @@ bool Extraccion::saca() {
     if (todo || !porIndice())
         recorre();
     disco.acaba();
+    if (disco.incompleta())
+        avisos.avisa("alguna carpeta ha salido sin todos sus atributos");
     return algo;
 }
 
