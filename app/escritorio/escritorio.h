@@ -8,6 +8,7 @@
 #include <optional>
 
 class Saque;
+struct Ficha;
 
 /// What the desktop gives to the application. One implementation talks to the
 /// real desktop; tests bring their own. Called on the main thread. The panels
@@ -50,9 +51,9 @@ public:
     /// user sees it. Plain text.
     virtual void avisa(const QString &titulo, const QString &texto) = 0;
 
-    /// What to do when the user answers such a notice: come to the front, with
-    /// the activation token that the desktop gave for it (empty without one).
-    virtual void alVolver(std::function<void(const QString &ficha)> hacer) = 0;
+    /// What to do when the user answers such a notice: come to the front, by
+    /// what the desktop gave for it.
+    virtual void alVolver(std::function<void(const Ficha &ficha)> hacer) = 0;
 
     /// Lets the mouse, whose button is held, carry what is being taken out to
     /// another program, with `rotulo` beside the pointer. Returns when the mouse

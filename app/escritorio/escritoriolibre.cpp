@@ -109,7 +109,7 @@ void EscritorioLibre::avisa(const QString &titulo, const QString &texto) {
         m_notificaciones.muestra(titulo, texto);
 }
 
-void EscritorioLibre::alVolver(std::function<void(const QString &)> hacer) {
+void EscritorioLibre::alVolver(std::function<void(const Ficha &)> hacer) {
     m_notificaciones.alVolver = std::move(hacer);
 }
 

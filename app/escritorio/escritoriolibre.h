@@ -28,7 +28,7 @@ public:
 
     void avanza(std::optional<double> parte) override;
     void avisa(const QString &titulo, const QString &texto) override;
-    void alVolver(std::function<void(const QString &ficha)> hacer) override;
+    void alVolver(std::function<void(const Ficha &ficha)> hacer) override;
     bool arrastra(Saque &saque, const QString &rotulo) override;
 
 private:

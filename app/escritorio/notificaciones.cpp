@@ -57,7 +57,7 @@ void Notificaciones::notifica(const QString &titulo, const QString &texto) {
                                      acciones, indicios, kComoSiempre}),
                     [this](const QDBusMessage &respuesta) {
                         m_id = respuesta.arguments().value(0).toUInt();
-                        m_ficha.clear();
+                        m_ficha = {};
                     });
 }
 
@@ -66,10 +66,11 @@ void Notificaciones::retira() {
         llamaSinEsperar(this, orden("CloseNotification", {id}), [](const QDBusMessage &) {});
 }
 
-// Comes before the answer that it is for.
+// Comes before the answer that it is for, in the terms of the display system
+// at hand; the other looks at its own only.
 void Notificaciones::autorizada(uint id, const QString &ficha) {
     if (id == m_id)
-        m_ficha = ficha;
+        m_ficha = {ficha.toUtf8(), ficha.toUtf8()};
 }
 
 void Notificaciones::contestada(uint id, const QString &accion) {

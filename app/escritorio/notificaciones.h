@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ficha.h"
+
 #include <QObject>
 
 #include <functional>
@@ -11,8 +13,8 @@ class Notificaciones : public QObject {
     Q_OBJECT
 
 public:
-    /// What to do when the user answers one, with the activation token for it.
-    std::function<void(const QString &ficha)> alVolver = [](const QString &) {};
+    /// What to do when the user answers one, with what came along for it.
+    std::function<void(const Ficha &ficha)> alVolver = [](const Ficha &) {};
 
     /// Shows one; plain text. It goes when the application comes to the front.
     void muestra(const QString &titulo, const QString &texto);
@@ -28,5 +30,5 @@ private:
 
     bool m_escucha = false;
     uint m_id = 0; // of the one that was shown last, 0 for none
-    QString m_ficha;
+    Ficha m_ficha;
 };

@@ -21,7 +21,6 @@ public:
 
     QList<std::optional<double>> partes;
     QStringList avisos;
-    std::function<void(const QString &)> vuelve;
     std::function<bool(Saque &, const QString &)> lleva; ///< what the mouse does
 
     std::function<void()> entretanto = [] {}; ///< while a panel is open
@@ -53,6 +52,6 @@ public:
     void avisa(const QString &titulo, const QString &texto) override {
         avisos.append(titulo + QStringLiteral(": ") + texto);
     }
-    void alVolver(std::function<void(const QString &)> hacer) override { vuelve = std::move(hacer); }
+    void alVolver(std::function<void(const Ficha &)>) override {}
     bool arrastra(Saque &saque, const QString &rotulo) override { return lleva(saque, rotulo); }
 };
