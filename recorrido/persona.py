@@ -46,12 +46,12 @@ def teclea(texto):
                    input=texto.encode(), check=True)
 
 
-def _todos(nodo):
+def todos(nodo):
     yield nodo
     for i in range(nodo.get_child_count()):
         hijo = nodo.get_child_at_index(i)
         if hijo is not None:
-            yield from _todos(hijo)
+            yield from todos(hijo)
 
 
 class Proceso:
@@ -105,7 +105,7 @@ class Aplicacion:
     def visibles(self):
         """Every control on screen as (role, name, node)."""
         self.raiz.clear_cache()
-        for nodo in _todos(self.raiz):
+        for nodo in todos(self.raiz):
             if nodo is self.raiz or nodo.get_state_set().contains(Atspi.StateType.SHOWING):
                 # Qt hides a password field's name together with its text.
                 yield nodo.get_role_name(), nodo.get_name() or nodo.get_description(), nodo

@@ -51,10 +51,10 @@ public:
             return true;
         }
         // Where it was let go is where it falls.
-        return m_soltado && (suceso->type() == QEvent::MouseMove ||
-                             suceso->type() == QEvent::MouseButtonPress ||
-                             suceso->type() == QEvent::MouseButtonDblClick ||
-                             suceso->type() == QEvent::MouseButtonRelease);
+        return m_soltado &&
+               (suceso->type() == QEvent::MouseMove || suceso->type() == QEvent::MouseButtonPress ||
+                suceso->type() == QEvent::MouseButtonDblClick ||
+                suceso->type() == QEvent::MouseButtonRelease);
     }
 
 private:
@@ -65,11 +65,10 @@ private:
         if (ventana == nullptr)
             return;
         const QPointF aqui = QCursor::pos();
-        QCoreApplication::postEvent(ventana, new QMouseEvent(QEvent::MouseMove,
-                                                             ventana->mapFromGlobal(aqui), aqui,
-                                                             Qt::NoButton,
-                                                             QGuiApplication::mouseButtons(),
-                                                             QGuiApplication::keyboardModifiers()));
+        QCoreApplication::postEvent(
+            ventana,
+            new QMouseEvent(QEvent::MouseMove, ventana->mapFromGlobal(aqui), aqui, Qt::NoButton,
+                            QGuiApplication::mouseButtons(), QGuiApplication::keyboardModifiers()));
     }
 
     void acaba() {

@@ -39,13 +39,12 @@ void Notificaciones::escucha() {
 // Some daemons take the text for markup, and names may hold anything.
 void Notificaciones::muestra(const QString &titulo, const QString &texto) {
     escucha();
-    llamaSinEsperar(this, orden("GetCapabilities"),
-                    [this, titulo, texto](const QDBusMessage &respuesta) {
-                        const QStringList sabe = respuesta.arguments().value(0).toStringList();
-                        notifica(titulo, sabe.contains(QStringLiteral("body-markup"))
-                                             ? texto.toHtmlEscaped()
-                                             : texto);
-                    });
+    llamaSinEsperar(
+        this, orden("GetCapabilities"), [this, titulo, texto](const QDBusMessage &respuesta) {
+            const QStringList sabe = respuesta.arguments().value(0).toStringList();
+            notifica(titulo,
+                     sabe.contains(QStringLiteral("body-markup")) ? texto.toHtmlEscaped() : texto);
+        });
 }
 
 void Notificaciones::notifica(const QString &titulo, const QString &texto) {

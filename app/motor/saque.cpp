@@ -93,8 +93,8 @@ void Saque::acabaUna(const Proceso::Final &fin) {
     const qsizetype i = m_copias.size();
     const auto copia = copia::busca(carpetaDe(i), m_rutas[i].toUtf8(), copia::Enlaces::Tal);
     if (fin.estado != 0 || !copia)
-        return acaba(lineas::primerError(
-            lineas::texto(fin.error), QStringLiteral("No se pudo sacar «%1».").arg(m_rutas[i])));
+        return acaba(lineas::primerError(lineas::texto(fin.error),
+                                         QStringLiteral("No se pudo sacar «%1».").arg(m_rutas[i])));
     m_copias.append(*copia);
     sacaOtra();
 }

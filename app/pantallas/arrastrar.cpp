@@ -16,9 +16,8 @@ void Explorador::arrastrar(int fila) {
         m_filas.elige(fila);
     const auto indices = m_filas.indicesElegidos();
     m_filas.ponArrastradas(indices);
-    const QString rotulo = indices.size() == 1
-                               ? m_filas.entrada(fila).nombre()
-                               : QStringLiteral("%1 elementos").arg(indices.size());
+    const QString rotulo = indices.size() == 1 ? m_filas.entrada(fila).nombre()
+                                               : QStringLiteral("%1 elementos").arg(indices.size());
     enFondo([esta = QPointer(this), contenido = m_filas.contenido(), indices, rotulo] {
         enPrincipal([esta, rotulo, raices = raicesDe(*contenido, indices)] {
             if (esta)

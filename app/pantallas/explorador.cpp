@@ -49,8 +49,8 @@ QString Explorador::texto() const {
 
 Final Explorador::final() const {
     if (const auto *hecho = std::get_if<Motor::Hecho>(&m_motor.estado()))
-        return {QStringLiteral("Recuperado"), QStringLiteral("De %1 a «%2».")
-                                                  .arg(nombre(), ruta::ultimoComponente(hecho->ruta))};
+        return {QStringLiteral("Recuperado"),
+                QStringLiteral("De %1 a «%2».").arg(nombre(), ruta::ultimoComponente(hecho->ruta))};
     return {QStringLiteral("No se pudo recuperar"), texto()};
 }
 

@@ -51,8 +51,7 @@ Raices raicesDe(const Contenido &contenido, const std::vector<uint32_t> &elegida
             continue;
         vistas.insert(ruta);
         raices.rutas.append(entrada.ruta);
-        raices.bytes =
-            std::min(kTope, raices.bytes + std::clamp<qint64>(entrada.bytes, 0, kTope));
+        raices.bytes = std::min(kTope, raices.bytes + std::clamp<qint64>(entrada.bytes, 0, kTope));
     }
     return raices;
 }

@@ -334,7 +334,8 @@ private slots:
             rotulo.clear();
             explorador.arrastrar(fila);
             explorador.arrastrar(3); // one at a time
-            return QTest::qWaitFor([&] { return !rotulo.isEmpty() && girando() == QStringLiteral("----"); }, 20000);
+            return QTest::qWaitFor(
+                [&] { return !rotulo.isEmpty() && girando() == QStringLiteral("----"); }, 20000);
         };
         const auto existen = [&] {
             return std::count_if(llevadas.begin(), llevadas.end(), [](const QUrl &url) {
