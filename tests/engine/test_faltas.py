@@ -17,7 +17,8 @@ from motor import Caso, ESCASO, MOTOR, desordenado, foto
 
 MEBI = 1024 * 1024
 veces = 4
-SENALES = (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)
+SENALES = [s for s in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)
+           if signal.getsignal(s) != signal.SIG_IGN]  # as under nohup
 
 
 class Cortado(Caso):
@@ -170,7 +171,7 @@ class Cancelar(Cortado):
                 os.write(escritura, b"x" * 4096)
         except BlockingIOError:
             os.set_blocking(escritura, True)
-        p = subprocess.Popen([MOTOR, *self.siguiente(), "--progress", "--max"], stderr=escritura)
+        p = subprocess.Popen([MOTOR, *self.siguiente()[:4], "--progress", "--max"], stderr=escritura)
         self.addCleanup(os.close, lectura)
         os.close(escritura)
         while p.poll() is None and not self.provisionales():
