@@ -43,6 +43,7 @@ int ejecuta(int argc, const char *const *argv) noexcept {
         return 0;
     } catch (...) {
         // By now everything is unwound: these are the last words.
+        yaNoSeCancela();
         diceLinea("Error: " + descripcion());
         return 1;
     }

@@ -50,7 +50,7 @@ void extrae(const PedidoExtraer &pedido) {
     });
     if (!Extraccion(archivo, ruta, avisos).saca() && !pedido.todo)
         noEsta(pedido.entrada);
-    avisos.remata("no se pudieron sacar bien");
+    avisos.remata("sacar bien");
 }
 
 } // namespace orcalin
