@@ -56,7 +56,7 @@ def indice(marcos, fichas):
             comunes += 1
         salida += variable(comunes) + variable(len(ruta) - comunes) + ruta[comunes:] + letra
         salida += b"".join(map(variable, (0o755, bytes_, lugar)))
-        salida += variable(enlazado) if letra == b"h" else b""
+        salida += variable(enlazado or 0) if letra == b"h" else b""
         anterior = ruta
     return salida
 
