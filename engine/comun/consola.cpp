@@ -3,6 +3,7 @@
 #include "comun/fallo.h"
 #include "comun/medidas.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <mutex>
@@ -71,6 +72,14 @@ void borraRenglon() {
     hayRenglon = false;
 }
 
+Salida::Salida(std::size_t reservaDada)
+    : reserva(std::max(bloque, reservaDada)) {}
+
+bool Salida::olvida() {
+    pendiente.clear();
+    return !empezada;
+}
+
 void Salida::linea(std::string_view dicho) {
     texto(dicho);
     texto("\n");
@@ -78,11 +87,12 @@ void Salida::linea(std::string_view dicho) {
 
 void Salida::texto(std::string_view dicho) {
     pendiente += dicho;
-    if (pendiente.size() >= bloque)
+    if (pendiente.size() >= reserva)
         vacia();
 }
 
 void Salida::vacia() {
+    empezada = true;
     std::string_view resto = pendiente;
     while (!resto.empty()) {
         const ssize_t escritos = write(STDOUT_FILENO, resto.data(), resto.size());

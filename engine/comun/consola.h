@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -23,17 +24,26 @@ void borraRenglon();
 /// Standard output in big blocks.
 class Salida {
 public:
+    /// Holds up to `reserva` bytes back, so that a failure on the way leaves
+    /// nothing printed.
+    explicit Salida(std::size_t reserva = 0);
+
     /// Adds a line. Throws Fallo when it cannot be written.
     void linea(std::string_view texto);
 
     /// Adds text as it is. Throws Fallo when it cannot be written.
     void texto(std::string_view texto);
 
+    /// Forgets what was not written yet. False if something was already.
+    bool olvida();
+
     /// Writes what is still held. Throws Fallo when it cannot be written; what
     /// was not flushed at destruction is lost.
     void vacia();
 
 private:
+    std::size_t reserva;
+    bool empezada = false;
     std::string pendiente;
 };
 
