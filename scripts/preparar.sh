@@ -16,7 +16,10 @@ recorrer=(
     xvfb openbox xdotool imagemagick dbus-daemon at-spi2-core
     python3 python3-gi gir1.2-atspi-2.0
 )
-comprobar=(age zstd libarchive-tools libglib2.0-bin dbus-bin x11-utils)
+comprobar=(
+    age zstd libarchive-tools man-db libglib2.0-bin dbus-bin x11-utils
+    clang libclang-rt-14-dev
+)
 
 # Installs what is missing of the packages named, and says so.
 asegura() {
