@@ -3,13 +3,20 @@ open an archive with its application."""
 
 import gi
 
-gi.require_version("Gdk", "4.0")
 gi.require_version("Nautilus", "4.0")
-from gi.repository import Gdk, Gio, GLib, GObject, Nautilus  # noqa: E402
+from gi.repository import Gio, GLib, GObject, Nautilus  # noqa: E402
+
+try:
+    gi.require_version("Gdk", "4.0")
+    from gi.repository import Gdk  # noqa: E402
+except ValueError:  # Nautilus itself does without its Python description
+    Gdk = None
 
 
 def _testigo():
     """What lets the application's window come to the front of this one."""
+    if Gdk is None:
+        return None
     aplicacion = Gio.DesktopAppInfo.new("es.orcalin.Orcalin.desktop")
     pantalla = Gdk.Display.get_default()
     if aplicacion is None or pantalla is None:
