@@ -18,8 +18,9 @@ class Pasos:
         self.app = None
 
     def abre(self, *ficheros, binario=None, entorno=None):
-        self.app = self.persona.Aplicacion(binario or self.arbol / "bin/orcalin-app",
-                                           list(ficheros), entorno or self.sesion.entorno())
+        self.app = self.persona.Aplicacion(
+            self.persona.lanza(binario or self.arbol / "bin/orcalin-app", ficheros,
+                               entorno or self.sesion.entorno()))
 
     def cierra(self):
         self.acabada(*self.app.cierra())

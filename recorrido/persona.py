@@ -1,9 +1,13 @@
 """What a person does with the application, through the accessibility bus, the
 keyboard and the mouse. Import it only inside a session (see sesion.py)."""
 
+import io
+import os
 import select
+import signal
 import subprocess
 import time
+from pathlib import Path
 
 import gi
 
@@ -50,12 +54,38 @@ def _todos(nodo):
             yield from _todos(hijo)
 
 
-class Aplicacion:
-    """The running application."""
+class Proceso:
+    """A process that others started, with what is asked of one's own."""
 
-    def __init__(self, binario, ficheros, entorno):
-        self.proceso = subprocess.Popen([binario, *ficheros], env=entorno,
-                                        stderr=subprocess.PIPE, stdin=subprocess.DEVNULL)
+    def __init__(self, pid):
+        self.pid = pid
+        self.stderr = io.BytesIO()
+        self.returncode = 0  # the best that is known of it
+
+    def poll(self):
+        return None if Path(f"/proc/{self.pid}").exists() else 0
+
+    def kill(self):
+        os.kill(self.pid, signal.SIGKILL)
+
+    def communicate(self, timeout=ESPERA):
+        hasta(lambda: self.poll() == 0, "el fin del proceso", timeout)
+        return None, b""
+
+    def terminate(self):
+        os.kill(self.pid, signal.SIGTERM)
+
+
+def lanza(binario, ficheros, entorno):
+    return subprocess.Popen([binario, *ficheros], env=entorno, stderr=subprocess.PIPE,
+                            stdin=subprocess.DEVNULL)
+
+
+class Aplicacion:
+    """The running application, once its window is there."""
+
+    def __init__(self, proceso):
+        self.proceso = proceso
         self.raiz = hasta(self._busca_raiz, "la aplicación en el bus de accesibilidad")
         marco = self.espera("frame", "orcalin")
         # Coordinates mean something only once the window manager has placed it.
@@ -121,13 +151,17 @@ class Aplicacion:
         nodo.clear_cache()
         return nodo.get_description() != "no disponible"
 
+    def ventana(self, nombre="orcalin"):
+        """The X server's number of the window."""
+        ventanas = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid",
+                                   str(self.proceso.pid), "--name", nombre],
+                                  capture_output=True, text=True, check=True).stdout.split()
+        return ventanas[-1]
+
     def foto(self, destino, nombre="orcalin"):
         """A picture of the window, with what the window manager puts around it."""
         time.sleep(0.35)  # the panel's fade
-        ventana = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid",
-                                  str(self.proceso.pid), "--name", nombre],
-                                 capture_output=True, text=True, check=True).stdout.split()
-        subprocess.run(["import", "-window", ventana[-1], str(destino)], check=True)
+        subprocess.run(["import", "-window", self.ventana(nombre), str(destino)], check=True)
 
     def cierra(self):
         """Asks it to leave; returns the exit status and stderr."""

@@ -40,6 +40,7 @@ class Sesion:
         self.carpeta = Path(tempfile.mkdtemp(prefix="orcalin-e2e-"))
         self.casa = self.carpeta / "casa"
         self.tmp = self.carpeta / "tmp"
+        self.prefijo = self.carpeta / "instalado"  # what is installed here, the session finds
         for carpeta in (self.casa, self.tmp, self.carpeta / "run"):
             carpeta.mkdir(mode=0o700)
         self._hijos = []
@@ -61,6 +62,7 @@ class Sesion:
             HOME=str(self.casa),
             XDG_CONFIG_HOME=str(self.casa / ".config"),
             XDG_DATA_HOME=str(self.casa / ".local/share"),
+            XDG_DATA_DIRS=f"{self.prefijo}/share:/usr/local/share:/usr/share",
             XDG_CACHE_HOME=str(self.casa / ".cache"),
             XDG_RUNTIME_DIR=str(self.carpeta / "run"),
             QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",

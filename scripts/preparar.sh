@@ -4,7 +4,7 @@
 construir=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-declarative-dev qt6-svg-dev
-    libarchive-dev libzstd-dev libsodium-dev libcli11-dev
+    libxcb1-dev libarchive-dev libzstd-dev libsodium-dev libcli11-dev
 )
 usar=(
     qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qtquick
@@ -16,7 +16,7 @@ recorrer=(
     xvfb openbox xdotool imagemagick dbus-daemon at-spi2-core
     python3 python3-gi gir1.2-atspi-2.0
 )
-comprobar=(age zstd libarchive-tools)
+comprobar=(age zstd libarchive-tools libglib2.0-bin dbus-bin x11-utils)
 
 # Installs what is missing of the packages named, and says so.
 asegura() {

@@ -3,6 +3,7 @@
 #include "delegado.h"
 #include "pantallas/explorador.h"
 #include "pantallas/pantalla.h"
+#include "salida.h"
 
 #include <QObject>
 
@@ -18,6 +19,7 @@ class OrcalinApp : public QObject {
     Q_OBJECT
     Q_PROPERTY(Pantalla *pantalla READ pantalla NOTIFY pantallaCambia)
     Q_PROPERTY(Explorador *explorador READ explorador NOTIFY pantallaCambia)
+    Q_PROPERTY(Salida *salida READ salida CONSTANT)
 
 public:
     /// The desktop must outlive the application.
@@ -29,6 +31,7 @@ public:
     [[nodiscard]] Pantalla *pantalla() const { return m_pantalla.get(); }
     /// The archive browser, or nothing.
     [[nodiscard]] Explorador *explorador() const { return m_explorador.get(); }
+    [[nodiscard]] Salida *salida() { return &m_salida; }
 
 public slots:
     /// Asks for an archive and shows it.
@@ -57,6 +60,7 @@ private:
     Abierto &m_abierto;
     Identidad m_identidad;
     bool m_pedido = false;
+    Salida m_salida;
     std::unique_ptr<Pantalla> m_pantalla;
     std::unique_ptr<Explorador> m_explorador;
 };

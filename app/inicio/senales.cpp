@@ -23,7 +23,8 @@ void salEnOrden() {
         return;
     auto *oyente =
         new QSocketNotifier(aviso[0], QSocketNotifier::Read, QCoreApplication::instance());
-    QObject::connect(oyente, &QSocketNotifier::activated, oyente, &QCoreApplication::quit);
+    // Not quit(), which asks the windows first, and they may ask the user.
+    QObject::connect(oyente, &QSocketNotifier::activated, oyente, [] { QCoreApplication::exit(); });
     struct sigaction accion {};
     accion.sa_handler = avisa;
     accion.sa_flags = SA_RESTART;

@@ -2,8 +2,10 @@
 #include "clave.h"
 #include "cronometro.h"
 #include "descriptor.h"
+#include "enmarcha.h"
 #include "lineas.h"
 #include "motor.h"
+#include "principal.h"
 #include "proceso.h"
 #include "progreso.h"
 #include "publicador.h"
@@ -70,6 +72,7 @@ struct Motor::Compresion {
     QByteArray clave; // the password file, empty without one
     qint64 entrada = 0;
     Cronometro cronometro;
+    EnMarcha::Turno turno = 0;
 
     void lee(const QByteArray &trozo) const {
         for (Trabajando &estado : progreso::leeTrozo(trozo, cronometro.segundos()))
@@ -80,6 +83,7 @@ struct Motor::Compresion {
         clave::quita(clave);
         const qint64 salida = bytesLegibles(destino);
         publicador.publica([*this, salida, fin] { return resultado(salida, fin); });
+        enPrincipal([suyo = turno] { EnMarcha::compresiones().sale(suyo); });
     }
 
     Estado resultado(qint64 salida, const Proceso::Final &fin) const {
@@ -99,7 +103,7 @@ void Motor::comprimir(const QList<QUrl> &origenes, const QUrl &destino, bool max
     }
     if (origenes.isEmpty())
         return;
-    Compresion trabajo{Publicador(this), destino, {}, pesoDe(origenes), {}};
+    Compresion trabajo{Publicador(this), destino, {}, pesoDe(origenes), {}, 0};
     ponEstado(Trabajando{0, QStringLiteral("preparando…"), std::nullopt});
 
     Proceso::Orden orden{ruta::nativa(*motor), argumentos(origenes, destino, maximo)};
@@ -108,8 +112,11 @@ void Motor::comprimir(const QList<QUrl> &origenes, const QUrl &destino, bool max
         orden.argumentos << "--encrypt" << clave::argumentos(trabajo.clave);
     m_proceso = std::make_unique<Proceso>(std::move(orden));
     trabajo.cronometro.empieza();
+    trabajo.turno = m_turno = EnMarcha::compresiones().entra();
     const int fallo = m_proceso->lanza([trabajo](const QByteArray &t) { trabajo.lee(t); },
                                        [trabajo](const Proceso::Final &f) { trabajo.acaba(f); });
-    if (fallo != 0)
-        ponEstado(Error{QStringLiteral("No pude arrancar el motor: ") + motivoDeArranque(fallo)});
+    if (fallo == 0)
+        return;
+    EnMarcha::compresiones().sale(m_turno);
+    ponEstado(Error{QStringLiteral("No pude arrancar el motor: ") + motivoDeArranque(fallo)});
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "enmarcha.h"
 #include "entrada.h"
 #include "espacio.h"
 #include "estado.h"
@@ -123,4 +124,5 @@ private:
 
     Estado m_estado = Reposo{};
     std::unique_ptr<Proceso> m_proceso; // the last compression's, ended or not
+    EnMarcha::Turno m_turno = 0;        // likewise
 };

@@ -30,6 +30,14 @@ QUrl ruta::url(const QString &ruta) {
     return url(QFile::encodeName(ruta));
 }
 
+std::optional<QUrl> ruta::deUri(const QString &uri) {
+    const QUrl url = QUrl::fromEncoded(uri.toUtf8());
+    const QByteArray camino = nativa(url);
+    if (!camino.startsWith('/') || camino.contains('\0'))
+        return std::nullopt;
+    return url;
+}
+
 QString ruta::ultimoComponente(const QUrl &url) {
     QString visible = QString::fromUtf8(nombre(url));
     for (QChar &c : visible) {

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QUrl>
 
+#include <optional>
+
 /// File URLs and the paths they stand for.
 ///
 /// A path is bytes and need not be valid UTF-8; a QString cannot hold such a
@@ -21,6 +23,10 @@ QUrl url(const QByteArray &nativa);
 
 /// The same for a path that Qt made (a file dialog, the temporary folder).
 QUrl url(const QString &ruta);
+
+/// The file URL that another program sent as a text, or none: it is something
+/// else, or no file can have that path.
+std::optional<QUrl> deUri(const QString &uri);
 
 /// The last path component, for display on one line: control characters and
 /// what is not valid UTF-8 show as U+FFFD.

@@ -11,7 +11,6 @@ ApplicationWindow {
 
     objectName: "principal"
     title: "orcalin"
-    visible: true
     width: 560
     height: 460 + menus.height
     minimumWidth: explorando ? 560 : 460
@@ -35,6 +34,10 @@ ApplicationWindow {
         window: Tema.paleta.window
         windowText: Tema.paleta.windowText
     }
+
+    onClosing: cierre => cierre.accepted = app.salida.pide()
+
+    PanelSalida { salida: ventana.app.salida }
 
     Action {
         id: abrir

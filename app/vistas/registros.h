@@ -28,6 +28,13 @@ struct FilasQml {
     QML_UNCREATABLE("The browser has its list.")
 };
 
+struct SalidaQml {
+    Q_GADGET
+    QML_FOREIGN(Salida)
+    QML_NAMED_ELEMENT(Salida)
+    QML_UNCREATABLE("The application has one.")
+};
+
 struct OrcalinAppQml {
     Q_GADGET
     QML_FOREIGN(OrcalinApp)

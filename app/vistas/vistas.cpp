@@ -1,5 +1,6 @@
 #include "vistas.h"
 
+#include "escritorio/frente.h"
 #include "imagenes.h"
 #include "inicio/orcalinapp.h"
 
@@ -27,6 +28,11 @@ vistas::Ventana::Ventana(OrcalinApp &app)
 
 vistas::Ventana::~Ventana() = default;
 
-bool vistas::Ventana::abierta() const {
+bool vistas::Ventana::hecha() const {
     return !m_motorQml->rootObjects().isEmpty();
+}
+
+void vistas::Ventana::alFrente(const Ficha &ficha) {
+    if (auto *ventana = qobject_cast<QWindow *>(m_motorQml->rootObjects().value(0)))
+        traeAlFrente(*ventana, ficha);
 }

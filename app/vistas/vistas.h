@@ -2,6 +2,7 @@
 
 #include <memory>
 
+struct Ficha;
 class OrcalinApp;
 class QQmlApplicationEngine;
 
@@ -12,7 +13,7 @@ namespace vistas {
 /// unless the user's environment names one.
 void prepara();
 
-/// The main window, shown from its construction on. `app` must outlive it.
+/// The main window, hidden at first. `app` must outlive it.
 class Ventana {
 public:
     explicit Ventana(OrcalinApp &app);
@@ -21,7 +22,10 @@ public:
     Ventana &operator=(const Ventana &) = delete;
 
     /// False when the window could not be made; the reason is on stderr.
-    [[nodiscard]] bool abierta() const;
+    [[nodiscard]] bool hecha() const;
+
+    /// Shows it and brings it to the front (see traeAlFrente).
+    void alFrente(const Ficha &ficha);
 
 private:
     std::unique_ptr<QQmlApplicationEngine> m_motorQml;

@@ -93,13 +93,12 @@ CabeceraAge CabeceraAge::lee(std::string_view octetos) {
     cabecera.factor = leeFactor(estrofa.substr(espacio + 1));
     cabecera.envuelta = deBase64(linea(resto), largoEnvuelta);
     // A scrypt recipient stands alone, so the foot is the next line.
-    const std::size_t hastaElPie = octetos.size() - resto.size() + pie.size();
+    cabecera.autenticado = octetos.size() - resto.size() + pie.size();
     const auto ultima = linea(resto);
     if (!ultima.starts_with("--- "))
         danada();
     cabecera.mac = deBase64(ultima.substr(pie.size() + 1), crypto_auth_hmacsha256_BYTES);
-    cabecera.autenticado = octetos.substr(0, hastaElPie);
-    cabecera.bytes = octetos.size() - resto.size();
+    cabecera.texto = octetos.substr(0, octetos.size() - resto.size());
     return cabecera;
 }
 
@@ -124,10 +123,14 @@ Secreto CabeceraAge::abre(const Secreto &contrasena) const {
                                                   crudo(envuelta), envuelta.size(), nullptr, 0,
                                                   sinNonce.data(), envoltura.data()) != 0)
         throw Fallo("contraseña incorrecta");
-    const std::string propio = pieCon(claveFichero, autenticado);
-    if (sodium_memcmp(propio.data(), mac.data(), mac.size()) != 0)
+    if (!esSuClave(claveFichero))
         danada();
     return claveFichero;
+}
+
+bool CabeceraAge::esSuClave(const Secreto &claveFichero) const {
+    const auto propio = pieCon(claveFichero, std::string_view(texto).substr(0, autenticado));
+    return sodium_memcmp(propio.data(), mac.data(), mac.size()) == 0;
 }
 
 } // namespace orcalin

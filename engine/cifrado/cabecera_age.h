@@ -39,16 +39,27 @@ public:
     /// does not match. Takes as long as scrypt does.
     [[nodiscard]] Secreto abre(const Secreto &contrasena) const;
 
+    /// Whether this is the file key, told by the MAC, at no cost.
+    [[nodiscard]] bool esSuClave(const Secreto &claveFichero) const;
+
+    /// log2 of scrypt's N.
+    [[nodiscard]] int factorDeTrabajo() const { return factor; }
+
+    /// The header as it stands in the file.
+    [[nodiscard]] Octetos octetos() const {
+        return {reinterpret_cast<const unsigned char *>(texto.data()), texto.size()};
+    }
+
     /// Length in bytes: where the payload begins.
-    [[nodiscard]] std::size_t largo() const { return bytes; }
+    [[nodiscard]] std::size_t largo() const { return texto.size(); }
 
 private:
-    std::string autenticado; // the header up to and with "---"
+    std::string texto;
+    std::size_t autenticado = 0; // bytes of it, up to and with "---"
     std::string sal;
     std::string envuelta; // the file key, encrypted
     std::string mac;
     int factor = 0;
-    std::size_t bytes = 0;
 };
 
 } // namespace orcalin

@@ -1,13 +1,20 @@
 #include "cifrado/secreto.h"
 
 #include <new>
+#include <sys/prctl.h>
 
 namespace orcalin {
 namespace {
 
+/// Once, before the first secret. From here on the process leaves no core dump
+/// (the library's flag on its pages does not reach registers and stacks), and
+/// the user's other processes can neither trace it nor read its memory.
+bool prepara() {
+    return prctl(PR_SET_DUMPABLE, 0, 0, 0, 0) == 0 && sodium_init() >= 0;
+}
+
 unsigned char *reserva(std::size_t largo) {
-    // Every use of the library begins with a secret, so it is readied here.
-    static const bool lista = sodium_init() >= 0;
+    static const bool lista = prepara();
     void *memoria = lista ? sodium_malloc(largo) : nullptr;
     if (memoria == nullptr)
         throw std::bad_alloc();

@@ -23,7 +23,12 @@ void SumideroAge::escribe(Octetos datos) {
     while (!datos.empty()) {
         // A full chunk waits for what follows: only then it is not the last.
         if (claro.size() == trozoClaro)
-            sella(false);
+            sellaPendiente(false);
+        if (claro.empty() && datos.size() > trozoClaro) {
+            sella(datos.first(trozoClaro), false);
+            datos = datos.subspan(trozoClaro);
+            continue;
+        }
         const auto parte = datos.first(std::min(datos.size(), trozoClaro - claro.size()));
         claro.insert(claro.end(), parte.begin(), parte.end());
         datos = datos.subspan(parte.size());
@@ -31,14 +36,18 @@ void SumideroAge::escribe(Octetos datos) {
 }
 
 void SumideroAge::cierra() {
-    sella(true);
+    sellaPendiente(true);
     abajo.cierra();
 }
 
-void SumideroAge::sella(bool ultimo) {
-    const std::size_t largo = sello->sella(claro, numero++, ultimo, sellado);
-    abajo.escribe(Octetos(sellado).first(largo));
+void SumideroAge::sellaPendiente(bool ultimo) {
+    sella(claro, ultimo);
     claro.clear();
+}
+
+void SumideroAge::sella(Octetos trozo, bool ultimo) {
+    const std::size_t largo = sello->sella(trozo, numero++, ultimo, sellado);
+    abajo.escribe(Octetos(sellado).first(largo));
 }
 
 } // namespace orcalin

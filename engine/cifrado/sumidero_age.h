@@ -18,11 +18,12 @@ public:
     void cierra() override;
 
 private:
-    void sella(bool ultimo);
+    void sellaPendiente(bool ultimo);
+    void sella(Octetos trozo, bool ultimo);
 
     Sumidero &abajo;
     std::optional<SelloAge> sello;
-    std::vector<unsigned char> claro; // the chunk being filled
+    std::vector<unsigned char> claro; // what came in pieces smaller than a chunk
     std::vector<unsigned char> sellado;
     std::uint64_t numero = 0;
 };

@@ -15,11 +15,11 @@ void Avisos::falta(std::string_view texto) {
     avisa(texto);
 }
 
-void Avisos::remata(std::string_view que) const {
+void Avisos::remata(std::string_view hacer) const {
     if (cuantas == 1)
-        throw Fallo("1 elemento " + std::string(que) + ": " + primera);
+        throw Fallo("1 elemento no se pudo " + std::string(hacer) + ": " + primera);
     if (cuantas > 1)
-        throw Fallo(std::to_string(cuantas) + " elementos " + std::string(que) +
+        throw Fallo(std::to_string(cuantas) + " elementos no se pudieron " + std::string(hacer) +
                     "; el primero: " + primera);
 }
 

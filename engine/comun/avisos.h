@@ -19,8 +19,8 @@ public:
     [[nodiscard]] std::size_t faltas() const { return cuantas; }
 
     /// Throws Fallo if anything is missing: the only thing itself, or how many.
-    /// `que` follows the number, as in «3 elementos no se pudieron guardar».
-    void remata(std::string_view que) const;
+    /// `hacer` is what they could not be, as in «3 elementos no se pudieron guardar».
+    void remata(std::string_view hacer) const;
 
 private:
     std::size_t cuantas = 0;

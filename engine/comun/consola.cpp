@@ -4,25 +4,80 @@
 #include "comun/medidas.h"
 
 #include <cerrno>
+#include <cstdlib>
+#include <mutex>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace orcalin {
 namespace {
 
 constexpr std::size_t bloque = 64 * kibi;
+constexpr std::string_view borrado = "\r\x1b[K"; // to the left margin, and all of the line
+
+// What is redrawn and what is said come from several threads.
+std::mutex turno;
+bool hayRenglon = false;
+
+void escribe(const std::string &texto) {
+    while (write(STDERR_FILENO, texto.data(), texto.size()) < 0 && errno == EINTR) {
+    }
+}
+
+std::size_t columnas() {
+    constexpr std::size_t deSiempre = 80;
+    winsize medida{};
+    const bool sabida = ioctl(STDERR_FILENO, TIOCGWINSZ, &medida) == 0 && medida.ws_col > 0;
+    return sabida ? medida.ws_col : deSiempre;
+}
+
+/// The first `cuantos` characters of UTF-8 text.
+std::string_view primeros(std::string_view texto, std::size_t cuantos) {
+    for (std::size_t i = 0; i < texto.size(); ++i) {
+        const bool empieza = (static_cast<unsigned char>(texto[i]) & 0xc0U) != 0x80;
+        if (empieza && cuantos-- == 0)
+            return texto.substr(0, i);
+    }
+    return texto;
+}
 
 } // namespace
 
 void diceLinea(std::string_view texto) {
-    std::string linea(texto);
+    const std::scoped_lock guardia(turno);
+    std::string linea(hayRenglon ? borrado : std::string_view());
+    hayRenglon = false;
+    linea += texto;
     linea += '\n';
-    while (write(STDERR_FILENO, linea.data(), linea.size()) < 0 && errno == EINTR) {
-    }
+    escribe(linea);
 }
 
-void Salida::linea(std::string_view texto) {
-    pendiente += texto;
-    pendiente += '\n';
+bool hayTerminal() {
+    const char *clase = getenv("TERM");
+    return isatty(STDERR_FILENO) == 1 && clase != nullptr && std::string_view(clase) != "dumb";
+}
+
+void redibuja(std::string_view texto) {
+    const std::scoped_lock guardia(turno);
+    // In the last column the cursor of some terminals is on the next line already.
+    escribe(std::string(borrado) + std::string(primeros(texto, columnas() - 1)));
+    hayRenglon = true;
+}
+
+void borraRenglon() {
+    const std::scoped_lock guardia(turno);
+    if (hayRenglon)
+        escribe(std::string(borrado));
+    hayRenglon = false;
+}
+
+void Salida::linea(std::string_view dicho) {
+    texto(dicho);
+    texto("\n");
+}
+
+void Salida::texto(std::string_view dicho) {
+    pendiente += dicho;
     if (pendiente.size() >= bloque)
         vacia();
 }

@@ -9,11 +9,25 @@ namespace orcalin {
 /// reader never gets a torn line. If nobody reads, nothing happens.
 void diceLinea(std::string_view texto);
 
+/// Whether standard error is a terminal on which a line can be redrawn.
+bool hayTerminal();
+
+/// Shows `texto`, cut to the terminal's width, on its last line in place of what
+/// was shown there before; diceLinea() takes it away first. Only on a terminal.
+/// Any thread.
+void redibuja(std::string_view texto);
+
+/// Takes it away.
+void borraRenglon();
+
 /// Standard output in big blocks.
 class Salida {
 public:
     /// Adds a line. Throws Fallo when it cannot be written.
     void linea(std::string_view texto);
+
+    /// Adds text as it is. Throws Fallo when it cannot be written.
+    void texto(std::string_view texto);
 
     /// Writes what is still held. Throws Fallo when it cannot be written; what
     /// was not flushed at destruction is lost.

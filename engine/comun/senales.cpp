@@ -1,47 +1,101 @@
 #include "comun/senales.h"
 
 #include <array>
+#include <atomic>
+#include <cerrno>
+#include <chrono>
 #include <climits>
 #include <csignal>
-#include <cstring>
+#include <fcntl.h>
+#include <mutex>
+#include <poll.h>
+#include <sched.h>
+#include <string>
+#include <thread>
 #include <unistd.h>
 
 namespace orcalin {
 namespace {
 
-constexpr std::array<int, 3> senales{SIGTERM, SIGINT, SIGHUP};
+// All this outlives static destruction: the thread runs until the very end.
+std::timed_mutex cerrojo;              // held while a file appears, and while it gets its name
+std::atomic<bool> consagrando = false; // the final rename is under way
+std::atomic<bool> terminado = false;   // cancelling is over
+int carpetaDelEfimero = -1;
+std::array<char, NAME_MAX + 1> nombreDelEfimero{}; // empty: there is none
 
-// What the handler needs, in memory that is never moved or freed.
-std::array<char, PATH_MAX> porBorrar{};
-std::array<char, 128> despedida{}; // a command for the shell
+/// A disk that no longer answers may hold the lock for ever, and the end must
+/// come all the same. The rename is waited for: its outcome is what we tell.
+bool toma() {
+    constexpr std::chrono::milliseconds paciencia{300};
+    if (cerrojo.try_lock_for(paciencia))
+        return true;
+    if (consagrando)
+        cerrojo.lock();
+    return consagrando;
+}
+
+int esperaQueMuera(void *padre) {
+    close_range(0, ~0U, 0);
+    while (getppid() == *static_cast<pid_t *>(padre))
+        usleep(1000);
+    _exit(0);
+}
 
 /// Whoever reads our last words expects the end right behind them, but giving
-/// back hundreds of MiB takes the system a while. A shell in our place has
-/// nothing to give back by the time it speaks.
-extern "C" void alCancelar(int /*senal*/) {
-    if (porBorrar[0] != '\0')
-        unlink(porBorrar.data());
-    static std::array<char, 3> nombre{"sh"};
-    static std::array<char, 3> opcion{"-c"};
-    const std::array<char *, 4> argumentos{nombre.data(), opcion.data(), despedida.data(), nullptr};
-    execv("/bin/sh", argumentos.data());
+/// back hundreds of MiB takes the system a tenth of a second. A child that
+/// shares our memory, and has no other purpose, does that after we are gone.
+void legaLaMemoria() {
+    alignas(16) static std::array<char, 16384> pila;
+    static pid_t padre = getpid();
+    clone(esperaQueMuera, pila.data() + pila.size(), CLONE_VM, &padre);
+}
+
+/// Not even a reader that does not read may keep us.
+void diceSinEsperar(const std::string &texto) {
+    constexpr int milisegundos = 200;
+    pollfd salida{STDERR_FILENO, POLLOUT, 0};
+    if (poll(&salida, 1, milisegundos) == 1)
+        (void)!write(STDERR_FILENO, texto.data(), texto.size());
+}
+
+[[noreturn]] void cancela(const std::string &despedida) {
+    if (nombreDelEfimero[0] != '\0')
+        unlinkat(carpetaDelEfimero, nombreDelEfimero.data(), 0);
+    legaLaMemoria();
+    diceSinEsperar(despedida);
     _exit(1);
 }
 
-void dispone(void (*accion)(int)) {
-    struct sigaction nueva {};
-    nueva.sa_handler = accion;
-    for (const int senal : senales)
-        sigaddset(&nueva.sa_mask, senal);
-    for (const int senal : senales)
-        sigaction(senal, &nueva, nullptr);
+void vigila(const sigset_t &senales, const std::string &despedida) {
+    for (;;) {
+        int senal = 0;
+        sigwait(&senales, &senal);
+        const bool tomado = toma();
+        if (!terminado)
+            cancela(despedida);
+        if (tomado)
+            cerrojo.unlock();
+    }
 }
 
-void bloquea(int como) {
+/// A name that is longer than any is nobody's.
+void apunta(int carpeta, std::string_view nombre) {
+    carpetaDelEfimero = carpeta;
+    nombreDelEfimero.fill('\0');
+    nombre.copy(nombreDelEfimero.data(), nombreDelEfimero.size() - 1);
+}
+
+sigset_t atendidas() {
     sigset_t conjunto{};
-    for (const int senal : senales)
-        sigaddset(&conjunto, senal);
-    pthread_sigmask(como, &conjunto, nullptr);
+    sigaddset(&conjunto, SIGTERM);
+    for (const int senal : {SIGINT, SIGHUP}) {
+        struct sigaction actual {};
+        sigaction(senal, nullptr, &actual);
+        if (actual.sa_handler != SIG_IGN)
+            sigaddset(&conjunto, senal);
+    }
+    return conjunto;
 }
 
 } // namespace
@@ -54,22 +108,46 @@ void ignoraSenalesDeEscritura() {
 }
 
 void atiendeCancelacion(std::string_view texto) {
-    const std::string orden = "echo 'Error: " + std::string(texto) + "' >&2; exit 1";
-    orden.copy(despedida.data(), despedida.size() - 1);
-    dispone(alCancelar);
+    // A thread of its own: the key derivation, one block of a high compression
+    // level and a stuck disk would keep a flag waiting far too long.
+    const sigset_t senales = atendidas();
+    pthread_sigmask(SIG_BLOCK, &senales, nullptr);
+    std::thread(vigila, senales, "Error: " + std::string(texto) + "\n").detach();
 }
 
-bool borraAlCancelar(const std::string &ruta) {
-    if (ruta.size() >= porBorrar.size())
-        return false;
-    bloquea(SIG_BLOCK);
-    memcpy(porBorrar.data(), ruta.c_str(), ruta.size() + 1);
-    bloquea(SIG_UNBLOCK);
-    return true;
+int creaEfimero(int carpeta, const char *nombre, int modoDeApertura, mode_t permisos) {
+    const std::lock_guard guarda(cerrojo);
+    const int fd = openat(carpeta, nombre, modoDeApertura | O_CREAT | O_EXCL, permisos);
+    if (fd >= 0)
+        apunta(carpeta, nombre);
+    return fd;
+}
+
+void anunciaEfimero(int carpeta, const std::string &nombre) {
+    const std::lock_guard guarda(cerrojo);
+    apunta(carpeta, nombre);
+}
+
+void sueltaEfimero() {
+    const std::lock_guard guarda(cerrojo);
+    nombreDelEfimero[0] = '\0';
+}
+
+int consagraEfimero(const char *definitivo) {
+    consagrando = true;
+    const std::lock_guard guarda(cerrojo);
+    const int resultado =
+        renameat(carpetaDelEfimero, nombreDelEfimero.data(), carpetaDelEfimero, definitivo);
+    if (resultado == 0) {
+        nombreDelEfimero[0] = '\0';
+        terminado = true;
+    }
+    consagrando = false;
+    return resultado;
 }
 
 void yaNoSeCancela() {
-    dispone(SIG_IGN);
+    terminado = true;
 }
 
 } // namespace orcalin

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 
 namespace orcalin {
 
@@ -9,19 +10,34 @@ namespace orcalin {
 /// of a death that leaves things half done.
 void ignoraSenalesDeEscritura();
 
-/// From here on SIGTERM, SIGINT and SIGHUP remove the file named by
-/// borraAlCancelar(), say «Error: » and `texto` on standard error, and end the
-/// process with status 1. `texto` is plain words without quotes.
-///
-/// The handler does all this itself: the key derivation, one block of a high
-/// compression level and a stuck disk would keep a flag waiting far too long.
+/// From here on SIGTERM, SIGINT and SIGHUP (unless whoever started us had the
+/// last two ignored) remove the ephemeral file, say «Error: » and `texto` on
+/// standard error, and end the process with status 1, whatever it is at. To be
+/// called before any other thread exists. Throws std::system_error.
 void atiendeCancelacion(std::string_view texto);
 
-/// Names the one file to remove on a signal, before it is created. False if the
-/// path is longer than any that the system takes; nothing has changed then.
-[[nodiscard]] bool borraAlCancelar(const std::string &ruta);
+/// The ephemeral file is the one that a cancel removes; there is none or one at
+/// a time. Its folder's descriptor must stay open as long. These four are for
+/// one thread at a time.
 
-/// The point of no return: the three signals are ignored from here on.
+/// openat(2) of a new file under a name that may turn out to be in use; if it
+/// is not, the file is ephemeral.
+int creaEfimero(int carpeta, const char *nombre, int modoDeApertura, mode_t permisos);
+
+/// What is about to appear under a name that nobody else uses is ephemeral.
+void anunciaEfimero(int carpeta, const std::string &nombre);
+
+/// The ephemeral file, if any, is no longer the canceller's business: it has
+/// arrived, or it is gone.
+void sueltaEfimero();
+
+/// Gives the ephemeral file its final name in the same folder, in place of what
+/// has it. This is what decides a race against a cancel: either it comes first
+/// and the process ends, or the file is there and cancelling is over. Returns
+/// what renameat(2) does.
+int consagraEfimero(const char *definitivo);
+
+/// Cancelling is over: the three signals do nothing from here on.
 void yaNoSeCancela();
 
 } // namespace orcalin

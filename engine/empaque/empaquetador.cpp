@@ -3,6 +3,7 @@
 #include "comun/fallo.h"
 #include "comun/medidas.h"
 #include "comun/texto.h"
+#include "tar/hora.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -25,6 +26,19 @@ bool abre(const Pieza &pieza, Descriptor &fd, struct stat &estado) {
     return fd.valido() && fstat(fd.numero(), &estado) == 0;
 }
 
+void anotaHuecos(archive_entry *ficha, const std::vector<Region> &regiones, std::int64_t bytes) {
+    const bool entero =
+        regiones.size() == 1 && regiones[0].desde == 0 && regiones[0].hasta == bytes;
+    if (entero)
+        return;
+    for (const auto &region : regiones)
+        archive_entry_sparse_add_entry(ficha, region.desde, region.hasta - region.desde);
+}
+
+bool distinta(const timespec &a, const timespec &b) {
+    return a.tv_sec != b.tv_sec || a.tv_nsec != b.tv_nsec;
+}
+
 } // namespace
 
 Empaquetador::Empaquetador(EscritorTar &tarDado, Progreso &progresoDado, Avisos &avisosDados)
@@ -36,7 +50,7 @@ Empaquetador::Empaquetador(EscritorTar &tarDado, Progreso &progresoDado, Avisos 
     if (!disco)
         throw std::bad_alloc();
     archive_read_disk_set_standard_lookup(disco.get());
-    // A hole reads as zeros and compresses to nothing; file flags mean little elsewhere.
+    // Holes we find ourselves, asking less; file flags mean little elsewhere.
     archive_read_disk_set_behavior(disco.get(),
                                    ARCHIVE_READDISK_NO_SPARSE | ARCHIVE_READDISK_NO_FFLAGS);
 }
@@ -54,15 +68,22 @@ void Empaquetador::intenta(const Pieza &pieza) {
     if ((estado.st_mode & S_IFMT) != pieza.clase)
         return falta(pieza, "ha cambiado mientras se guardaba");
     const Ficha nueva = ficha(pieza, fd.numero(), estado);
-    const bool conContenido = archive_entry_hardlink(nueva.get()) == nullptr;
+    const bool conContenido =
+        pieza.clase == S_IFREG && archive_entry_hardlink(nueva.get()) == nullptr;
+    std::vector<Region> regiones;
+    if (conContenido) {
+        regiones = regionesDe(fd.numero(), estado);
+        anotaHuecos(nueva.get(), regiones, estado.st_size);
+    }
     if (!tar.cabecera(nueva.get()))
         return falta(pieza, "no cabe en este formato");
     ++cuantas;
-    if (pieza.clase != S_IFREG || !conContenido)
+    if (!conContenido)
         return;
     if (estado.st_nlink > 1)
         primerosNombres.emplace(Inodo(estado.st_dev, estado.st_ino), pieza.nombre);
-    guardaContenido(pieza, fd.numero(), static_cast<std::uint64_t>(estado.st_size));
+    guardaContenido(pieza, fd.numero(), regiones);
+    comparaConAntes(pieza, fd.numero(), estado);
 }
 
 Ficha Empaquetador::ficha(const Pieza &pieza, int fd, const struct stat &estado) const {
@@ -75,6 +96,7 @@ Ficha Empaquetador::ficha(const Pieza &pieza, int fd, const struct stat &estado)
     archive_entry_unset_atime(nueva.get());
     archive_entry_unset_ctime(nueva.get());
     archive_entry_unset_birthtime(nueva.get());
+    ponHora(nueva.get(), estado.st_mtim);
     const auto primero = primerosNombres.find(Inodo(estado.st_dev, estado.st_ino));
     if (pieza.clase == S_IFREG && primero != primerosNombres.end()) {
         archive_entry_copy_hardlink(nueva.get(), primero->second.c_str());
@@ -83,20 +105,55 @@ Ficha Empaquetador::ficha(const Pieza &pieza, int fd, const struct stat &estado)
     return nueva;
 }
 
-void Empaquetador::guardaContenido(const Pieza &pieza, int fd, std::uint64_t bytes) {
-    while (bytes > 0) {
-        const ssize_t leidos = read(fd, bloque.data(), std::min<std::uint64_t>(bytes, largoBloque));
+void Empaquetador::guardaContenido(const Pieza &pieza, int fd,
+                                   const std::vector<Region> &regiones) {
+    std::int64_t hecho = 0;
+    for (const auto &region : regiones) {
+        guardaHueco(pieza, region.desde - hecho);
+        if (!guardaRegion(pieza, fd, region))
+            return;
+        hecho = region.hasta;
+    }
+}
+
+/// False if not all of it could be read.
+bool Empaquetador::guardaRegion(const Pieza &pieza, int fd, Region region) {
+    while (region.desde < region.hasta) {
+        const auto cuantos = std::min<std::int64_t>(region.hasta - region.desde, largoBloque);
+        const ssize_t leidos =
+            pread(fd, bloque.data(), static_cast<std::size_t>(cuantos), region.desde);
         if (leidos < 0 && errno == EINTR)
             continue;
-        if (leidos < 0)
-            return falta(pieza, causa(errno));
-        if (leidos == 0)
-            return falta(pieza, "ha menguado mientras se guardaba; el resto va con ceros");
+        if (leidos <= 0) {
+            falta(pieza, leidos < 0 ? causa(errno)
+                                    : "ha menguado mientras se guardaba; el resto va con ceros");
+            return false;
+        }
         const auto parte = Octetos(bloque).first(static_cast<std::size_t>(leidos));
         tar.datos(parte);
         progreso.lee(pieza, parte.size());
-        bytes -= parte.size();
+        region.desde += leidos;
     }
+    return true;
+}
+
+/// The writer takes a file with its holes, and drops them.
+void Empaquetador::guardaHueco(const Pieza &pieza, std::int64_t bytes) {
+    static const std::vector<unsigned char> ceros(largoBloque);
+    while (bytes > 0) {
+        const auto parte = Octetos(ceros).first(std::min<std::uint64_t>(bytes, largoBloque));
+        tar.datos(parte);
+        progreso.lee(pieza, parte.size());
+        bytes -= static_cast<std::int64_t>(parte.size());
+    }
+}
+
+/// What was written to a file meanwhile may be in the archive in parts.
+void Empaquetador::comparaConAntes(const Pieza &pieza, int fd, const struct stat &antes) {
+    struct stat ahora {};
+    if (fstat(fd, &ahora) == 0 && ahora.st_size >= antes.st_size &&
+        (ahora.st_size > antes.st_size || distinta(ahora.st_mtim, antes.st_mtim)))
+        avisos.avisa(citado(pieza.origen) + " ha cambiado mientras se guardaba");
 }
 
 void Empaquetador::falta(const Pieza &pieza, const std::string &porque) {

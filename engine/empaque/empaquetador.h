@@ -3,6 +3,7 @@
 #include "comun/avisos.h"
 #include "empaque/progreso.h"
 #include "empaque/recorrido.h"
+#include "empaque/regiones.h"
 #include "flujo/descriptor.h"
 #include "tar/escritor_tar.h"
 
@@ -31,7 +32,10 @@ private:
 
     void intenta(const Pieza &pieza);
     [[nodiscard]] Ficha ficha(const Pieza &pieza, int fd, const struct stat &estado) const;
-    void guardaContenido(const Pieza &pieza, int fd, std::uint64_t bytes);
+    void guardaContenido(const Pieza &pieza, int fd, const std::vector<Region> &regiones);
+    bool guardaRegion(const Pieza &pieza, int fd, Region region);
+    void guardaHueco(const Pieza &pieza, std::int64_t bytes);
+    void comparaConAntes(const Pieza &pieza, int fd, const struct stat &antes);
     void falta(const Pieza &pieza, const std::string &porque);
 
     EscritorTar &tar;

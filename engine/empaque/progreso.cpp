@@ -1,6 +1,7 @@
 #include "empaque/progreso.h"
 
 #include "comun/consola.h"
+#include "comun/marcha.h"
 #include "comun/medidas.h"
 
 #include <algorithm>
@@ -22,17 +23,27 @@ std::uint64_t milesimasDe(std::uint64_t parte, std::uint64_t total) {
 
 } // namespace
 
-Progreso::Progreso(bool seVe, const Plan &plan)
-    : visible(seVe) {
+Progreso::Progreso(bool pedido, const Plan &plan)
+    : modo(hayTerminal() ? Modo::EnElSitio
+           : pedido      ? Modo::Lineas
+                         : Modo::Nada)
+    , inicio(Reloj::now()) {
     for (const auto &pieza : plan) {
         ficheros += pieza.cuenta() ? 1 : 0;
         bytes += pieza.bytes;
     }
 }
 
+Progreso::~Progreso() {
+    if (modo == Modo::EnElSitio)
+        borraRenglon();
+}
+
 void Progreso::derivaClave() const {
-    if (visible)
+    if (modo == Modo::Lineas)
         diceLinea("deriving key");
+    if (modo == Modo::EnElSitio)
+        redibuja("Preparando el cifrado...");
 }
 
 void Progreso::lee(const Pieza &pieza, std::uint64_t cuantos) {
@@ -54,7 +65,7 @@ void Progreso::acaba() {
 
 void Progreso::cuenta() {
     const auto ahora = Reloj::now();
-    if (!visible || ahora < proxima)
+    if (modo == Modo::Nada || ahora < proxima)
         return;
     proxima = ahora + intervalo;
     // Without a byte to read, files are what there is to go by.
@@ -63,11 +74,15 @@ void Progreso::cuenta() {
 }
 
 void Progreso::di(std::uint64_t milesimas) {
-    if (!visible)
-        return;
-    diceLinea(std::to_string(ficherosHechos) + "/" + std::to_string(ficheros) + " ficheros (" +
-              std::to_string(milesimas / 10) + "." + std::to_string(milesimas % 10) + "%), " +
-              std::to_string(leidos / mebi) + " MiB");
+    const std::string cuenta =
+        std::to_string(ficherosHechos) + "/" + std::to_string(ficheros) + " ficheros";
+    const std::string mebis = std::to_string(leidos / mebi) + " MiB";
+    if (modo == Modo::Lineas)
+        diceLinea(cuenta + " (" + std::to_string(milesimas / 10) + "." +
+                  std::to_string(milesimas % 10) + "%), " + mebis);
+    if (modo == Modo::EnElSitio)
+        redibuja(
+            renglonDeMarcha("Guardando", milesimas, cuenta + ", " + mebis, Reloj::now() - inicio));
 }
 
 } // namespace orcalin

@@ -9,11 +9,15 @@ namespace orcalin {
 
 /// Tells on standard error how far the packing has come, about ten times a
 /// second: `12/40 ficheros (30.5%), 7 MiB`. The percentage is of the bytes that
-/// were planned and never goes back or past 100.0; the MiB are those read.
+/// were planned and never goes back or past 100.0; the MiB are those read. That
+/// is for programs; on a terminal a line for people is redrawn in place.
 class Progreso {
 public:
-    /// Silent unless `visible`.
-    Progreso(bool visible, const Plan &plan);
+    /// Where there is no terminal, silent unless `pedido`.
+    Progreso(bool pedido, const Plan &plan);
+    Progreso(const Progreso &) = delete;
+    Progreso &operator=(const Progreso &) = delete;
+    ~Progreso();
 
     /// That the key is being derived, which takes a while.
     void derivaClave() const;
@@ -33,7 +37,10 @@ private:
     void cuenta();
     void di(std::uint64_t milesimas);
 
-    bool visible;
+    enum class Modo { Nada, Lineas, EnElSitio };
+
+    Modo modo;
+    Reloj::time_point inicio;
     std::uint64_t ficheros = 0;
     std::uint64_t ficherosHechos = 0;
     std::uint64_t bytes = 0;

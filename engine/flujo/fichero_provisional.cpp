@@ -1,11 +1,11 @@
 #include "flujo/fichero_provisional.h"
 
 #include "comun/fallo.h"
+#include "comun/medidas.h"
 #include "comun/senales.h"
 
 #include <cerrno>
 #include <fcntl.h>
-#include <random>
 #include <utility>
 
 namespace orcalin {
@@ -28,66 +28,74 @@ bool mismo(const struct stat &a, const struct stat &b) {
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-void sincronizaCarpeta(const std::filesystem::path &fichero) {
-    const auto carpeta = fichero.has_parent_path() ? fichero.parent_path() : ".";
-    const Descriptor fd(open(carpeta.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    // Some file systems cannot flush a folder; the archive itself is safe by now.
-    if (fd.valido())
-        fsync(fd.numero());
+/// Without the right to read it, a folder can still be written into.
+Descriptor abreCarpeta(const std::filesystem::path &ruta) {
+    const auto carpeta = ruta.has_parent_path() ? ruta.parent_path() : ".";
+    Descriptor fd(open(carpeta.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!fd.valido() && errno == EACCES)
+        fd = Descriptor(open(carpeta.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!fd.valido())
+        falla(noSeEscribe, errno);
+    return fd;
 }
 
 } // namespace
 
-std::filesystem::path rutaProvisional(const std::filesystem::path &junto) {
-    std::random_device azar;
-    const auto nombre =
-        ".orcalin-" + std::to_string(getpid()) + "-" + std::to_string(azar()) + ".tmp";
-    return junto.parent_path() / nombre;
-}
-
-FicheroProvisional::FicheroProvisional(std::filesystem::path destinoPedido)
-    : destino(resuelto(std::move(destinoPedido)))
-    , ruta(rutaProvisional(destino)) {
-    if (lstat(destino.c_str(), &anterior) != 0)
+FicheroProvisional::FicheroProvisional(std::filesystem::path destinoPedido) {
+    const auto destino = resuelto(std::move(destinoPedido));
+    nombre = destino.has_filename() ? destino.filename().string() : ".";
+    carpeta = abreCarpeta(destino);
+    if (fstatat(carpeta.numero(), nombre.c_str(), &anterior, AT_SYMLINK_NOFOLLOW) != 0)
         anterior = {};
     else if (!S_ISREG(anterior.st_mode))
         throw Fallo("el destino ya existe y no es un fichero");
-    if (!borraAlCancelar(ruta))
-        falla(noSeEscribe, ENAMETOOLONG);
-    fd = Descriptor(open(ruta.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, segunUmask));
-    if (!fd.valido() || fstat(fd.numero(), &propio) != 0)
+    limpiaProvisionales(carpeta.numero());
+    fichero = creaProvisional(carpeta.numero(), segunUmask);
+    if (!fichero.fd.valido() || fstat(fichero.fd.numero(), &propio) != 0)
         falla(noSeEscribe, errno);
 }
 
 FicheroProvisional::~FicheroProvisional() {
-    if (!entregado && fd.valido())
-        unlink(ruta.c_str());
+    if (entregado || !fichero.fd.valido())
+        return;
+    unlinkat(carpeta.numero(), fichero.nombre.c_str(), 0);
+    sueltaEfimero();
 }
 
 void FicheroProvisional::escribe(Octetos datos) {
     while (!datos.empty()) {
-        const ssize_t escritos = write(fd.numero(), datos.data(), datos.size());
-        if (escritos < 0 && errno != EINTR)
+        const ssize_t cuantos = write(fichero.fd.numero(), datos.data(), datos.size());
+        if (cuantos < 0 && errno != EINTR)
             falla(noSeGuarda, errno);
-        if (escritos > 0)
-            datos = datos.subspan(static_cast<std::size_t>(escritos));
+        if (cuantos > 0) {
+            datos = datos.subspan(static_cast<std::size_t>(cuantos));
+            escritos += cuantos;
+        }
     }
+    empuja();
+}
+
+/// Has the system write while we compress: flushing it all at the end would
+/// take long, and a process cannot even be ended while it does that.
+void FicheroProvisional::empuja() {
+    constexpr off_t tramo = 8 * mebi;
+    if (escritos - empujados < tramo)
+        return;
+    sync_file_range(fichero.fd.numero(), empujados, escritos - empujados, SYNC_FILE_RANGE_WRITE);
+    empujados = escritos;
 }
 
 void FicheroProvisional::cierra() {
-    if (fsync(fd.numero()) != 0)
-        falla(noSeGuarda, errno);
-    yaNoSeCancela();
-    if (rename(ruta.c_str(), destino.c_str()) != 0)
+    if (fsync(fichero.fd.numero()) != 0 || consagraEfimero(nombre.c_str()) != 0)
         falla(noSeGuarda, errno);
     entregado = true;
-    sincronizaCarpeta(destino);
+    // Some file systems cannot flush a folder; the archive itself is safe by now.
+    fsync(carpeta.numero());
 }
 
-bool FicheroProvisional::es(const std::string &nombre, const struct stat &estado) const {
+bool FicheroProvisional::es(const std::string &otro, const struct stat &estado) const {
     // Another name (hard link) of the old archive is a file like any other.
-    const bool elAnterior =
-        anterior.st_nlink > 0 && mismo(estado, anterior) && destino.filename() == nombre;
+    const bool elAnterior = anterior.st_nlink > 0 && mismo(estado, anterior) && nombre == otro;
     return mismo(estado, propio) || elAnterior;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "flujo/descriptor.h"
 #include "flujo/flujo.h"
+#include "flujo/provisional.h"
 
 #include <filesystem>
 #include <string>
@@ -15,9 +15,10 @@ namespace orcalin {
 /// stood under the destination's name is as it was.
 class FicheroProvisional : public Sumidero {
 public:
-    /// Creates the file, mode by umask. A destination that is a symbolic link
-    /// stands for what it points to. Throws Fallo if the file cannot be made,
-    /// or if the destination exists and is no regular file.
+    /// Creates the file, mode by umask, and clears away what dead runs left in
+    /// its folder. A destination that is a symbolic link stands for what it
+    /// points to. Throws Fallo if the file cannot be made, or if the
+    /// destination exists and is no regular file.
     explicit FicheroProvisional(std::filesystem::path destino);
     ~FicheroProvisional() override;
 
@@ -32,16 +33,16 @@ public:
     [[nodiscard]] bool es(const std::string &nombre, const struct stat &estado) const;
 
 private:
-    std::filesystem::path destino;
-    std::filesystem::path ruta;
-    Descriptor fd;
+    void empuja();
+
+    std::string nombre; // the destination's, in its folder
+    Descriptor carpeta;
+    Provisional fichero;
     struct stat propio {};
     struct stat anterior {}; // st_nlink 0: there was none
+    off_t escritos = 0;
+    off_t empujados = 0; // those that are on their way to the disk
     bool entregado = false;
 };
-
-/// A path in the same folder as `junto` for a file on its way to that name.
-/// Short whatever the length of the name, hidden, and not used by anyone.
-std::filesystem::path rutaProvisional(const std::filesystem::path &junto);
 
 } // namespace orcalin

@@ -28,7 +28,7 @@ void escribe(Sumidero &abajo, const AjustesZstd &ajustes, const Plan &plan, Prog
         empaquetador.guarda(pieza);
     // An archive of nothing must not take the place of an old one of something.
     if (empaquetador.guardadas() == 0) {
-        avisos.remata("no se pudieron guardar");
+        avisos.remata("guardar");
         throw Fallo("no hay nada que guardar");
     }
     tar.cierra();
@@ -58,7 +58,7 @@ void comprime(const PedidoComprimir &pedido) {
         pedido.maximo ? ajustesMaximos(bytesDe(plan)) : ajustesDeNivel(pedido.nivel);
     escribe(*abajo, ajustes, plan, progreso, avisos);
     progreso.acaba();
-    avisos.remata("no se pudieron guardar bien");
+    avisos.remata("guardar bien");
 }
 
 } // namespace orcalin

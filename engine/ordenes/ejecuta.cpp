@@ -13,9 +13,10 @@ struct Orden {
     void operator()(const PedidoComprimir &pedido) const { comprime(pedido); }
     void operator()(const PedidoListar &pedido) const { lista(pedido); }
     void operator()(const PedidoExtraer &pedido) const { extrae(pedido); }
+    void operator()(const PedidoComprobar &pedido) const { comprueba(pedido); }
     void operator()(const PedidoTexto &pedido) const {
         Salida salida;
-        salida.linea(pedido.texto);
+        salida.texto(pedido.texto);
         salida.vacia();
     }
 };
@@ -42,6 +43,7 @@ int ejecuta(int argc, const char *const *argv) noexcept {
         return 0;
     } catch (...) {
         // By now everything is unwound: these are the last words.
+        yaNoSeCancela();
         diceLinea("Error: " + descripcion());
         return 1;
     }

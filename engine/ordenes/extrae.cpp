@@ -1,6 +1,7 @@
 #include "ordenes/ordenes.h"
 
 #include "comun/fallo.h"
+#include "comun/marcha.h"
 #include "comun/senales.h"
 #include "comun/texto.h"
 #include "saque/extraccion.h"
@@ -44,9 +45,12 @@ void extrae(const PedidoExtraer &pedido) {
     const Archivo archivo(pedido.archivo, pedido.ficheroContrasena);
     entraEn(pedido.destino);
     Avisos avisos;
+    const Marcha marcha("Sacando", [&fichero = archivo.enElDisco()] {
+        return Marcha::Punto{fichero.leidos(), fichero.largo()};
+    });
     if (!Extraccion(archivo, ruta, avisos).saca() && !pedido.todo)
         noEsta(pedido.entrada);
-    avisos.remata("no se pudieron sacar bien");
+    avisos.remata("sacar bien");
 }
 
 } // namespace orcalin

@@ -9,6 +9,7 @@ namespace orcalin {
 void comprime(const PedidoComprimir &pedido);
 void lista(const PedidoListar &pedido);
 void extrae(const PedidoExtraer &pedido);
+void comprueba(const PedidoComprobar &pedido);
 
 /// The whole program: understands the command line, does what it asks for, and
 /// tells a failure on standard error. Returns the exit status.

@@ -2,68 +2,80 @@
 
 #include "cifrado/cabecera_age.h"
 #include "comun/fallo.h"
+#include "ordenes/ayuda.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <zstd.h>
 
 namespace orcalin {
 namespace {
 
-/// The library's help with its few words in Spanish.
-void enEspanol(CLI::App &app) {
-    auto formato = std::make_shared<CLI::Formatter>();
-    formato->label("Usage", "Uso");
-    formato->label("OPTIONS", "OPCIONES");
-    formato->label("SUBCOMMAND", "ORDEN");
-    formato->label("Positionals", "Argumentos");
-    formato->label("REQUIRED", "obligatorio");
-    formato->label("TEXT", "RUTA");
-    formato->label("INT", "N");
-    formato->label("Excludes", "incompatible con");
-    formato->column_width(32);
-    app.formatter(formato);
-    app.option_defaults()->group("Opciones");
-    app.set_help_flag("-h,--help", "Muestra esta ayuda")->group("Opciones");
+void enEspanol(CLI::App &app, const std::string &ejemplos) {
+    app.formatter(std::make_shared<Ayuda>());
+    app.set_help_flag("-h,--help", "Muestra esta ayuda");
+    app.footer("Ejemplos:\n" + ejemplos);
 }
 
-CLI::App *orden(CLI::App &app, const char *nombre, const char *descripcion) {
+CLI::App *orden(CLI::App &app, const char *nombre, const char *descripcion,
+                const std::string &ejemplos) {
     CLI::App *nueva = app.add_subcommand(nombre, descripcion);
-    enEspanol(*nueva);
-    nueva->group("Órdenes");
+    enEspanol(*nueva, ejemplos);
     return nueva;
 }
 
+void conArchivo(CLI::App &app, std::string &ruta) {
+    app.add_option("ARCHIVO", ruta, "Archivo que se lee")->required();
+}
+
 void conContrasena(CLI::App &app, std::string &ruta) {
-    app.add_option("--password-file", ruta, "Fichero cuyo contenido es la contraseña");
+    app.add_option("--password-file", ruta, "La contraseña es lo que contiene FICHERO")
+        ->type_name("FICHERO");
 }
 
 CLI::App *ordenComprimir(CLI::App &app, PedidoComprimir &p) {
-    CLI::App *nueva = orden(app, "compress", "Guarda ficheros y carpetas en un archivo");
-    nueva->add_option("ORIGEN", p.origenes, "Ficheros y carpetas")->required();
-    nueva->add_option("-o", p.destino, "Archivo que se escribe")->required();
-    auto *nivel = nueva->add_option("--level", p.nivel, "Nivel de compresión, de 1 a 22");
-    nivel->check(CLI::Range(1, ZSTD_maxCLevel()).description(""));
+    CLI::App *nueva = orden(app, "compress", "Guarda ficheros y carpetas en un archivo.",
+                            "  orcalin compress -o fotos.okz Fotos\n"
+                            "  orcalin compress -o papeles.okz --max Documentos notas.txt\n"
+                            "  orcalin compress -o diario.okz --encrypt --password-file clave "
+                            "diario\n");
+    nueva->add_option("ORIGEN", p.origenes, "Ficheros y carpetas que se guardan")->required();
+    nueva->add_option("-o", p.destino, "Archivo que se escribe")->required()->type_name("ARCHIVO");
+    auto *nivel = nueva->add_option("--level", p.nivel, "Nivel de compresión, de 1 a 22 (19)");
+    nivel->type_name("N")->check(CLI::Range(1, ZSTD_maxCLevel()).description(""));
     nueva->add_flag("--max", p.maximo, "Lo más pequeño posible, sin prisa")->excludes(nivel);
-    nueva->add_flag("--progress", p.progreso, "Cuenta cómo va por la salida de errores");
-    nueva->add_flag("--encrypt", p.cifra, "Cifra con contraseña");
+    nueva->add_flag("--encrypt", p.cifra, "Cifra con contraseña, nombres incluidos");
     conContrasena(*nueva, p.ficheroContrasena);
+    nueva->add_flag("--progress", p.progreso, "Cuenta cómo va también si no hay terminal");
     nueva->add_option("--work-factor", p.factor)->group("")->check(CLI::Range(1, factorMaximo));
     return nueva;
 }
 
 CLI::App *ordenListar(CLI::App &app, PedidoListar &p) {
-    CLI::App *nueva = orden(app, "list", "Muestra lo que hay en un archivo");
-    nueva->add_option("ARCHIVO", p.archivo, "Archivo que se lee")->required();
+    CLI::App *nueva =
+        orden(app, "list", "Muestra lo que hay en un archivo.", "  orcalin list fotos.okz\n");
+    conArchivo(*nueva, p.archivo);
     conContrasena(*nueva, p.ficheroContrasena);
     return nueva;
 }
 
 CLI::App *ordenExtraer(CLI::App &app, PedidoExtraer &p) {
-    CLI::App *nueva = orden(app, "extract", "Saca lo que hay en un archivo");
-    nueva->add_option("ARCHIVO", p.archivo, "Archivo que se lee")->required();
-    nueva->add_option("-o", p.destino, "Carpeta en la que se deja")->required();
-    nueva->add_option("--file", p.entrada, "Solo esta entrada, escrita como la muestra list");
+    CLI::App *nueva = orden(app, "extract", "Saca lo que hay en un archivo.",
+                            "  orcalin extract fotos.okz -o .\n"
+                            "  orcalin extract fotos.okz -o /tmp --file Fotos/playa.jpg\n");
+    conArchivo(*nueva, p.archivo);
+    nueva->add_option("-o", p.destino, "Carpeta en la que se deja; se crea si no la hay")
+        ->required()
+        ->type_name("CARPETA");
+    nueva->add_option("--file", p.entrada, "Solo RUTA y lo que cuelgue de ella, como en list")
+        ->type_name("RUTA");
+    conContrasena(*nueva, p.ficheroContrasena);
+    return nueva;
+}
+
+CLI::App *ordenComprobar(CLI::App &app, PedidoComprobar &p) {
+    CLI::App *nueva = orden(app, "check", "Lee un archivo entero y dice si está sano.",
+                            "  orcalin check fotos.okz && echo sano\n");
+    conArchivo(*nueva, p.archivo);
     conContrasena(*nueva, p.ficheroContrasena);
     return nueva;
 }
@@ -79,42 +91,27 @@ std::vector<std::string> argumentos(int argc, const char *const *argv) {
     return todos;
 }
 
-std::string porque(const CLI::ParseError &error) {
-    switch (static_cast<CLI::ExitCodes>(error.get_exit_code())) {
-    case CLI::ExitCodes::RequiredError:
-        return "falta algo en la orden";
-    case CLI::ExitCodes::ArgumentMismatch:
-        return "sobran o faltan valores en la orden";
-    case CLI::ExitCodes::ExtrasError:
-        return "hay algo en la orden que no se entiende";
-    case CLI::ExitCodes::ValidationError:
-    case CLI::ExitCodes::ConversionError:
-        return "hay un valor que no sirve";
-    case CLI::ExitCodes::ExcludesError:
-        return "--level y --max no van juntas";
-    default:
-        return "la orden no se entiende";
-    }
-}
-
 } // namespace
 
 Pedido lee(int argc, const char *const *argv) {
     CLI::App app("Guarda lo que se le da en un solo archivo, y lo devuelve.", "orcalin");
-    enEspanol(app);
-    app.set_version_flag("--version", "orcalin " ORCALIN_VERSION, "Muestra la versión")
-        ->group("Opciones");
+    enEspanol(app, "  orcalin compress -o fotos.okz Fotos\n"
+                   "  orcalin extract fotos.okz -o .\n"
+                   "\n«orcalin ORDEN --help» explica cada orden; «man orcalin», todo.\n");
+    app.set_version_flag("--version", "orcalin " ORCALIN_VERSION, "Muestra la versión");
     app.require_subcommand(1);
     PedidoComprimir comprimir;
     PedidoListar listar;
     PedidoExtraer extraer;
+    PedidoComprobar comprobar;
     const CLI::App *comprime = ordenComprimir(app, comprimir);
     const CLI::App *lista = ordenListar(app, listar);
     const CLI::App *extrae = ordenExtraer(app, extraer);
+    ordenComprobar(app, comprobar);
     try {
         app.parse(argumentos(argc, argv));
     } catch (const CLI::CallForVersion &version) {
-        return PedidoTexto{version.what()};
+        return PedidoTexto{version.what() + std::string("\n")};
     } catch (const CLI::CallForHelp &) {
         return PedidoTexto{app.help()};
     } catch (const CLI::ParseError &error) {
@@ -125,7 +122,9 @@ Pedido lee(int argc, const char *const *argv) {
         return comprimir;
     if (lista->parsed())
         return listar;
-    return extraer;
+    if (extrae->parsed())
+        return extraer;
+    return comprobar;
 }
 
 } // namespace orcalin

@@ -36,12 +36,18 @@ struct PedidoExtraer {
     std::string ficheroContrasena;
 };
 
-/// A text for standard output: the help or the version.
+struct PedidoComprobar {
+    std::string archivo;
+    std::string ficheroContrasena;
+};
+
+/// A text for standard output, line ends included: the help or the version.
 struct PedidoTexto {
     std::string texto;
 };
 
-using Pedido = std::variant<PedidoComprimir, PedidoListar, PedidoExtraer, PedidoTexto>;
+using Pedido =
+    std::variant<PedidoComprimir, PedidoListar, PedidoExtraer, PedidoComprobar, PedidoTexto>;
 
 /// Understands the command line. Throws Fallo if there is something wrong with it.
 Pedido lee(int argc, const char *const *argv);

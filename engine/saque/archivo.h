@@ -1,8 +1,7 @@
 #pragma once
 
-#include "cifrado/secreto.h"
-#include "flujo/descriptor.h"
-#include "flujo/flujo.h"
+#include "cifrado/almacen_age.h"
+#include "flujo/almacen_fichero.h"
 
 #include <filesystem>
 #include <memory>
@@ -20,16 +19,19 @@ public:
     /// missing or wrong.
     Archivo(const std::filesystem::path &ruta, const std::string &ficheroContrasena);
 
+    /// What the archive holds, without its encryption.
+    [[nodiscard]] const Almacen &almacen() const;
+
+    /// The file itself, encrypted or not.
+    [[nodiscard]] const AlmacenFichero &enElDisco() const { return fichero; }
+
     /// The tar stream from its beginning, any number of times. The archive must
     /// outlive it.
     [[nodiscard]] std::unique_ptr<Fuente> tar() const;
 
 private:
-    void reconoce(const std::string &ficheroContrasena);
-
-    Descriptor fd;
-    std::optional<Secreto> claveFichero; // of an encrypted archive
-    off_t carga = 0;                     // where what the key opens begins
+    AlmacenFichero fichero;
+    std::optional<AlmacenAge> descifrado; // of an encrypted archive
 };
 
 } // namespace orcalin

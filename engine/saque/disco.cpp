@@ -1,159 +1,157 @@
 #include "saque/disco.h"
 
-#include "comun/fallo.h"
 #include "comun/senales.h"
-#include "flujo/fichero_provisional.h"
+#include "flujo/provisional.h"
+#include "saque/en_camino.h"
 #include "saque/fallo_de_entrada.h"
 
 #include <cerrno>
-#include <cstdio>
+#include <fcntl.h>
 #include <new>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace orcalin {
 namespace {
 
-int opciones() {
-    constexpr int fieles = ARCHIVE_EXTRACT_PERM | ARCHIVE_EXTRACT_TIME | ARCHIVE_EXTRACT_XATTR |
-                           ARCHIVE_EXTRACT_ACL | ARCHIVE_EXTRACT_SPARSE;
-    constexpr int seguras = ARCHIVE_EXTRACT_SECURE_SYMLINKS | ARCHIVE_EXTRACT_SECURE_NODOTDOT |
-                            ARCHIVE_EXTRACT_SECURE_NOABSOLUTEPATHS;
-    return fieles | seguras | (geteuid() == 0 ? ARCHIVE_EXTRACT_OWNER : 0);
+constexpr mode_t soloMio = 0600;
+constexpr mode_t deCarpeta = 0777;
+
+/// The owner must be able to work in a folder until its own mode comes last.
+void abrePaso(int madre, const std::string &nombre, const struct stat &estado) {
+    const bool cerrada = estado.st_uid == geteuid() && (estado.st_mode & S_IRWXU) != S_IRWXU;
+    if (cerrada && fchmodat(madre, nombre.c_str(), S_IRWXU, AT_SYMLINK_NOFOLLOW) != 0)
+        fallaEntrada(errno);
 }
-
-/// The next entry would fare no better.
-bool esDelDisco(int numero) {
-    return numero == ENOSPC || numero == EDQUOT || numero == EIO;
-}
-
-/// Whether there is a folder, and not a link to one.
-bool esCarpeta(const char *ruta) {
-    struct stat estado {};
-    return lstat(ruta, &estado) == 0 && S_ISDIR(estado.st_mode);
-}
-
-/// A file on its way to its name: gone with whatever prevented its arrival.
-class EnCamino {
-public:
-    explicit EnCamino(const std::string &destinoDado)
-        : destino(destinoDado)
-        , ruta(rutaProvisional(destinoDado)) {
-        if (!borraAlCancelar(ruta))
-            throw FalloDeEntrada(causa(ENAMETOOLONG));
-    }
-    EnCamino(const EnCamino &) = delete;
-    EnCamino &operator=(const EnCamino &) = delete;
-    ~EnCamino() {
-        if (!llegado)
-            unlink(ruta.c_str());
-    }
-
-    [[nodiscard]] const std::string &provisional() const { return ruta; }
-
-    void llega() {
-        // An empty folder gives way to a file of its name, as to any other kind of entry.
-        if (rename(ruta.c_str(), destino.c_str()) != 0 &&
-            (errno != EISDIR || rmdir(destino.c_str()) != 0 ||
-             rename(ruta.c_str(), destino.c_str()) != 0))
-            throw FalloDeEntrada(causa(errno));
-        llegado = true;
-    }
-
-private:
-    std::string destino;
-    std::string ruta;
-    bool llegado = false;
-};
 
 } // namespace
 
 Disco::Disco()
-    : disco(archive_write_disk_new()) {
-    if (!disco)
+    : mascara(umask(0))
+    , cuentas(archive_write_disk_new())
+    , carpetas(deCarpeta & ~mascara) {
+    if (!cuentas)
         throw std::bad_alloc();
-    archive_write_disk_set_options(disco.get(), opciones());
-    archive_write_disk_set_standard_lookup(disco.get());
+    archive_write_disk_set_standard_lookup(cuentas.get());
+}
+
+Disco::~Disco() {
+    umask(mascara);
 }
 
 void Disco::saca(LectorTar &lector, archive_entry *ficha, const Entrada &entrada,
                  const std::string &como) {
     faltaAlgo = false;
-    if (!quedaDentro(como))
-        throw FalloDeEntrada("su ruta sale de la carpeta de destino");
-    if (entrada.tipo == '?')
-        throw FalloDeEntrada("no es un fichero ni una carpeta");
     if (entrada.tipo == '-')
         return sacaFichero(lector, ficha, como);
     if (entrada.tipo == 'd')
         return sacaCarpeta(ficha, como);
-    cabecera(ficha, como);
-    comprueba(archive_write_finish_entry(disco.get()));
+    if (entrada.tipo == 'l')
+        return sacaEnlace(ficha, como);
+    throw FalloDeEntrada("no es un fichero ni una carpeta");
 }
 
-void Disco::enlaza(archive_entry *ficha, const std::string &ruta, const std::string &enlace) {
+void Disco::enlaza(archive_entry * /*ficha*/, const std::string &ruta, const std::string &enlace) {
     faltaAlgo = false;
-    if (!quedaDentro(ruta))
-        throw FalloDeEntrada("su ruta sale de la carpeta de destino");
-    // A body would be written through the link; the file has it already.
-    archive_entry_unset_size(ficha);
-    archive_entry_copy_hardlink(ficha, enlace.c_str());
-    cabecera(ficha, ruta);
-    comprueba(archive_write_finish_entry(disco.get()));
+    const Lugar fichero = lugar(enlace);
+    pon(
+        ruta,
+        [&](int carpeta, const char *nombre) {
+            return linkat(fichero.carpeta->fd.numero(), fichero.nombre.c_str(), carpeta, nombre, 0);
+        },
+        [](int, const std::string &) {});
 }
 
 void Disco::acaba() {
-    // Inner folders first; one that gave way to something else since is gone.
-    for (auto i = carpetasDeAntes.rbegin(); i != carpetasDeAntes.rend(); ++i)
-        if (esCarpeta(archive_entry_pathname(i->get())) &&
-            archive_write_header(disco.get(), i->get()) == ARCHIVE_OK)
-            archive_write_finish_entry(disco.get());
-    comprueba(archive_write_close(disco.get()));
+    faltaAlgo = false;
+    // Inner folders first.
+    for (auto i = porAcabar.rbegin(); i != porAcabar.rend(); ++i) {
+        try {
+            const auto carpeta = carpetas.abre(i->first);
+            faltaAlgo = !ponAtributos(carpeta->fd.numero(), i->second, false) || faltaAlgo;
+        } catch (const FalloDeEntrada &) {
+            faltaAlgo = true;
+        }
+    }
+    porAcabar.clear();
 }
 
-/// The library puts off the times of the folders that it makes, but not of
-/// those that it finds: these are gone over once more at the end.
+Disco::Lugar Disco::lugar(const std::string &ruta) {
+    if (!quedaDentro(ruta))
+        throw FalloDeEntrada("su ruta sale de la carpeta de destino");
+    return {carpetas.abre(madreDe(ruta)), std::string(nombreDe(ruta))};
+}
+
 void Disco::sacaCarpeta(archive_entry *ficha, const std::string &como) {
-    const bool estaba = esCarpeta(como.c_str());
-    cabecera(ficha, como);
-    comprueba(archive_write_finish_entry(disco.get()));
-    if (estaba)
-        carpetasDeAntes.emplace_back(archive_entry_clone(ficha));
+    const Lugar sitio = lugar(como);
+    const int madre = sitio.carpeta->fd.numero();
+    struct stat estado {};
+    if (!carpetas.crea(como)) {
+        if (fstatat(madre, sitio.nombre.c_str(), &estado, AT_SYMLINK_NOFOLLOW) != 0)
+            fallaEntrada(errno);
+        if (S_ISDIR(estado.st_mode))
+            abrePaso(madre, sitio.nombre, estado);
+        else if (unlinkat(madre, sitio.nombre.c_str(), 0) != 0 || !carpetas.crea(como))
+            fallaEntrada(errno);
+    }
+    porAcabar.insert_or_assign(como, leeAtributos(ficha, cuentas.get()));
 }
 
 void Disco::sacaFichero(LectorTar &lector, archive_entry *ficha, const std::string &como) {
-    EnCamino fichero(como);
-    cabecera(ficha, fichero.provisional());
-    copia(lector);
-    comprueba(archive_write_finish_entry(disco.get()));
-    fichero.llega();
+    const Lugar sitio = lugar(como);
+    const Atributos atributos = leeAtributos(ficha, cuentas.get());
+    const bool sencillo = atributos.bastaConCrear() && !sitio.carpeta->hereda;
+    const std::int64_t bytes = archive_entry_size(ficha);
+    std::int64_t desde = 0;
+    Octetos trozo = lector.trozo(desde);
+    const bool deUnaVez = desde == 0 && static_cast<std::int64_t>(trozo.size()) == bytes;
+    FicheroNuevo fichero(sitio.carpeta, sitio.nombre, sencillo ? atributos.permisos : soloMio,
+                         deUnaVez);
+    for (; !trozo.empty(); trozo = lector.trozo(desde))
+        fichero.escribe(desde, trozo);
+    fichero.alarga(bytes);
+    faltaAlgo = !ponAtributos(fichero.descriptor(), atributos, sencillo);
+    if (fichero.llega())
+        yaNoEsCarpeta(como);
 }
 
-void Disco::copia(LectorTar &lector) {
-    std::int64_t desplazamiento = 0;
-    for (auto trozo = lector.trozo(desplazamiento); !trozo.empty();
-         trozo = lector.trozo(desplazamiento))
-        comprueba(
-            archive_write_data_block(disco.get(), trozo.data(), trozo.size(), desplazamiento));
+void Disco::sacaEnlace(archive_entry *ficha, const std::string &como) {
+    const Atributos atributos = leeAtributos(ficha, cuentas.get());
+    const char *destino = archive_entry_symlink(ficha);
+    if (destino == nullptr)
+        throw FalloDeEntrada("no dice a qué enlaza");
+    pon(
+        como, [&](int carpeta, const char *nombre) { return symlinkat(destino, carpeta, nombre); },
+        [&](int carpeta, const std::string &nombre) {
+            faltaAlgo = !ponAtributosAlEnlace(carpeta, nombre, atributos);
+        });
 }
 
-void Disco::cabecera(archive_entry *ficha, const std::string &ruta) {
-    archive_entry_copy_pathname(ficha, ruta.c_str());
-    comprueba(archive_write_header(disco.get(), ficha));
+/// What appears in one step may do so under its own name if that is free.
+template<typename Crea, typename Prepara>
+void Disco::pon(const std::string &como, const Crea &crea, const Prepara &prepara) {
+    const Lugar sitio = lugar(como);
+    const int madre = sitio.carpeta->fd.numero();
+    if (crea(madre, sitio.nombre.c_str()) == 0)
+        return prepara(madre, sitio.nombre);
+    if (errno != EEXIST)
+        fallaEntrada(errno);
+    const std::string provisional = nombreProvisional();
+    anunciaEfimero(madre, provisional);
+    EnCamino camino(sitio.carpeta, provisional);
+    if (crea(madre, provisional.c_str()) != 0)
+        fallaEntrada(errno);
+    prepara(madre, provisional);
+    if (camino.llega(sitio.nombre))
+        yaNoEsCarpeta(como);
+    // Between two names of one file a rename does nothing.
+    unlinkat(madre, provisional.c_str(), 0);
 }
 
-void Disco::comprueba(la_ssize_t resultado) {
-    if (resultado == ARCHIVE_OK || resultado > 0)
-        return;
-    const int numero = archive_errno(disco.get());
-    if (esDelDisco(numero))
-        falla("no se puede sacar", numero);
-    if (resultado == ARCHIVE_WARN) {
-        faltaAlgo = true;
-        return;
-    }
-    // Without a number it is the library that refuses, for safety's sake.
-    throw FalloDeEntrada(numero > 0 ? causa(numero) : "su ruta pasa por un enlace simbólico");
+void Disco::yaNoEsCarpeta(const std::string &ruta) {
+    carpetas.olvida(ruta);
+    porAcabar.erase(ruta);
 }
 
 } // namespace orcalin

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "saque/atributos.h"
+#include "saque/carpetas.h"
 #include "tar/entrada.h"
 #include "tar/lector_tar.h"
 
+#include <map>
 #include <string>
-#include <vector>
 
 namespace orcalin {
 
@@ -16,11 +18,14 @@ namespace orcalin {
 /// done; a full disk, and a damaged archive, throw Fallo.
 class Disco {
 public:
-    /// Throws std::bad_alloc.
+    /// While it lives the process has no umask. Throws Fallo or std::bad_alloc.
     Disco();
+    Disco(const Disco &) = delete;
+    Disco &operator=(const Disco &) = delete;
+    ~Disco();
 
     /// Writes the entry that `lector` stands at under its own path, or `como`.
-    /// A regular file gets its name only when all its content is there.
+    /// Whatever was there stays until all its content is here.
     void saca(LectorTar &lector, archive_entry *ficha, const Entrada &entrada,
               const std::string &como);
 
@@ -30,18 +35,29 @@ public:
     /// Gives folders their modes and times, which wait for their contents.
     void acaba();
 
-    /// Whether the last entry came out without some attribute of its own.
+    /// Whether the last entry (after acaba(), some folder) came out without an
+    /// attribute that this user may give.
     [[nodiscard]] bool incompleta() const { return faltaAlgo; }
 
 private:
+    /// A path, taken apart.
+    struct Lugar {
+        CarpetaAbierta carpeta;
+        std::string nombre;
+    };
+
+    Lugar lugar(const std::string &ruta);
     void sacaCarpeta(archive_entry *ficha, const std::string &como);
     void sacaFichero(LectorTar &lector, archive_entry *ficha, const std::string &como);
-    void copia(LectorTar &lector);
-    void cabecera(archive_entry *ficha, const std::string &ruta);
-    void comprueba(la_ssize_t resultado);
+    void sacaEnlace(archive_entry *ficha, const std::string &como);
+    template<typename Crea, typename Prepara>
+    void pon(const std::string &como, const Crea &crea, const Prepara &prepara);
+    void yaNoEsCarpeta(const std::string &ruta);
 
-    AsaEscritura disco;
-    std::vector<Ficha> carpetasDeAntes; // entries whose folder was there already
+    mode_t mascara; // the process's, from before
+    AsaEscritura cuentas;
+    Carpetas carpetas;
+    std::map<std::string, Atributos> porAcabar; // folders
     bool faltaAlgo = false;
 };
 

@@ -19,6 +19,8 @@ bool Extraccion::saca() {
     for (const auto &[enlace, ruta] : pendientes)
         falta(ruta, "enlaza con " + citado(enlace) + ", que no está en el archivo");
     disco.acaba();
+    if (disco.incompleta())
+        avisos.avisa("alguna carpeta ha salido sin todos sus atributos");
     return algo;
 }
 

@@ -10,4 +10,8 @@ class FalloDeEntrada : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// Throws what an errno value calls for: Fallo if it is about the disk, where
+/// the next entry would fare no better, FalloDeEntrada otherwise.
+[[noreturn]] void fallaEntrada(int numero);
+
 } // namespace orcalin

@@ -95,6 +95,12 @@ void apuntaDescriptores(const std::string &fichero) {
     std::ofstream(fichero) << abiertos;
 }
 
+// Until there is such a file.
+void aguarda(const std::string &fichero) {
+    while (!std::filesystem::exists(fichero))
+        espera(20);
+}
+
 void inunda(int a, long bytes) {
     const std::string bloque(65536, 'x');
     for (; bytes > 0; bytes -= static_cast<long>(bloque.size()))
@@ -148,6 +154,8 @@ void juega(const std::string &accion, const std::string &dato) {
         di(STDOUT_FILENO, descifra(dato));
     else if (accion == "espera")
         espera(std::stoi(dato));
+    else if (accion == "aguarda")
+        aguarda(dato);
     else if (accion == "inunda")
         inunda(STDERR_FILENO, std::stol(dato));
     else if (accion == "inunda-salida")

@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QPointer>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace {
@@ -133,6 +134,40 @@ private slots:
         QVERIFY(app.pantalla() != llena);
         app.pantalla()->aparece();
         QCOMPARE(app.pantalla()->origenes().size(), 2);
+    }
+
+    void salirPreguntaMientrasSeComprime() {
+        const Banco banco;
+        banco.ponMotor({"aguarda " + banco.ruta("ya"), "sale 0"});
+        const QUrl origen = banco.fichero("a", "a");
+        Salida salida;
+        const QSignalSpy sale(&salida, &Salida::sale);
+        auto motor = std::make_unique<Motor>();
+        motor->comprimir({origen}, banco.url("a.okz"), false, std::nullopt);
+        QVERIFY(!salida.pide() && salida.pregunta());
+        salida.sigue();
+        QVERIFY(!salida.pregunta());
+
+        motor.reset(); // the job goes on without its screen
+        QVERIFY(!salida.pide());
+        banco.fichero("ya", "");
+        QTRY_VERIFY(!salida.pregunta()); // nothing is left to ask about
+        QCOMPARE(sale.size(), 0);
+        QVERIFY(salida.pide());
+        QCOMPARE(sale.size(), 1);
+    }
+
+    void salirNoPreguntaPorLoCancelado() {
+        const Banco banco;
+        banco.ponMotor({"ignora", "aguarda " + banco.ruta("ya")});
+        Salida salida;
+        Motor motor;
+        motor.comprimir({banco.fichero("a", "a")}, banco.url("a.okz"), false, std::nullopt);
+        Testigo testigo(motor);
+        motor.cancelar();
+        QVERIFY(salida.pide());
+        banco.fichero("ya", "");
+        QVERIFY(testigo.esperaFinal());
     }
 
     void abrirPorElDialogoYPorArrastre() {

@@ -7,7 +7,7 @@ import time
 
 from caso import ARBOL, SESION, Caso, persona
 
-PREFIJO = SESION.carpeta / "instalado"
+PREFIJO = SESION.prefijo
 MOTOR = PREFIJO / "libexec/orcalin/orcalin"
 GUION = SESION.carpeta / "guion"
 

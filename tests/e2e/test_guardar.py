@@ -12,6 +12,7 @@ from huellas import RAROS, diferencias, siembra
 MOTOR = Path(ARBOL) / "libexec/orcalin/orcalin"
 CLAVE = "la araña, ç 1º"
 GRANDE = "/usr/include/c++"
+PREGUNTA = "¿Salir sin terminar de guardar?"
 
 
 def entradas(original):
@@ -109,9 +110,19 @@ class Salida(Caso):
         self.app.proceso.send_signal(signal.SIGTERM)
         self.sin_rastro(motores)
 
-    def test_salir_con_el_teclado(self):
+    def test_salir_con_el_teclado_pregunta_antes(self):
         motores = self.trabajando()
         persona.teclas("ctrl+q")
+        self.espera_panel(PREGUNTA)
+        persona.hasta(lambda: self.con_foco() == ("push button", "Seguir guardando"),
+                      "el foco en lo que no pierde nada")
+        self.todo_con_nombre()
+        persona.teclas("Escape")
+        self.espera_sin_panel()
+        self.assertEqual([motor.exists() for motor in motores], [True])
+        persona.teclas("ctrl+q")
+        self.espera_panel(PREGUNTA)
+        self.app.pulsa("push button", "Salir")
         self.sin_rastro(motores)
 
 

@@ -4,7 +4,7 @@ a job, and that nothing an engine does can hang the window."""
 import time
 import unittest
 
-from caso import persona
+from caso import SESION, persona
 from instalado import MOTOR, CasoInstalado, pon_actor, pon_guion
 
 SIEMPRE = "espera 600000"
@@ -137,6 +137,19 @@ class Guionizado(CasoInstalado):
         motores = self.motores()
         self.cierra()
         self.assertEqual([motor.exists() for motor in motores], [False])
+
+    def test_acaba_mientras_se_pregunta_si_salir(self):
+        ya = SESION.carpeta / "ya"
+        self.guarda(CUARTO, f"aguarda {ya}", "escribe-destino 333", "sale 0")
+        self.espera_barra("25 %, 10 de 40 archivos")
+        persona.teclas("alt+F4")  # the window manager's
+        self.espera_panel("¿Salir sin terminar de guardar?")
+        ya.touch()
+        self.espera_sin_panel()
+        self.app.lee(lambda t: t == "ahorras 667 bytes · 66% menos", "el ahorro")
+        ya.unlink()
+        persona.teclas("alt+F4")  # there is nothing left to ask about
+        self.acabada(*self.app.acaba())
 
     # No engine to speak of.
 

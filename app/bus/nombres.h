@@ -1,0 +1,26 @@
+#pragma once
+
+/// The application on the session bus: one object, with both interfaces.
+///
+///     gdbus introspect --session --dest es.orcalin.Orcalin
+///         --object-path /es/orcalin/Orcalin
+///
+/// The path is the one that org.freedesktop.Application derives from the name.
+namespace bus {
+
+constexpr auto kNombre = "es.orcalin.Orcalin";
+constexpr auto kRuta = "/es/orcalin/Orcalin";
+constexpr auto kServicios = "es.orcalin.Servicios";
+constexpr auto kAplicacion = "org.freedesktop.Application";
+
+/// The D-Bus error of a service that was refused; its message is for the user.
+constexpr auto kRechazo = "es.orcalin.Servicios.Error";
+
+/// The action of org.freedesktop.Application that leaves the application.
+constexpr auto kAccionSalir = "salir";
+
+/// The keys of org.freedesktop.Application's platform data.
+constexpr auto kFichaX11 = "desktop-startup-id";
+constexpr auto kFichaWayland = "activation-token";
+
+} // namespace bus

@@ -1,0 +1,54 @@
+import QtQuick
+import QtQuick.Controls.Fusion
+import QtQuick.Layouts
+import Orcalin
+
+// The question before a compression is given up. Whoever just goes on pressing
+// keys stays.
+Popup {
+    id: panel
+
+    required property Salida salida
+
+    anchors.centerIn: parent
+    width: Math.min(380, parent.width - 48)
+    padding: 24
+    modal: true
+    focus: true
+    visible: salida.pregunta
+    onClosed: salida.sigue()
+    onOpened: sigue.forceActiveFocus()
+
+    contentItem: ColumnLayout {
+        spacing: 14
+        Accessible.role: Accessible.Dialog
+        Accessible.name: pregunta.text
+        Texto {
+            id: pregunta
+            text: "¿Salir sin terminar de guardar?"
+            font.weight: Font.DemiBold
+            wrapMode: Text.Wrap
+            maximumLineCount: 3
+            Layout.fillWidth: true
+        }
+        Leyenda {
+            text: "Lo que se está guardando se cancela y no queda nada a medias."
+            wrapMode: Text.Wrap
+            maximumLineCount: 4
+            Layout.fillWidth: true
+        }
+        RowLayout {
+            spacing: 12
+            Layout.alignment: Qt.AlignHCenter
+            Boton {
+                text: "Salir"
+                onClicked: panel.salida.sal()
+            }
+            BotonDestacado {
+                id: sigue
+                text: "Seguir guardando"
+                onClicked: panel.salida.sigue()
+            }
+        }
+    }
+}

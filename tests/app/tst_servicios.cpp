@@ -1,0 +1,127 @@
+// What other programs may ask for, and the command line that asks for it.
+#include "banco.h"
+#include "inicio/abierto.h"
+#include "inicio/orden.h"
+#include "inicio/recepcion.h"
+
+#include <QDir>
+#include <QTest>
+
+namespace {
+
+using Que = Peticion::Que;
+
+QUrl url(const char *ruta) {
+    return QUrl::fromLocalFile(QString::fromUtf8(ruta));
+}
+
+const QString sinArchivos = QStringLiteral("No he recibido ningún archivo.");
+const QString noEsArchivo = QStringLiteral("Eso no es un archivo .okz.");
+
+std::optional<Orden> orden(std::vector<const char *> argumentos) {
+    argumentos.insert(argumentos.begin(), "orcalin-app");
+    return Orden::lee(static_cast<int>(argumentos.size()), const_cast<char **>(argumentos.data()));
+}
+
+} // namespace
+
+class TstServicios : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        Abierto::compartido().ponArchivo(std::nullopt);
+        Abierto::compartido().ponAComprimir({});
+    }
+
+    void loQueSeRechaza_data() {
+        QTest::addColumn<QStringList>("uris");
+        QTest::newRow("nada") << QStringList{};
+        QTest::newRow("no es un fichero") << QStringList{"file:///a.okz", "https://a.es/b.okz"};
+        QTest::newRow("no es una URI") << QStringList{"file:///a.okz", "/b.okz"};
+        QTest::newRow("vacía") << QStringList{"", "file:///a.okz"};
+        QTest::newRow("sin ruta") << QStringList{"file:", "file:///a.okz"};
+        QTest::newRow("con un cero") << QStringList{"file:///a%00.okz"};
+    }
+    void loQueSeRechaza() {
+        QFETCH(QStringList, uris);
+        Recepcion recepcion;
+        int veces = 0;
+        connect(&recepcion, &Recepcion::alFrente, this, [&] { ++veces; });
+        QCOMPARE(recepcion.atiende({Que::Comprimir, uris}).value_or(QString()), sinArchivos);
+        QCOMPARE(recepcion.atiende({Que::Abrir, uris}).value_or(QString()), noEsArchivo);
+        QCoreApplication::processEvents();
+        QCOMPARE(veces, 0);
+        QVERIFY(!Abierto::compartido().archivo());
+        QVERIFY(Abierto::compartido().aComprimir().isEmpty());
+    }
+
+    void comprimirLoPoneTodoComoViene() {
+        auto &abierto = Abierto::compartido();
+        abierto.ponArchivo(url("/abierto.okz"));
+        QStringList pasos;
+        Recepcion recepcion;
+        connect(&recepcion, &Recepcion::alFrente, this, [&] { pasos.append("al frente"); });
+        const auto enlace = connect(&abierto, &Abierto::vaACambiar, this, [&] {
+            pasos.append(abierto.archivo() ? "deja el archivo" : "pone la lista");
+        });
+        const QStringList uris{"file:///z%20z", "file:///a.okz", "file:///z%20z"};
+        QVERIFY(!recepcion.atiende({Que::Comprimir, uris}));
+        QVERIFY(pasos.isEmpty()); // not before the call has returned
+        QCoreApplication::processEvents();
+        disconnect(enlace);
+        const QStringList esperados{"al frente", "deja el archivo", "pone la lista"};
+        QCOMPARE(pasos, esperados);
+        QVERIFY(!abierto.archivo());
+        const QList<QUrl> urls{url("/z z"), url("/a.okz"), url("/z z")};
+        QCOMPARE(abierto.aComprimir(), urls);
+    }
+
+    void abrirTomaElPrimerArchivo() {
+        Recepcion recepcion;
+        QByteArray ficha;
+        connect(&recepcion, &Recepcion::alFrente, this, [&](const Ficha &f) {
+            ficha = f.x11;
+            QVERIFY(!Abierto::compartido().archivo());
+        });
+        const QStringList uris{"file:///a.pdf", "file:///X.OKZ", "file:///b.okz"};
+        QVERIFY(!recepcion.atiende({Que::Abrir, uris, {"f_TIME1", {}}}));
+        QVERIFY(!Abierto::compartido().archivo());
+        QCoreApplication::processEvents();
+        QCOMPARE(Abierto::compartido().archivo().value_or(QUrl()), url("/X.OKZ"));
+        QCOMPARE(ficha, "f_TIME1");
+        QCOMPARE(recepcion.atiende({Que::Abrir, {"file:///a.pdf"}}).value_or(QString()),
+                 noEsArchivo);
+    }
+
+    void losFicherosAbiertosPasanPorAltoLoDemas() {
+        Recepcion recepcion;
+        int veces = 0;
+        connect(&recepcion, &Recepcion::alFrente, this, [&] { ++veces; });
+        recepcion.atiende({Que::Ficheros, {"https://a.es/a.okz", "file:///b.okz"}});
+        QCoreApplication::processEvents();
+        QCOMPARE(Abierto::compartido().archivo().value_or(QUrl()), url("/b.okz"));
+        recepcion.atiende({Que::Ficheros, {"file:///a.txt"}});
+        QCoreApplication::processEvents();
+        QCOMPARE(Abierto::compartido().archivo().value_or(QUrl()), url("/b.okz"));
+        QCOMPARE(veces, 2);
+    }
+
+    void laOrden() {
+        const Banco banco;
+        QDir::setCurrent(QString::fromUtf8(banco.ruta("")));
+        const QString aqui = QStringLiteral("file://") + QDir::currentPath() + u'/';
+        const auto abrir = orden({"--servicio", "abrir", "--", "-a b%.okz", "/c\xe1", "file:///d"});
+        QVERIFY(abrir && abrir->modo == Orden::Modo::Cliente);
+        QCOMPARE(abrir->peticion.que, Que::Abrir);
+        const QStringList uris{aqui + "-a%20b%25.okz", "file:///c%E1", "file:///d"};
+        QCOMPARE(abrir->peticion.uris, uris);
+        QCOMPARE(orden({"a.okz", ""})->peticion.uris, QStringList{aqui + "a.okz"});
+        QCOMPARE(orden({})->peticion.que, Que::Activar);
+        QVERIFY(orden({"--espera"})->modo == Orden::Modo::Espera);
+        QVERIFY(!orden({"--servicio", "borrar", "/a"}) && !orden({"--servicio"}));
+    }
+};
+
+QTEST_GUILESS_MAIN(TstServicios)
+#include "tst_servicios.moc"
