@@ -14,7 +14,7 @@ recorrer=(
 comprobar=(
     age zstd libarchive-tools libglib2.0-bin dbus-bin x11-utils
     desktop-file-utils appstream shared-mime-info libxml2-utils
-    thunar thunarx-python gir1.2-thunarx-3.0 pcmanfm-qt nautilus python3-nautilus
+    thunar thunarx-python gir1.2-thunarx-3.0 pcmanfm-qt gir1.2-nautilus-4.0
 )
 
 # Installs what is missing of the packages named, and says so.

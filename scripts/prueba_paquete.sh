@@ -3,6 +3,10 @@
 # debootstrap), uses it there and removes it; fails if anything of it is missing
 # or stays. As root. With a folder as argument, a picture of the window goes there.
 set -euo pipefail
+# Mounts and processes of its own, so that none outlives it however it ends.
+[ -n "${ORCALIN_APARTE:-}" ] ||
+    ORCALIN_APARTE=1 exec unshare --mount --pid --fork --kill-child --mount-proc "$0" "$@"
+
 aqui=$(dirname "$(dirname "$(readlink -f "$0")")")
 source "$aqui/scripts/preparar.sh"
 fotos=${1:+$(realpath "$1")}
@@ -11,8 +15,9 @@ espejo=http://deb.debian.org/debian
 asegura "${construir[@]}" debootstrap dpkg-dev file xvfb xdotool imagemagick
 cd "$aqui"
 construye
+rm -f build/release/orcalin_*.deb
 cmake --build --preset release --target package >/dev/null
-paquete=$(ls -t build/release/orcalin_*.deb | head -n 1)
+paquete=$(echo build/release/orcalin_*.deb)
 
 base=build/debian12.tar
 if [ ! -f "$base" ]; then
@@ -23,29 +28,27 @@ if [ ! -f "$base" ]; then
     mv "$base.nuevo" "$base"
 fi
 
-raiz=$(mktemp -d)
-pantalla=
+debian=$(mktemp -d)
 limpia() {
-    [ -z "$pantalla" ] || kill "$pantalla" 2>/dev/null || true
-    mountpoint -q "$raiz/proc" && umount "$raiz/proc"
-    mountpoint -q "$raiz/dev" && umount "$raiz/dev"
-    rm -rf --one-file-system "$raiz"
+    umount -ql "$debian/proc" "$debian/dev" || true
+    rm -rf --one-file-system "$debian"
 }
 trap limpia EXIT
-tar -C "$raiz" -xf "$base"
-mount -t proc proc "$raiz/proc"
-mount -t tmpfs -o mode=755 tmpfs "$raiz/dev"
-for nodo in null zero random urandom; do cp -a "/dev/$nodo" "$raiz/dev/"; done
+tar -C "$debian" -xf "$base"
+mount -t proc proc "$debian/proc"
+mount -t tmpfs -o mode=755 tmpfs "$debian/dev"
+for nodo in null zero random urandom; do cp -a "/dev/$nodo" "$debian/dev/"; done
 
+aparte=()
 dentro() {
-    env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 TMPDIR=/tmp \
+    "${aparte[@]}" env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 TMPDIR=/tmp \
         DEBIAN_FRONTEND=noninteractive ${DISPLAY_DENTRO:+DISPLAY=$DISPLAY_DENTRO} \
-        chroot "$raiz" "$@"
+        chroot "$debian" "$@"
 }
 apt() { dentro apt-get -qq -y --no-install-recommends -o Dpkg::Use-Pty=0 "$@" >/dev/null; }
 # What packages write about themselves and all caches are not the package's.
 lista() {
-    (cd "$raiz" && find . -xdev \( -path ./var/lib/dpkg -o -path ./var/lib/apt -o -path ./var/log \
+    (cd "$debian" && find . -xdev \( -path ./var/lib/dpkg -o -path ./var/lib/apt -o -path ./var/log \
         -o -path ./var/cache -o -path ./root -o -path ./tmp -o -path ./dev -o -path ./proc \) \
         -prune -o -print | sort)
 }
@@ -66,17 +69,17 @@ apt update
 apt satisfy "$(dpkg-deb -f "$paquete" Depends)"
 apt install shared-mime-info desktop-file-utils gtk-update-icon-cache hicolor-icon-theme \
     libglib2.0-bin dbus-daemon at-spi2-core libarchive-tools zstd
-lista >"$raiz/tmp/antes"
+lista >"$debian/tmp/antes"
 
 echo "Instalar"
-cp "$paquete" "$raiz/tmp/orcalin.deb"
+cp "$paquete" "$debian/tmp/orcalin.deb"
 nuevos=$(dentro apt-get -s install /tmp/orcalin.deb | grep -c '^Inst') || true
 debe [ "$nuevos" = 1 ]
 apt install /tmp/orcalin.deb
 
 echo "Usar"
 da es.orcalin.Orcalin.desktop xdg-mime query default application/x-okz
-debe test -f "$raiz/usr/share/dbus-1/services/es.orcalin.Orcalin.service"
+debe test -f "$debian/usr/share/dbus-1/services/es.orcalin.Orcalin.service"
 dentro sh -c 'mkdir -p "/root/cosas ñ" && cd "/root/cosas ñ" && echo hola >a.txt &&
     /usr/libexec/orcalin/orcalin compress a.txt -o ../cosas.okz 2>/dev/null'
 da hola bsdtar -xOf /root/cosas.okz a.txt
@@ -85,31 +88,34 @@ da "  standard::content-type: application/x-okz" \
 
 exec {leer}<> <(:)
 Xvfb -displayfd "$leer" -screen 0 900x700x24 -nolisten tcp 2>/dev/null &
-pantalla=$!
 read -r -t 20 -u "$leer" numero
 export DISPLAY=:$numero DISPLAY_DENTRO=:$numero
 ventana() { timeout 30 xdotool search --sync --onlyvisible --name "$1" >/dev/null; }
 # The bus starts the application by what the package installed for it, as from
 # a menu entry and from the file type's application.
 arranca() {
+    local foto=$1 sesion
+    shift
+    # The application goes with its session, the next must not find its window.
+    local aparte=(unshare --pid --fork --kill-child)
     # shellcheck disable=SC2016
     dentro dbus-run-session -- sh -c '
         "$@"
-        touch /tmp/pedido
         while [ ! -e /tmp/basta ]; do sleep 0.1; done
-        rm -f /tmp/basta' sh "$@" >"$raiz/tmp/dicho" 2>&1 &
-    local sesion=$!
+        rm -f /tmp/basta' sh "$@" >"$debian/tmp/dicho" 2>&1 &
+    sesion=$!
     debe ventana orcalin
     sleep 1
     [ -z "$fotos" ] || import -window root "$fotos/paquete-$foto.png"
-    touch "$raiz/tmp/basta"
-    wait "$sesion" || { cat "$raiz/tmp/dicho" >&2; exit 1; }
+    touch "$debian/tmp/basta"
+    wait "$sesion" || { cat "$debian/tmp/dicho" >&2; exit 1; }
+    while xdotool search --onlyvisible --name orcalin >/dev/null 2>&1; do sleep 0.1; done
 }
-foto=comprimir arranca orcalin-app --servicio comprimir "/root/cosas ñ"
-foto=abrir arranca gio open /root/cosas.okz
+arranca comprimir orcalin-app --servicio comprimir "/root/cosas ñ"
+arranca abrir gio open /root/cosas.okz
 
 echo "Quitar"
 apt purge orcalin
-lista >"$raiz/tmp/despues"
-debe diff "$raiz/tmp/antes" "$raiz/tmp/despues"
+lista >"$debian/tmp/despues"
+debe diff "$debian/tmp/antes" "$debian/tmp/despues"
 echo "El paquete se instala, funciona y se quita sin dejar rastro."
