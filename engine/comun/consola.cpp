@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <mutex>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -51,6 +52,14 @@ void diceLinea(std::string_view texto) {
     linea += texto;
     linea += '\n';
     escribe(linea);
+}
+
+void diceYa(std::string_view texto) {
+    constexpr int milisegundos = 200;
+    const std::string linea = std::string(hayTerminal() ? borrado : "").append(texto) + '\n';
+    pollfd salida{STDERR_FILENO, POLLOUT, 0};
+    if (poll(&salida, 1, milisegundos) == 1)
+        escribe(linea);
 }
 
 bool hayTerminal() {

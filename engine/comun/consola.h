@@ -10,6 +10,10 @@ namespace orcalin {
 /// reader never gets a torn line. If nobody reads, nothing happens.
 void diceLinea(std::string_view texto);
 
+/// The same for the last words of a process that must end now: waits neither
+/// for another thread nor long for a reader.
+void diceYa(std::string_view texto);
+
 /// Whether standard error is a terminal on which a line can be redrawn.
 bool hayTerminal();
 
