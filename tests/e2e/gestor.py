@@ -71,7 +71,7 @@ class Gestor(persona.Aplicacion):
     def orden(self, dice):
         """The first order of any menu whose name fulfils the condition."""
         self.raiz.clear_cache()
-        return next((nodo for nodo in persona._todos(self.raiz)
+        return next((nodo for nodo in persona.todos(self.raiz)
                      if nodo.get_role_name() == "menu item" and dice(nodo.get_name())), None)
 
     def pide(self, rotulo):
