@@ -4,7 +4,7 @@
 construir=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-declarative-dev qt6-svg-dev
-    libxcb1-dev libarchive-dev libzstd-dev libsodium-dev libcli11-dev
+    libxcb1-dev libarchive-dev libacl1-dev liblzma-dev libzstd-dev libsodium-dev libcli11-dev
 )
 usar=(
     qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qtquick

@@ -3,9 +3,11 @@
 #include "comun/fallo.h"
 #include "comun/medidas.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <mutex>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -52,6 +54,14 @@ void diceLinea(std::string_view texto) {
     escribe(linea);
 }
 
+void diceYa(std::string_view texto) {
+    constexpr int milisegundos = 200;
+    const std::string linea = std::string(hayTerminal() ? borrado : "").append(texto) + '\n';
+    pollfd salida{STDERR_FILENO, POLLOUT, 0};
+    if (poll(&salida, 1, milisegundos) == 1)
+        escribe(linea);
+}
+
 bool hayTerminal() {
     const char *clase = getenv("TERM");
     return isatty(STDERR_FILENO) == 1 && clase != nullptr && std::string_view(clase) != "dumb";
@@ -71,6 +81,14 @@ void borraRenglon() {
     hayRenglon = false;
 }
 
+Salida::Salida(std::size_t reservaDada)
+    : reserva(std::max(bloque, reservaDada)) {}
+
+bool Salida::olvida() {
+    pendiente.clear();
+    return !empezada;
+}
+
 void Salida::linea(std::string_view dicho) {
     texto(dicho);
     texto("\n");
@@ -78,11 +96,12 @@ void Salida::linea(std::string_view dicho) {
 
 void Salida::texto(std::string_view dicho) {
     pendiente += dicho;
-    if (pendiente.size() >= bloque)
+    if (pendiente.size() >= reserva)
         vacia();
 }
 
 void Salida::vacia() {
+    empezada = true;
     std::string_view resto = pendiente;
     while (!resto.empty()) {
         const ssize_t escritos = write(STDOUT_FILENO, resto.data(), resto.size());

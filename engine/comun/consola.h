@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -8,6 +9,10 @@ namespace orcalin {
 /// Writes `texto` and a newline to standard error with one write(2), so that a
 /// reader never gets a torn line. If nobody reads, nothing happens.
 void diceLinea(std::string_view texto);
+
+/// The same for the last words of a process that must end now: waits neither
+/// for another thread nor long for a reader.
+void diceYa(std::string_view texto);
 
 /// Whether standard error is a terminal on which a line can be redrawn.
 bool hayTerminal();
@@ -23,17 +28,26 @@ void borraRenglon();
 /// Standard output in big blocks.
 class Salida {
 public:
+    /// Holds up to `reserva` bytes back, so that a failure on the way leaves
+    /// nothing printed.
+    explicit Salida(std::size_t reserva = 0);
+
     /// Adds a line. Throws Fallo when it cannot be written.
     void linea(std::string_view texto);
 
     /// Adds text as it is. Throws Fallo when it cannot be written.
     void texto(std::string_view texto);
 
+    /// Forgets what was not written yet. False if something was already.
+    bool olvida();
+
     /// Writes what is still held. Throws Fallo when it cannot be written; what
     /// was not flushed at destruction is lost.
     void vacia();
 
 private:
+    std::size_t reserva;
+    bool empezada = false;
     std::string pendiente;
 };
 

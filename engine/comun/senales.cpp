@@ -1,5 +1,7 @@
 #include "comun/senales.h"
 
+#include "comun/consola.h"
+
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -8,7 +10,6 @@
 #include <csignal>
 #include <fcntl.h>
 #include <mutex>
-#include <poll.h>
 #include <sched.h>
 #include <string>
 #include <thread>
@@ -51,19 +52,11 @@ void legaLaMemoria() {
     clone(esperaQueMuera, pila.data() + pila.size(), CLONE_VM, &padre);
 }
 
-/// Not even a reader that does not read may keep us.
-void diceSinEsperar(const std::string &texto) {
-    constexpr int milisegundos = 200;
-    pollfd salida{STDERR_FILENO, POLLOUT, 0};
-    if (poll(&salida, 1, milisegundos) == 1)
-        (void)!write(STDERR_FILENO, texto.data(), texto.size());
-}
-
 [[noreturn]] void cancela(const std::string &despedida) {
     if (nombreDelEfimero[0] != '\0')
         unlinkat(carpetaDelEfimero, nombreDelEfimero.data(), 0);
     legaLaMemoria();
-    diceSinEsperar(despedida);
+    diceYa(despedida);
     _exit(1);
 }
 
@@ -112,7 +105,7 @@ void atiendeCancelacion(std::string_view texto) {
     // level and a stuck disk would keep a flag waiting far too long.
     const sigset_t senales = atendidas();
     pthread_sigmask(SIG_BLOCK, &senales, nullptr);
-    std::thread(vigila, senales, "Error: " + std::string(texto) + "\n").detach();
+    std::thread(vigila, senales, "Error: " + std::string(texto)).detach();
 }
 
 int creaEfimero(int carpeta, const char *nombre, int modoDeApertura, mode_t permisos) {

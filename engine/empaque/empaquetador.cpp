@@ -35,14 +35,22 @@ void anotaHuecos(archive_entry *ficha, const std::vector<Region> &regiones, std:
         archive_entry_sparse_add_entry(ficha, region.desde, region.hasta - region.desde);
 }
 
+std::uint64_t bytesDe(const std::vector<Region> &regiones) {
+    std::int64_t total = 0;
+    for (const auto &region : regiones)
+        total += region.hasta - region.desde;
+    return static_cast<std::uint64_t>(total);
+}
+
 bool distinta(const timespec &a, const timespec &b) {
     return a.tv_sec != b.tv_sec || a.tv_nsec != b.tv_nsec;
 }
 
 } // namespace
 
-Empaquetador::Empaquetador(EscritorTar &tarDado, Progreso &progresoDado, Avisos &avisosDados)
-    : tar(tarDado)
+Empaquetador::Empaquetador(SumideroMarcos &marcosDados, Progreso &progresoDado, Avisos &avisosDados)
+    : marcos(marcosDados)
+    , tar(marcosDados)
     , progreso(progresoDado)
     , avisos(avisosDados)
     , disco(archive_read_disk_new())
@@ -57,7 +65,12 @@ Empaquetador::Empaquetador(EscritorTar &tarDado, Progreso &progresoDado, Avisos 
 
 void Empaquetador::guarda(const Pieza &pieza) {
     intenta(pieza);
-    progreso.termina(pieza);
+    tar.acabaEntrada();
+    progreso.termina(pieza, marcos.posicion());
+}
+
+void Empaquetador::acaba() {
+    tar.cierra();
 }
 
 void Empaquetador::intenta(const Pieza &pieza) {
@@ -75,13 +88,13 @@ void Empaquetador::intenta(const Pieza &pieza) {
         regiones = regionesDe(fd.numero(), estado);
         anotaHuecos(nueva.get(), regiones, estado.st_size);
     }
+    marcos.entrada(pieza.trato, bytesDe(regiones));
+    const auto lugar = marcos.posicion();
     if (!tar.cabecera(nueva.get()))
         return falta(pieza, "no cabe en este formato");
-    ++cuantas;
+    anota(pieza, estado, lugar);
     if (!conContenido)
         return;
-    if (estado.st_nlink > 1)
-        primerosNombres.emplace(Inodo(estado.st_dev, estado.st_ino), pieza.nombre);
     guardaContenido(pieza, fd.numero(), regiones);
     comparaConAntes(pieza, fd.numero(), estado);
 }
@@ -97,19 +110,42 @@ Ficha Empaquetador::ficha(const Pieza &pieza, int fd, const struct stat &estado)
     archive_entry_unset_ctime(nueva.get());
     archive_entry_unset_birthtime(nueva.get());
     ponHora(nueva.get(), estado.st_mtim);
-    const auto primero = primerosNombres.find(Inodo(estado.st_dev, estado.st_ino));
-    if (pieza.clase == S_IFREG && primero != primerosNombres.end()) {
-        archive_entry_copy_hardlink(nueva.get(), primero->second.c_str());
+    if (const Primero *otro = primero(pieza, estado)) {
+        archive_entry_copy_hardlink(nueva.get(), otro->nombre.c_str());
         archive_entry_unset_size(nueva.get());
     }
     return nueva;
+}
+
+const Empaquetador::Primero *Empaquetador::primero(const Pieza &pieza,
+                                                   const struct stat &estado) const {
+    const auto otro = primeros.find(Inodo(estado.st_dev, estado.st_ino));
+    return pieza.clase == S_IFREG && otro != primeros.end() ? &otro->second : nullptr;
+}
+
+void Empaquetador::anota(const Pieza &pieza, const struct stat &estado, std::uint64_t lugar) {
+    constexpr mode_t bitsDePermiso = 07777;
+    Asiento asiento{pieza.nombre, '-', estado.st_mode & bitsDePermiso, 0, lugar, 0};
+    if (const Primero *otro = primero(pieza, estado)) {
+        asiento.tipo = 'h';
+        asiento.bytes = otro->bytes;
+        asiento.enlazado = otro->lugar;
+    } else if (pieza.clase == S_IFREG) {
+        asiento.bytes = static_cast<std::uint64_t>(estado.st_size);
+        if (estado.st_nlink > 1)
+            primeros.emplace(Inodo(estado.st_dev, estado.st_ino),
+                             Primero{pieza.nombre, lugar, asiento.bytes});
+    } else {
+        asiento.tipo = pieza.clase == S_IFDIR ? 'd' : 'l';
+    }
+    asientos.anade(std::move(asiento));
 }
 
 void Empaquetador::guardaContenido(const Pieza &pieza, int fd,
                                    const std::vector<Region> &regiones) {
     std::int64_t hecho = 0;
     for (const auto &region : regiones) {
-        guardaHueco(pieza, region.desde - hecho);
+        guardaHueco(region.desde - hecho);
         if (!guardaRegion(pieza, fd, region))
             return;
         hecho = region.hasta;
@@ -131,19 +167,17 @@ bool Empaquetador::guardaRegion(const Pieza &pieza, int fd, Region region) {
         }
         const auto parte = Octetos(bloque).first(static_cast<std::size_t>(leidos));
         tar.datos(parte);
-        progreso.lee(pieza, parte.size());
         region.desde += leidos;
     }
     return true;
 }
 
 /// The writer takes a file with its holes, and drops them.
-void Empaquetador::guardaHueco(const Pieza &pieza, std::int64_t bytes) {
+void Empaquetador::guardaHueco(std::int64_t bytes) {
     static const std::vector<unsigned char> ceros(largoBloque);
     while (bytes > 0) {
         const auto parte = Octetos(ceros).first(std::min<std::uint64_t>(bytes, largoBloque));
         tar.datos(parte);
-        progreso.lee(pieza, parte.size());
         bytes -= static_cast<std::int64_t>(parte.size());
     }
 }

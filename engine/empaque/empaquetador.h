@@ -5,6 +5,8 @@
 #include "empaque/recorrido.h"
 #include "empaque/regiones.h"
 #include "flujo/descriptor.h"
+#include "flujo/sumidero_marcos.h"
+#include "indice/indice_nuevo.h"
 #include "tar/escritor_tar.h"
 
 #include <map>
@@ -14,37 +16,52 @@
 
 namespace orcalin {
 
-/// Puts pieces from the disk into a tar stream. A piece that cannot be read
-/// goes to `avisos`, and the next one has its turn.
+/// Puts pieces from the disk into a tar stream, and an entry for each into the
+/// index. A piece that cannot be read goes to `avisos`, and the next one has
+/// its turn.
 class Empaquetador {
 public:
-    /// All three must outlive this. Throws std::bad_alloc.
-    Empaquetador(EscritorTar &tar, Progreso &progreso, Avisos &avisos);
+    /// Writes to `marcos`, which nobody else may do meanwhile. All must outlive
+    /// this. Throws std::bad_alloc or Fallo.
+    Empaquetador(SumideroMarcos &marcos, Progreso &progreso, Avisos &avisos);
 
     /// Throws Fallo only when the archive itself cannot be written.
     void guarda(const Pieza &pieza);
 
-    /// How many entries there are in the stream.
-    [[nodiscard]] std::size_t guardadas() const { return cuantas; }
+    /// Ends the tar stream.
+    void acaba();
+
+    /// Of what is in the stream so far.
+    [[nodiscard]] IndiceNuevo &indice() { return asientos; }
 
 private:
     using Inodo = std::pair<dev_t, ino_t>;
 
+    /// Where in the archive a file's content is.
+    struct Primero {
+        std::string nombre;
+        std::uint64_t lugar = 0;
+        std::uint64_t bytes = 0;
+    };
+
     void intenta(const Pieza &pieza);
     [[nodiscard]] Ficha ficha(const Pieza &pieza, int fd, const struct stat &estado) const;
+    [[nodiscard]] const Primero *primero(const Pieza &pieza, const struct stat &estado) const;
+    void anota(const Pieza &pieza, const struct stat &estado, std::uint64_t lugar);
     void guardaContenido(const Pieza &pieza, int fd, const std::vector<Region> &regiones);
     bool guardaRegion(const Pieza &pieza, int fd, Region region);
-    void guardaHueco(const Pieza &pieza, std::int64_t bytes);
+    void guardaHueco(std::int64_t bytes);
     void comparaConAntes(const Pieza &pieza, int fd, const struct stat &antes);
     void falta(const Pieza &pieza, const std::string &porque);
 
-    EscritorTar &tar;
+    SumideroMarcos &marcos;
+    EscritorTar tar;
     Progreso &progreso;
     Avisos &avisos;
     AsaLectura disco;
-    std::map<Inodo, std::string> primerosNombres; // of files with several
+    std::map<Inodo, Primero> primeros; // of files with several names
     std::vector<unsigned char> bloque;
-    std::size_t cuantas = 0;
+    IndiceNuevo asientos;
 };
 
 } // namespace orcalin

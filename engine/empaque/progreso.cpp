@@ -28,9 +28,11 @@ Progreso::Progreso(bool pedido, const Plan &plan)
            : pedido      ? Modo::Lineas
                          : Modo::Nada)
     , inicio(Reloj::now()) {
+    constexpr std::uint64_t bloque = 512;
     for (const auto &pieza : plan) {
         ficheros += pieza.cuenta() ? 1 : 0;
-        bytes += pieza.bytes;
+        // A header, and the content up to the end of its last block.
+        previstos += bloque + (pieza.bytes + bloque - 1) / bloque * bloque;
     }
 }
 
@@ -46,37 +48,32 @@ void Progreso::derivaClave() const {
         redibuja("Preparando el cifrado...");
 }
 
-void Progreso::lee(const Pieza &pieza, std::uint64_t cuantos) {
-    leidos += cuantos;
-    bytesDeEsta = std::min(bytesDeEsta + cuantos, pieza.bytes);
-    cuenta();
+void Progreso::termina(const Pieza &pieza, std::uint64_t hasta) {
+    if (pieza.cuenta())
+        finales.push_back(hasta);
 }
 
-void Progreso::termina(const Pieza &pieza) {
-    bytesHechos += pieza.bytes;
-    bytesDeEsta = 0;
-    ficherosHechos += pieza.cuenta() ? 1 : 0;
-    cuenta();
+void Progreso::avanza(std::uint64_t comprimidos) {
+    hechos = comprimidos;
+    for (; !finales.empty() && finales.front() <= hechos; finales.pop_front())
+        ++ficherosHechos;
+    const auto ahora = Reloj::now();
+    if (ahora < proxima)
+        return;
+    proxima = ahora + intervalo;
+    // Extended headers were not foreseen: the end is said by acaba() alone.
+    di(std::min(milesimasDe(hechos, previstos), todo - 1));
 }
 
 void Progreso::acaba() {
+    ficherosHechos = ficheros;
     di(todo);
-}
-
-void Progreso::cuenta() {
-    const auto ahora = Reloj::now();
-    if (modo == Modo::Nada || ahora < proxima)
-        return;
-    proxima = ahora + intervalo;
-    // Without a byte to read, files are what there is to go by.
-    di(bytes > 0 ? milesimasDe(bytesHechos + bytesDeEsta, bytes)
-                 : milesimasDe(ficherosHechos, ficheros));
 }
 
 void Progreso::di(std::uint64_t milesimas) {
     const std::string cuenta =
         std::to_string(ficherosHechos) + "/" + std::to_string(ficheros) + " ficheros";
-    const std::string mebis = std::to_string(leidos / mebi) + " MiB";
+    const std::string mebis = std::to_string(hechos / mebi) + " MiB";
     if (modo == Modo::Lineas)
         diceLinea(cuenta + " (" + std::to_string(milesimas / 10) + "." +
                   std::to_string(milesimas % 10) + "%), " + mebis);

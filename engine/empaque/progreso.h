@@ -4,13 +4,15 @@
 
 #include <chrono>
 #include <cstdint>
+#include <deque>
 
 namespace orcalin {
 
 /// Tells on standard error how far the packing has come, about ten times a
-/// second: `12/40 ficheros (30.5%), 7 MiB`. The percentage is of the bytes that
-/// were planned and never goes back or past 100.0; the MiB are those read. That
-/// is for programs; on a terminal a line for people is redrawn in place.
+/// second: `12/40 ficheros (30.5%), 7 MiB`. It goes by the stream that has been
+/// compressed, because reading is far ahead of that. The percentage never goes
+/// back or past 100.0. That is for programs; on a terminal a line for people is
+/// redrawn in place.
 class Progreso {
 public:
     /// Where there is no terminal, silent unless `pedido`.
@@ -22,11 +24,12 @@ public:
     /// That the key is being derived, which takes a while.
     void derivaClave() const;
 
-    /// That `bytes` more of `pieza` were read.
-    void lee(const Pieza &pieza, std::uint64_t bytes);
+    /// That there is nothing more to do about `pieza`, packed or not, once the
+    /// stream is compressed up to `hasta`.
+    void termina(const Pieza &pieza, std::uint64_t hasta);
 
-    /// That there is nothing more to do about `pieza`, packed or not.
-    void termina(const Pieza &pieza);
+    /// That `comprimidos` bytes of the stream are compressed.
+    void avanza(std::uint64_t comprimidos);
 
     /// The last line: everything is done.
     void acaba();
@@ -34,7 +37,6 @@ public:
 private:
     using Reloj = std::chrono::steady_clock;
 
-    void cuenta();
     void di(std::uint64_t milesimas);
 
     enum class Modo { Nada, Lineas, EnElSitio };
@@ -43,10 +45,9 @@ private:
     Reloj::time_point inicio;
     std::uint64_t ficheros = 0;
     std::uint64_t ficherosHechos = 0;
-    std::uint64_t bytes = 0;
-    std::uint64_t bytesHechos = 0; // of the pieces that are done with
-    std::uint64_t bytesDeEsta = 0; // of the piece being read
-    std::uint64_t leidos = 0;
+    std::uint64_t previstos = 0;       // bytes of the whole stream, more or less
+    std::uint64_t hechos = 0;          // bytes of it that are compressed
+    std::deque<std::uint64_t> finales; // of the files that are still to be counted
     Reloj::time_point proxima;
 };
 

@@ -2,7 +2,9 @@
 
 #include "comun/fallo.h"
 #include "comun/texto.h"
+#include "empaque/clases.h"
 #include "empaque/nombres.h"
+#include "empaque/orden.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -71,6 +73,8 @@ void Recorrido::visita(Pieza pieza, std::vector<Pieza> &pila) {
         avisos.avisa("se omite " + citado(pieza.origen) + ": no es un fichero ni una carpeta");
         return;
     }
+    if (S_ISREG(estado.st_mode))
+        pieza.trato = tratoDe(pieza.origen, estado.st_mode);
     plan.push_back(std::move(pieza));
 }
 
@@ -106,6 +110,7 @@ Plan planea(const std::vector<std::string> &origenes, const FicheroProvisional &
     Recorrido recorrido(destino, avisos);
     for (const auto &origen : origenes)
         recorrido.anade(origen);
+    ordena(recorrido.plan);
     return std::move(recorrido.plan);
 }
 

@@ -2,6 +2,7 @@
 
 #include "comun/avisos.h"
 #include "flujo/fichero_provisional.h"
+#include "flujo/marco.h"
 
 #include <cstdint>
 #include <string>
@@ -12,16 +13,17 @@ namespace orcalin {
 
 /// One thing to pack, as it was found.
 struct Pieza {
-    std::string origen;      ///< its path on the disk
-    std::string nombre;      ///< its path in the archive
-    mode_t clase = 0;        ///< S_IFREG, S_IFDIR or S_IFLNK
-    std::uint64_t bytes = 0; ///< of content to read; 0 for a second name of a file
+    std::string origen;        ///< its path on the disk
+    std::string nombre;        ///< its path in the archive
+    mode_t clase = 0;          ///< S_IFREG, S_IFDIR or S_IFLNK
+    std::uint64_t bytes = 0;   ///< of content to read; 0 for a second name of a file
+    Trato trato = Trato::otro; ///< of a regular file
 
     /// Folders are no files to whoever counts files.
     [[nodiscard]] bool cuenta() const { return clase != S_IFDIR; }
 };
 
-/// Everything there is to pack, folders before their contents, names in order.
+/// Everything there is to pack, in the order of the archive.
 using Plan = std::vector<Pieza>;
 
 /// Walks the sources without ever following a symbolic link, not even when the

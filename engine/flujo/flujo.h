@@ -25,17 +25,21 @@ public:
 /// Reads until `hueco` is full or the data end; returns the bytes read.
 std::size_t llena(Fuente &fuente, Hueco hueco);
 
-/// Where bytes go: an encryption, a compression, a file.
-class Sumidero {
+/// Whoever takes bytes.
+class Receptor {
 public:
-    Sumidero() = default;
-    Sumidero(const Sumidero &) = delete;
-    Sumidero &operator=(const Sumidero &) = delete;
-    virtual ~Sumidero() = default;
+    Receptor() = default;
+    Receptor(const Receptor &) = delete;
+    Receptor &operator=(const Receptor &) = delete;
+    virtual ~Receptor() = default;
 
-    /// Takes all of `datos`. Throws Fallo; the sink is then of no further use.
+    /// Takes all of `datos`. Throws Fallo; the receiver is then of no further use.
     virtual void escribe(Octetos datos) = 0;
+};
 
+/// Where bytes go in the end: a file, or an encryption above one.
+class Sumidero : public Receptor {
+public:
     /// Completes what was written and closes the sink below, down to the file.
     /// To be called once; a sink that is destroyed without it was given up.
     virtual void cierra() = 0;

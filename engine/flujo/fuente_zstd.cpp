@@ -2,6 +2,7 @@
 
 #include "comun/fallo.h"
 
+#include <algorithm>
 #include <new>
 #include <utility>
 #include <zstd_errors.h>
@@ -25,20 +26,62 @@ FuenteZstd::FuenteZstd(std::unique_ptr<Fuente> fuente)
         throw std::bad_alloc();
 }
 
+/// Makes `entrada` hold at least `bytes` (few); false if there are not as many.
+bool FuenteZstd::reune(std::size_t bytes) {
+    if (entrada.size - entrada.pos >= bytes)
+        return true;
+    const auto resto =
+        std::copy(bloque.data() + entrada.pos, bloque.data() + entrada.size, bloque.data()) -
+        bloque.data();
+    const auto hay = static_cast<std::size_t>(resto);
+    entrada = {bloque.data(), hay + llena(*comprimida, Hueco(bloque).subspan(hay)), 0};
+    return entrada.size >= bytes;
+}
+
 bool FuenteZstd::repone() {
-    const std::size_t leidos = comprimida->lee(bloque);
-    entrada = {bloque.data(), leidos, 0};
-    if (leidos == 0 && enMarco)
-        throw Fallo("el archivo está incompleto");
-    return leidos > 0;
+    entrada = {bloque.data(), comprimida->lee(bloque), 0};
+    return entrada.size > 0;
+}
+
+bool FuenteZstd::salta(std::uint64_t bytes) {
+    while (bytes > entrada.size - entrada.pos) {
+        bytes -= entrada.size - entrada.pos;
+        if (!repone())
+            return false;
+    }
+    entrada.pos += bytes;
+    return true;
+}
+
+bool FuenteZstd::empiezaMarco() {
+    constexpr std::size_t aviso = 8; // magic number and length of a skippable frame
+    while (reune(sizeof(std::uint32_t))) {
+        const auto *inicio = static_cast<const unsigned char *>(entrada.src) + entrada.pos;
+        const auto numero = [&inicio](std::size_t i) {
+            return inicio[i] | inicio[i + 1] << 8U | inicio[i + 2] << 16U |
+                   static_cast<std::uint32_t>(inicio[i + 3]) << 24U;
+        };
+        if (numero(0) == ZSTD_MAGICNUMBER)
+            return true;
+        if ((numero(0) & ZSTD_MAGIC_SKIPPABLE_MASK) != ZSTD_MAGIC_SKIPPABLE_START || !reune(aviso))
+            return false;
+        inicio = static_cast<const unsigned char *>(entrada.src) + entrada.pos;
+        if (!salta(aviso + std::uint64_t{numero(4)}))
+            return false;
+    }
+    return false;
 }
 
 std::size_t FuenteZstd::lee(Hueco hueco) {
     ZSTD_outBuffer salida{hueco.data(), hueco.size(), 0};
-    while (salida.pos == 0) {
+    while (salida.pos == 0 && !terminada) {
+        if (!enMarco && !empiezaMarco()) {
+            terminada = true;
+            break;
+        }
         // Inside a frame there may be output left that needs no more input.
         if (entrada.pos == entrada.size && !hayPendiente && !repone())
-            return 0;
+            throw Fallo("el archivo está incompleto");
         const std::size_t resto = ZSTD_decompressStream(contexto.get(), &salida, &entrada);
         if (ZSTD_isError(resto) != 0)
             cuentaElDano(resto);

@@ -5,33 +5,26 @@
 #include "comun/fallo.h"
 #include "comun/senales.h"
 #include "empaque/empaquetador.h"
-#include "flujo/sumidero_zstd.h"
 
 namespace orcalin {
 namespace {
 
-std::uint64_t bytesDe(const Plan &plan) {
-    // A header each and their rounding: near enough for choosing a window.
-    constexpr std::uint64_t porPieza = 2048;
-    std::uint64_t total = 0;
-    for (const auto &pieza : plan)
-        total += pieza.bytes + porPieza;
-    return total;
-}
-
-void escribe(Sumidero &abajo, const AjustesZstd &ajustes, const Plan &plan, Progreso &progreso,
+void escribe(Sumidero &abajo, const Compresion &compresion, const Plan &plan, Progreso &progreso,
              Avisos &avisos) {
-    SumideroZstd marcos(abajo, ajustes);
-    EscritorTar tar(marcos);
-    Empaquetador empaquetador(tar, progreso, avisos);
+    SumideroMarcos marcos(abajo, compresion,
+                          [&progreso](std::uint64_t bytes) { progreso.avanza(bytes); });
+    Empaquetador empaquetador(marcos, progreso, avisos);
     for (const auto &pieza : plan)
         empaquetador.guarda(pieza);
     // An archive of nothing must not take the place of an old one of something.
-    if (empaquetador.guardadas() == 0) {
+    if (empaquetador.indice().entradas() == 0) {
         avisos.remata("guardar");
         throw Fallo("no hay nada que guardar");
     }
-    tar.cierra();
+    empaquetador.acaba();
+    marcos.acaba();
+    empaquetador.indice().escribe(abajo, compresion.envase, marcos.marcos());
+    abajo.cierra();
 }
 
 } // namespace
@@ -54,9 +47,8 @@ void comprime(const PedidoComprimir &pedido) {
     Sumidero *abajo = &destino;
     if (cifrado)
         abajo = &*cifrado;
-    const auto ajustes =
-        pedido.maximo ? ajustesMaximos(bytesDe(plan)) : ajustesDeNivel(pedido.nivel);
-    escribe(*abajo, ajustes, plan, progreso, avisos);
+    const auto compresion = pedido.maximo ? compresionMaxima() : compresionHabitual(pedido.nivel);
+    escribe(*abajo, compresion, plan, progreso, avisos);
     progreso.acaba();
     avisos.remata("guardar bien");
 }

@@ -4,27 +4,42 @@
 #include "cifrado/contrasena.h"
 #include "cifrado/llavero.h"
 #include "comun/fallo.h"
+#include "comun/medidas.h"
+#include "flujo/fuente_adelantada.h"
 #include "flujo/fuente_de_almacen.h"
+#include "flujo/fuente_xz.h"
 #include "flujo/fuente_zstd.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
 
 namespace orcalin {
 namespace {
 
-/// A zstd frame, or one of the 16 kinds that decoders skip.
-bool esZstd(Octetos inicio) {
-    if (inicio.size() < 4)
-        return false;
-    const auto cola = inicio.subspan(1, 3);
-    const bool datos = inicio[0] == 0x28 && cola[0] == 0xb5 && cola[1] == 0x2f && cola[2] == 0xfd;
-    const bool saltable =
-        (inicio[0] & 0xf0U) == 0x50 && cola[0] == 0x2a && cola[1] == 0x4d && cola[2] == 0x18;
-    return datos || saltable;
+constexpr const char *noEsArchivo = "no es un archivo .okz";
+
+/// A zstd frame (or one of the 16 kinds that decoders skip), an xz stream, or
+/// what may be tar without compression, which age(1) users make.
+std::optional<Envase> envaseDe(const Almacen &almacen) {
+    std::array<unsigned char, 6> inicio{};
+    if (almacen.lee(0, inicio) < inicio.size())
+        throw Fallo(noEsArchivo);
+    constexpr std::array<unsigned char, 6> xz{0xfd, '7', 'z', 'X', 'Z', 0};
+    if (inicio == xz)
+        return Envase::xz;
+    const auto es = [&inicio](unsigned primero, unsigned mascara, unsigned segundo,
+                              unsigned tercero, unsigned cuarto) {
+        return (inicio[0] & mascara) == primero && inicio[1] == segundo && inicio[2] == tercero &&
+               inicio[3] == cuarto;
+    };
+    if (es(0x28, 0xff, 0xb5, 0x2f, 0xfd) || es(0x50, 0xf0, 0x2a, 0x4d, 0x18))
+        return Envase::zstd;
+    return {};
 }
 
-Descriptor abre(const std::filesystem::path &ruta) {
+Descriptor abierto(const std::filesystem::path &ruta) {
     Descriptor fd(open(ruta.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!fd.valido())
         falla("no se puede abrir el archivo", errno);
@@ -36,7 +51,7 @@ Descriptor abre(const std::filesystem::path &ruta) {
 // Neither the archive's name nor its path is in these messages: whoever asked
 // knows them, and they may contain any word.
 Archivo::Archivo(const std::filesystem::path &ruta, const std::string &ficheroContrasena)
-    : fichero(abre(ruta)) {
+    : fichero(abierto(ruta)) {
     std::array<unsigned char, cabeceraMaxima> memoria{};
     const auto inicio = Octetos(memoria).first(fichero.lee(0, memoria));
     const std::string_view texto(reinterpret_cast<const char *>(inicio.data()), inicio.size());
@@ -44,9 +59,11 @@ Archivo::Archivo(const std::filesystem::path &ruta, const std::string &ficheroCo
         const CabeceraAge cabecera = CabeceraAge::lee(texto);
         descifrado.emplace(fichero, cabecera.largo(),
                            claveDe(cabecera, leeContrasena(ficheroContrasena)));
-    } else if (!esZstd(inicio)) {
-        throw Fallo("no es un archivo .okz");
     }
+    envase = envaseDe(almacen());
+    // Without encryption such a file is somebody else's, and has another name.
+    if (!envase && !descifrado)
+        throw Fallo(noEsArchivo);
 }
 
 const Almacen &Archivo::almacen() const {
@@ -55,9 +72,63 @@ const Almacen &Archivo::almacen() const {
     return fichero;
 }
 
+std::unique_ptr<Indice> Archivo::indice() const {
+    try {
+        const auto rotulo = envase ? leeRotulo(almacen(), *envase) : std::nullopt;
+        if (!rotulo)
+            return nullptr;
+        return std::make_unique<Indice>(almacen(), *envase, *rotulo);
+    } catch (const Fallo &) {
+        // The stream has it all, and tells what is wrong with the file itself.
+        return nullptr;
+    }
+}
+
+std::unique_ptr<Indice> Archivo::indiceSano() const {
+    const auto estado = envase ? estadoDelRotulo(almacen(), *envase) : EstadoRotulo::noHay;
+    if (estado == EstadoRotulo::noHay)
+        return nullptr;
+    auto hallado = indice();
+    if (estado == EstadoRotulo::danado || !hallado)
+        throw Fallo("el índice está dañado");
+    return hallado;
+}
+
 std::unique_ptr<Fuente> Archivo::tar() const {
-    return std::make_unique<FuenteZstd>(
-        std::make_unique<FuenteDeAlmacen>(almacen(), 0, almacen().largo()));
+    return std::make_unique<FuenteAdelantada>(abre(0, almacen().largo()));
+}
+
+std::unique_ptr<Fuente> Archivo::tarDesde(const Indice &indice, std::uint64_t lugar) const {
+    const auto &marco = indice.marcos()[indice.marcoDe(lugar)];
+    auto fuente = abre(marco.inicio, almacen().largo());
+    std::vector<unsigned char> sobra(64 * kibi);
+    for (std::uint64_t falta = lugar - marco.desde; falta > 0;) {
+        const auto leidos =
+            fuente->lee(Hueco(sobra).first(std::min<std::uint64_t>(falta, sobra.size())));
+        if (leidos == 0)
+            throw Fallo("el archivo está dañado");
+        falta -= leidos;
+    }
+    return fuente;
+}
+
+std::unique_ptr<Fuente> Archivo::marco(const Indice &indice, std::size_t marco) const {
+    const auto &marcos = indice.marcos();
+    const auto &siguiente = marco + 1 < marcos.size() ? marcos[marco + 1] : indice.fin();
+    return abre(marcos[marco].inicio, siguiente.inicio);
+}
+
+std::unique_ptr<Fuente> Archivo::abre(std::uint64_t desde, std::uint64_t hasta) const {
+    auto bytes = std::make_unique<FuenteDeAlmacen>(almacen(), desde, hasta);
+    if (envase == Envase::zstd)
+        return std::make_unique<FuenteZstd>(std::move(bytes));
+    if (envase == Envase::xz)
+        return std::make_unique<FuenteXz>(std::move(bytes));
+    return bytes;
+}
+
+void avisaSinIndice(Avisos &avisos) {
+    avisos.avisa("el archivo no tiene índice o está dañado; se lee entero");
 }
 
 } // namespace orcalin

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "cifrado/almacen_age.h"
+#include "comun/avisos.h"
 #include "flujo/almacen_fichero.h"
+#include "indice/indice.h"
 
 #include <filesystem>
 #include <memory>
@@ -25,13 +27,33 @@ public:
     /// The file itself, encrypted or not.
     [[nodiscard]] const AlmacenFichero &enElDisco() const { return fichero; }
 
-    /// The tar stream from its beginning, any number of times. The archive must
-    /// outlive it.
+    /// Its index, at the beginning; null if there is none or it makes no sense.
+    /// The archive must outlive it.
+    [[nodiscard]] std::unique_ptr<Indice> indice() const;
+
+    /// The same for who is to find damage: null only if there never was one.
+    /// Throws Fallo if index or trailer are damaged.
+    [[nodiscard]] std::unique_ptr<Indice> indiceSano() const;
+
+    /// The tar stream from its beginning, any number of times, read ahead by a
+    /// thread. The archive must outlive it.
     [[nodiscard]] std::unique_ptr<Fuente> tar() const;
 
+    /// The tar stream from `lugar` on, which the frames of `indice` lead to.
+    [[nodiscard]] std::unique_ptr<Fuente> tarDesde(const Indice &indice, std::uint64_t lugar) const;
+
+    /// What the frame number `marco` of `indice` alone holds.
+    [[nodiscard]] std::unique_ptr<Fuente> marco(const Indice &indice, std::size_t marco) const;
+
 private:
+    [[nodiscard]] std::unique_ptr<Fuente> abre(std::uint64_t desde, std::uint64_t hasta) const;
+
     AlmacenFichero fichero;
     std::optional<AlmacenAge> descifrado; // of an encrypted archive
+    std::optional<Envase> envase;         // none: the tar stream as it is
 };
+
+/// Tells that the archive is read without an index, from beginning to end.
+void avisaSinIndice(Avisos &avisos);
 
 } // namespace orcalin

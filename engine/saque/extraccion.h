@@ -7,15 +7,18 @@
 #include <map>
 #include <string>
 #include <unordered_set>
+#include <vector>
 
 namespace orcalin {
 
 /// Takes entries out of an archive into the current folder: all of them, or one
-/// and what is below it.
+/// and what is below it. One is looked up in the index, so that no more is
+/// decompressed than what it lies in; everything, and an archive without an
+/// index, is read from beginning to end.
 ///
 /// A hard link to a file that was taken out becomes a link. One to a file that
-/// was not (it was not asked for) gets the content in a second reading, and so
-/// never reaches anything that is not in the archive.
+/// was not (it was not asked for) gets the content, and so never reaches
+/// anything that is not in the archive.
 class Extraccion {
 public:
     /// `pedida` is a normalised path, empty for everything. Both references
@@ -27,11 +30,21 @@ public:
     bool saca();
 
 private:
+    /// What to do at a place of the tar stream: its first path is the entry's
+    /// own, or a link's; the rest are to become links to the first.
+    using Encargos = std::map<std::uint64_t, std::vector<std::string>>;
+
+    bool porIndice();
+    Encargos busca(Indice &indice);
+    void cumple(const Indice &indice, const Encargos &encargos);
+    void recorre();
     void primeraLectura();
     void segundaLectura();
     void sacaEntrada(LectorTar &lector, archive_entry *ficha, const Entrada &entrada);
-    void sacaPendientes(LectorTar &lector, archive_entry *ficha, const Entrada &entrada);
+    void saca(LectorTar &lector, archive_entry *ficha, const Entrada &entrada,
+              const std::vector<std::string> &comos);
     [[nodiscard]] std::string fichero(std::string enlace) const;
+    void cuenta(const std::string &ruta);
     void falta(const std::string &ruta, const std::string &porque);
 
     const Archivo &archivo;
@@ -39,9 +52,9 @@ private:
     Avisos &avisos;
     Disco disco;
     bool algo = false;
-    std::unordered_set<std::string> sacados;            // regular files
-    std::map<std::string, std::string> enlaces;         // every hard link and its target
-    std::multimap<std::string, std::string> pendientes; // file wanted, the link's path
+    std::unordered_set<std::string> sacados;                    // regular files
+    std::map<std::string, std::string> enlaces;                 // every hard link and its target
+    std::map<std::string, std::vector<std::string>> pendientes; // file wanted, the links' paths
 };
 
 } // namespace orcalin

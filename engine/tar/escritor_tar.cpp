@@ -6,7 +6,7 @@
 
 namespace orcalin {
 
-EscritorTar::EscritorTar(Sumidero &abajoDado)
+EscritorTar::EscritorTar(Receptor &abajoDado)
     : abajo(abajoDado)
     , tar(archive_write_new()) {
     if (!tar)
@@ -30,9 +30,12 @@ void EscritorTar::datos(Octetos datos) {
     comprueba(archive_write_data(tar.get(), datos.data(), datos.size()));
 }
 
+void EscritorTar::acabaEntrada() {
+    comprueba(archive_write_finish_entry(tar.get()));
+}
+
 void EscritorTar::cierra() {
     comprueba(archive_write_close(tar.get()));
-    abajo.cierra();
 }
 
 la_ssize_t EscritorTar::alEscribir(archive *, void *yo, const void *datos, std::size_t largo) {

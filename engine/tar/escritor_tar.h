@@ -16,7 +16,7 @@ namespace orcalin {
 class EscritorTar {
 public:
     /// `abajo` must outlive this. Throws std::bad_alloc or Fallo.
-    explicit EscritorTar(Sumidero &abajo);
+    explicit EscritorTar(Receptor &abajo);
 
     /// Begins an entry; what the one before lacks of its size is filled with
     /// zeros. False if this entry cannot be stored: the stream is as before.
@@ -25,14 +25,17 @@ public:
     /// Adds to the entry's content; what goes past its size is dropped.
     void datos(Octetos datos);
 
-    /// Writes the end marker and closes the sink.
+    /// Completes the entry, so that the next byte is the next one's header.
+    void acabaEntrada();
+
+    /// Writes the end marker. The receiver stays open.
     void cierra();
 
 private:
     static la_ssize_t alEscribir(archive *, void *yo, const void *datos, std::size_t largo);
     void comprueba(la_ssize_t resultado);
 
-    Sumidero &abajo;
+    Receptor &abajo;
     AsaEscritura tar;
     std::exception_ptr pendiente; // thrown below, must not cross the C library
 };

@@ -37,6 +37,10 @@ archive_entry *LectorTar::siguiente() {
     return ficha;
 }
 
+std::uint64_t LectorTar::posicion() const {
+    return static_cast<std::uint64_t>(archive_read_header_position(tar.get()));
+}
+
 Octetos LectorTar::trozo(std::int64_t &desplazamiento) {
     const void *datos = nullptr;
     std::size_t largo = 0;

@@ -20,6 +20,9 @@ public:
     /// The next entry, valid until the next call; null at the end. Throws Fallo.
     archive_entry *siguiente();
 
+    /// Where in the stream the entry's headers begin.
+    [[nodiscard]] std::uint64_t posicion() const;
+
     /// The entry's next piece of content and its offset; an empty one at the
     /// end. Offsets may leave holes. Valid until the next call. Throws Fallo.
     Octetos trozo(std::int64_t &desplazamiento);

@@ -2,10 +2,7 @@
 
 import os
 import pathlib
-import signal
 import socket
-import subprocess
-import time
 import unittest
 
 from motor import Caso, PROGRESO, desordenado
@@ -106,6 +103,10 @@ class Progreso(Caso):
         self.assertEqual(self.comprime(self.clave).lineas, [])
 
 
+# In MiB, for any number of cores: each may have 16 in hand.
+GRANDE = 16 * (os.cpu_count() + 4)
+
+
 class Faltas(Caso):
     def setUp(self):
         super().setUp()
@@ -115,7 +116,10 @@ class Faltas(Caso):
         self.grande.write_bytes(desordenado(5 * MEBI))
 
     def arranca_despacio(self):
-        return self.arranca("compress", self.c, "-o", self.okz, "--level", "19")
+        """Reading goes ahead of compressing, but not as far as this file goes."""
+        self.antes = desordenado(GRANDE * MEBI // 2).hex().encode()
+        self.grande.write_bytes(self.antes)
+        return self.arranca("compress", self.c, "-o", self.okz, "--level", "5")
 
     def test_ilegible(self):
         como = self.como_nadie()
@@ -142,39 +146,25 @@ class Faltas(Caso):
         (self.c / "2").unlink()
         r = self.termina(p, falla=True)
         self.assertRegex(r.lineas[-1], r"1 elemento .*c/2».*no existe")
-        self.assertIn("3/3 ficheros (100.0%), 5 MiB", r.lineas)
+        self.assertIn(f"3/3 ficheros (100.0%), {GRANDE} MiB", r.lineas)
         self.assertEqual(list(self.lista()), ["c", "c/1", "c/3"])
 
     def test_mengua(self):
-        antes = self.grande.read_bytes()
         p = self.arranca_despacio()
         os.truncate(self.grande, MEBI)
         self.assertIn("menguado", self.termina(p, falla=True).lineas[-1])
         despues = (self.extrae() / "c/1").read_bytes()
-        self.assertEqual(len(despues), len(antes))
-        self.assertEqual(despues[:MEBI], antes[:MEBI])
+        self.assertEqual(len(despues), len(self.antes))
+        self.assertEqual(despues[:MEBI], self.antes[:MEBI])
         self.assertEqual(despues[-MEBI:], bytes(MEBI))
 
     def test_crece(self):
-        antes = self.grande.read_bytes()
         p = self.arranca_despacio()
         with open(self.grande, "ab") as f:
             f.write(desordenado(5 * MEBI))
         r = self.termina(p, falla=False)
-        self.assertEqual(r.lineas[-1], "1/1 ficheros (100.0%), 5 MiB")
-        self.assertEqual((self.extrae() / "c/1").read_bytes(), antes)
-
-    def test_cancelado(self):
-        self.okz.write_text("el de antes")
-        for senal in (signal.SIGTERM, signal.SIGINT):
-            p = self.arranca_despacio()
-            p.send_signal(senal)
-            desde = time.monotonic()
-            r = self.termina(p, falla=True)
-            self.assertLess(time.monotonic() - desde, 1)
-            self.assertEqual(r.lineas[-1], "Error: guardado cancelado")
-            self.assertEqual({n.name for n in self.d.iterdir()}, {"a.okz", "c", "clave"})
-            self.assertEqual(self.okz.read_text(), "el de antes")
+        self.assertEqual(r.lineas[-1], f"1/1 ficheros (100.0%), {GRANDE} MiB")
+        self.assertEqual((self.extrae() / "c/1").read_bytes(), self.antes)
 
     def test_destino_imposible(self):
         self.error("compress", self.c, "-o", self.d / "no/existe/a.okz")
@@ -189,36 +179,6 @@ class Faltas(Caso):
         self.comprime(self.clave)
         self.assertTrue(self.okz.is_symlink())
         self.assertEqual(list(self.lista()), ["clave"])
-
-
-class DiscoLleno(Caso):
-    def setUp(self):
-        super().setUp()
-        self.disco = self.d / "disco"
-        self.disco.mkdir()
-        montado = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=1m", "tmpfs", self.disco],
-                                 capture_output=True, check=False)
-        if montado.returncode != 0:
-            self.skipTest("a small file system cannot be mounted here")
-        self.addCleanup(subprocess.run, ["umount", self.disco], check=True)
-        self.f = self.d / "f"
-        self.f.write_bytes(desordenado(3 * MEBI))
-
-    def test_al_guardar(self):
-        viejo = self.disco / "a.okz"
-        viejo.write_text("el de antes")
-        mensaje = self.error("compress", self.f, "-o", viejo, "--level", "1")
-        self.assertIn("no queda espacio en el disco", mensaje)
-        self.assertEqual([p.name for p in self.disco.iterdir()], ["a.okz"])
-        self.assertEqual(viejo.read_text(), "el de antes")
-
-    def test_al_sacar(self):
-        self.comprime(self.f)
-        (self.disco / "f").write_text("el de antes")
-        mensaje = self.error("extract", self.okz, "-o", self.disco)
-        self.assertIn("no queda espacio en el disco", mensaje)
-        self.assertEqual([p.name for p in self.disco.iterdir()], ["f"])
-        self.assertEqual((self.disco / "f").read_text(), "el de antes")
 
 
 if __name__ == "__main__":

@@ -2,6 +2,7 @@
 
 import io
 import os
+import shutil
 import subprocess
 import tarfile
 import unittest
@@ -136,6 +137,7 @@ class Danos(Caso):
         fichero.write_bytes(b"hola " * 20)
         self.comprime(fichero)
         bueno = self.okz.read_bytes()
+        datos = int.from_bytes(bueno[-48:-40], "little")  # where the index begins
         inocuos = 0
         for i in range(len(bueno)):
             self.okz.write_bytes(bueno[:i] + bytes([bueno[i] ^ 0x10]) + bueno[i + 1:])
@@ -146,8 +148,19 @@ class Danos(Caso):
             # many depends on what the tar header of the day is compressed to.
             if self.juzga(r, falla=r.returncode != 0).returncode == 0:
                 self.assertEqual(foto(salida)[b"f"], foto(self.d)[b"f"])
-                inocuos += 1
-        self.assertLess(inocuos, len(bueno) // 10)
+                inocuos += i < datos
+            else:
+                self.assertLess(i, datos, "the index is not needed")
+            self.lista_si_puede(i, datos)
+        self.assertLess(inocuos, datos // 10)
+
+    def lista_si_puede(self, i, datos):
+        """However the index is damaged, no list is printed that is wrong."""
+        r = subprocess.run([MOTOR, "list", self.okz], capture_output=True, check=False)
+        if r.returncode == 0:
+            self.assertEqual(r.stdout, b"-0644        100 f\n")
+        else:
+            self.assertLess(i, datos)
 
     def test_cortado(self):
         fichero = self.d / "f"
@@ -155,12 +168,15 @@ class Danos(Caso):
         self.comprime(fichero, self.clave)
         bueno = self.okz.read_bytes()
         segundo = bueno.index(b"\x28\xb5\x2f\xfd", 1)
-        for largo in (5, 1000, segundo, segundo + 1, segundo + 500, len(bueno) - 1):
+        self.okz.write_bytes(bueno[:-1])
+        self.assertIn("no tiene índice", self.corre("list", self.okz).lineas[0])
+        self.assertEqual((self.extrae("--file", "f") / "f").read_bytes(), fichero.read_bytes())
+        shutil.rmtree(self.d / "salida")
+        for largo in (5, 1000, segundo, segundo + 1, segundo + 500):
             self.okz.write_bytes(bueno[:largo])
             self.assertRegex(self.error("list", self.okz), "incompleto|no es un archivo")
             self.error("extract", self.okz, "-o", self.d / "salida")
-            if largo <= segundo + 500:
-                self.assertEqual(list((self.d / "salida").iterdir()), [])
+            self.assertFalse((self.d / "salida/f").exists())
 
     def test_cortado_entre_dos_marcos_y_dos_entradas(self):
         datos = io.BytesIO()
@@ -182,8 +198,10 @@ class Danos(Caso):
 
     def test_basura_detras(self):
         self.comprime(self.clave)
+        antes = self.lista()
         self.okz.write_bytes(self.okz.read_bytes() + b"basura")
-        self.assertEqual(self.error("list", self.okz), "el archivo está dañado")
+        self.assertEqual(self.lista(), antes)
+        self.assertIn("no tiene índice", self.corre("list", self.okz).lineas[0])
 
     def test_salida_cerrada_o_llena(self):
         self.comprime(self.clave)

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+
+namespace orcalin {
+
+/// A stretch of the tar stream that was compressed on its own.
+struct Marco {
+    std::uint64_t empacado = 0; ///< bytes in the archive
+    std::uint64_t crudo = 0;    ///< bytes of the tar stream
+};
+
+/// Which of the two compressions an archive is made with.
+enum class Envase { zstd, xz };
+
+/// What content deserves: it decides what lies together, and how `--max`
+/// filters it. The order is that of the archive.
+enum class Trato : unsigned char {
+    texto,
+    x86,
+    arm64,
+    arm,
+    otro,
+    comprimido, ///< compressed already: there is nothing to gain
+};
+
+} // namespace orcalin

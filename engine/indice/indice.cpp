@@ -1,0 +1,130 @@
+#include "indice/indice.h"
+
+#include "comun/fallo.h"
+#include "comun/medidas.h"
+#include "flujo/fuente_de_almacen.h"
+#include "flujo/fuente_xz.h"
+#include "flujo/fuente_zstd.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace orcalin {
+namespace {
+
+constexpr std::size_t largoBloque = 64 * kibi;
+constexpr std::size_t avisoSaltable = 8;
+constexpr std::uint64_t permisosMaximos = 07777;
+
+[[noreturn]] void danado() {
+    throw Fallo("el índice está dañado");
+}
+
+std::unique_ptr<Fuente> abre(const Almacen &almacen, Envase envase, const Rotulo &rotulo) {
+    const auto hasta = rotulo.lugar + rotulo.largo;
+    if (envase == Envase::xz)
+        return std::make_unique<FuenteXz>(
+            std::make_unique<FuenteDeAlmacen>(almacen, rotulo.lugar, hasta));
+    if (rotulo.largo < avisoSaltable)
+        danado();
+    return std::make_unique<FuenteZstd>(
+        std::make_unique<FuenteDeAlmacen>(almacen, rotulo.lugar + avisoSaltable, hasta));
+}
+
+} // namespace
+
+Indice::Indice(const Almacen &almacen, Envase envase, const Rotulo &rotulo)
+    : fuente(abre(almacen, envase, rotulo))
+    , bloque(largoBloque)
+    , tar(rotulo.tar)
+    , faltan(rotulo.entradas) {
+    leeMarcos(rotulo);
+}
+
+void Indice::leeMarcos(const Rotulo &rotulo) {
+    MarcoSituado marco;
+    for (auto n = numero(rotulo.lugar); n > 0; --n) {
+        situados.push_back(marco);
+        marco.inicio += numero(rotulo.lugar - marco.inicio);
+        const auto crudo = numero(tar - marco.desde);
+        marco.desde += crudo;
+        if (crudo == 0)
+            danado();
+    }
+    final = marco;
+    if (situados.empty() || marco.inicio != rotulo.lugar || marco.desde != tar)
+        danado();
+}
+
+std::size_t Indice::marcoDe(std::uint64_t lugar) const {
+    const auto tras = std::upper_bound(
+        situados.begin(), situados.end(), lugar,
+        [](std::uint64_t uno, const MarcoSituado &marco) { return uno < marco.desde; });
+    return static_cast<std::size_t>(tras - situados.begin()) - 1;
+}
+
+bool Indice::siguiente(Asiento &asiento) {
+    if (faltan == 0) {
+        if (!pendiente.empty() || repone())
+            danado();
+        return false;
+    }
+    --faltan;
+    const auto igual = numero(asiento.ruta.size());
+    const auto resto = numero(rutaMaxima - igual);
+    const bool crece = igual == asiento.ruta.size();
+    const auto primera = crece ? '\0' : asiento.ruta[igual];
+    asiento.ruta.resize(igual);
+    while (asiento.ruta.size() < igual + resto) {
+        if (pendiente.empty() && !repone())
+            danado();
+        const auto parte = pendiente.first(
+            std::min<std::size_t>(pendiente.size(), igual + resto - asiento.ruta.size()));
+        asiento.ruta.append(reinterpret_cast<const char *>(parte.data()), parte.size());
+        pendiente = pendiente.subspan(parte.size());
+    }
+    const bool asciende = resto > 0 && (crece || static_cast<unsigned char>(asiento.ruta[igual]) >
+                                                     static_cast<unsigned char>(primera));
+    asiento.tipo = static_cast<char>(octeto());
+    if (!asciende || std::string_view("-dlh").find(asiento.tipo) == std::string_view::npos)
+        danado();
+    asiento.permisos = static_cast<unsigned>(numero(permisosMaximos));
+    asiento.bytes = numero(UINT64_MAX);
+    asiento.lugar = numero(tar - 1);
+    asiento.enlazado = asiento.tipo == 'h' ? numero(tar - 1) : 0;
+    return true;
+}
+
+std::uint64_t Indice::numero(std::uint64_t maximo) {
+    constexpr unsigned bits = 7;
+    constexpr unsigned sigue = 0x80;
+    std::uint64_t valor = 0;
+    for (unsigned lugar = 0; lugar < 64; lugar += bits) {
+        const std::uint64_t parte = octeto();
+        const std::uint64_t cifra = parte & (sigue - 1);
+        if (cifra << lugar >> lugar != cifra)
+            danado();
+        valor |= cifra << lugar;
+        if (parte < sigue) {
+            if (valor > maximo)
+                danado();
+            return valor;
+        }
+    }
+    danado();
+}
+
+unsigned char Indice::octeto() {
+    if (pendiente.empty() && !repone())
+        danado();
+    const auto uno = pendiente.front();
+    pendiente = pendiente.subspan(1);
+    return uno;
+}
+
+bool Indice::repone() {
+    pendiente = Octetos(bloque).first(fuente->lee(bloque));
+    return !pendiente.empty();
+}
+
+} // namespace orcalin
