@@ -6,6 +6,7 @@
 #include <array>
 #include <elf.h>
 #include <fcntl.h>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,6 +25,20 @@ constexpr std::array comprimidas{
 constexpr std::array binarias{"bmp"sv, "db"sv,     "img"sv, "iso"sv, "mo"sv,   "pyc"sv, "qm"sv,
                               "raw"sv, "sqlite"sv, "tar"sv, "tif"sv, "tiff"sv, "ttf"sv, "wav"sv};
 static_assert(std::is_sorted(comprimidas.begin(), comprimidas.end()));
+
+/// What follows the last dot of the path's last component, in lower case;
+/// empty for a name that has none, or only a leading one.
+std::string extension(std::string_view ruta) {
+    const auto nombre = ruta.substr(ruta.rfind('/') + 1);
+    const auto punto = nombre.rfind('.');
+    if (punto == std::string_view::npos || punto == 0)
+        return {};
+    std::string cual(nombre.substr(punto + 1));
+    std::transform(cual.begin(), cual.end(), cual.begin(), [](unsigned char letra) {
+        return static_cast<char>(letra >= 'A' && letra <= 'Z' ? letra + ('a' - 'A') : letra);
+    });
+    return cual;
+}
 
 Trato porMaquina(unsigned maquina) {
     switch (maquina) {
@@ -71,18 +86,6 @@ Trato tratoDe(const std::string &ruta, mode_t modo) {
                           cual == "o" || cual == "a" || cual == "ko" || cual == "dll" ||
                           cual == "bin" || cual == "dat" || cual.empty();
     return programa ? porContenido(ruta) : Trato::texto;
-}
-
-std::string extension(std::string_view ruta) {
-    const auto nombre = ruta.substr(ruta.rfind('/') + 1);
-    const auto punto = nombre.rfind('.');
-    if (punto == std::string_view::npos || punto == 0)
-        return {};
-    std::string cual(nombre.substr(punto + 1));
-    std::transform(cual.begin(), cual.end(), cual.begin(), [](unsigned char letra) {
-        return static_cast<char>(letra >= 'A' && letra <= 'Z' ? letra + ('a' - 'A') : letra);
-    });
-    return cual;
 }
 
 } // namespace orcalin

@@ -1,7 +1,5 @@
 #include "empaque/orden.h"
 
-#include "empaque/clases.h"
-
 #include <algorithm>
 #include <tuple>
 
@@ -12,7 +10,6 @@ namespace {
 struct Clave {
     int grupo = 0;
     Trato trato = Trato::otro;
-    std::string extension;
     std::ptrdiff_t turno = 0; // paths come in order as it is
     std::size_t pieza = 0;
 };
@@ -20,10 +17,10 @@ struct Clave {
 Clave claveDe(const Pieza &pieza, std::size_t i) {
     const auto turno = static_cast<std::ptrdiff_t>(i);
     if (S_ISREG(pieza.clase))
-        return {0, pieza.trato, extension(pieza.nombre), turno, i};
+        return {0, pieza.trato, turno, i};
     if (S_ISLNK(pieza.clase))
-        return {1, Trato::otro, {}, turno, i};
-    return {2, Trato::otro, {}, -turno, i};
+        return {1, Trato::otro, turno, i};
+    return {2, Trato::otro, -turno, i};
 }
 
 } // namespace
@@ -34,8 +31,7 @@ void ordena(Plan &plan) {
     for (const auto &pieza : plan)
         claves.push_back(claveDe(pieza, claves.size()));
     std::sort(claves.begin(), claves.end(), [](const Clave &a, const Clave &b) {
-        return std::tie(a.grupo, a.trato, a.extension, a.turno) <
-               std::tie(b.grupo, b.trato, b.extension, b.turno);
+        return std::tie(a.grupo, a.trato, a.turno) < std::tie(b.grupo, b.trato, b.turno);
     });
     Plan ordenado;
     ordenado.reserve(plan.size());

@@ -51,6 +51,7 @@ void Indice::leeMarcos(const Rotulo &rotulo) {
         if (crudo == 0)
             danado();
     }
+    final = marco;
     if (situados.empty() || marco.inicio != rotulo.lugar || marco.desde != tar)
         danado();
 }
