@@ -12,9 +12,10 @@ recorrer=(
     python3 python3-gi gir1.2-atspi-2.0
 )
 comprobar=(
-    age zstd libarchive-tools libglib2.0-bin dbus-bin x11-utils
+    age zstd libarchive-tools man-db libglib2.0-bin dbus-bin x11-utils
     desktop-file-utils appstream shared-mime-info libxml2-utils
     thunar thunarx-python gir1.2-thunarx-3.0 pcmanfm-qt gir1.2-nautilus-4.0
+    clang libclang-rt-14-dev
 )
 
 # Installs what is missing of the packages named, and says so.

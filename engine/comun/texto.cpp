@@ -1,5 +1,6 @@
 #include "comun/texto.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -49,6 +50,13 @@ bool cortaLinea(std::string_view caracter) {
     return primero < 0x20 || primero == 0x7f || c1 || caracter == "\u2028" || caracter == "\u2029";
 }
 
+/// How much of the beginning stays as it is at a glance: most names are that.
+std::size_t largoLlano(std::string_view texto) {
+    const auto fin = std::find_if(texto.begin(), texto.end(),
+                                  [](char c) { return c < ' ' || c == '\x7f' || c == '\\'; });
+    return static_cast<std::size_t>(fin - texto.begin());
+}
+
 std::string enHexadecimal(std::string_view octetos) {
     std::string texto;
     for (const char c : octetos) {
@@ -70,7 +78,13 @@ void parte(std::string &texto, std::string_view palabra) {
 std::string escapa(std::string_view nombre) {
     std::string texto;
     texto.reserve(nombre.size());
-    while (!nombre.empty()) {
+    while (true) {
+        const std::size_t llanos =
+            texto.empty() && nombre.starts_with(' ') ? 0 : largoLlano(nombre);
+        texto += nombre.substr(0, llanos);
+        nombre.remove_prefix(llanos);
+        if (nombre.empty())
+            return texto;
         const std::size_t largo = largoUtf8(nombre);
         const std::string_view caracter = nombre.substr(0, largo == 0 ? 1 : largo);
         if (caracter == "\\")
@@ -81,7 +95,6 @@ std::string escapa(std::string_view nombre) {
             texto += caracter;
         nombre.remove_prefix(caracter.size());
     }
-    return texto;
 }
 
 std::optional<std::string> desescapa(std::string_view texto) {

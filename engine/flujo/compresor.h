@@ -3,21 +3,16 @@
 #include "flujo/flujo.h"
 #include "flujo/marco.h"
 
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <vector>
 
 namespace orcalin {
 
-/// Counts bytes that are done with, for whoever shows progress; and tells the
-/// threads to give up.
-struct Avance {
-    std::atomic<std::uint64_t> bytes = 0;
-    std::atomic<bool> abandonado = false;
-};
+using Bloque = std::vector<unsigned char>;
 
-/// Turns a stretch of the tar stream into a frame. Each thread has its own.
+/// Turns stretches of the tar stream into frames, one after the other. Each
+/// thread has its own.
 class Compresor {
 public:
     Compresor() = default;
@@ -25,10 +20,13 @@ public:
     Compresor &operator=(const Compresor &) = delete;
     virtual ~Compresor() = default;
 
-    /// A complete frame of `crudo`, which is not empty. `avance` grows by its
-    /// size on the way; once abandoned the result is of no use. Throws Fallo or
-    /// std::bad_alloc.
-    virtual std::vector<unsigned char> marco(Octetos crudo, Trato trato, Avance &avance) = 0;
+    /// Begins a frame. `primero` is the beginning of what toma() will get; if
+    /// `entero`, it is all of it. Throws Fallo or std::bad_alloc.
+    virtual void empieza(Octetos primero, bool entero, Trato trato) = 0;
+
+    /// Appends to `sale` as much of the frame as is ready after `bocado`; all
+    /// of it if that is the `ultimo`. Throws Fallo or std::bad_alloc.
+    virtual void toma(Octetos bocado, bool ultimo, Bloque &sale) = 0;
 };
 
 /// How to make an archive.

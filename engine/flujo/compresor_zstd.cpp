@@ -3,6 +3,7 @@
 #include "comun/fallo.h"
 #include "comun/medidas.h"
 
+#include <algorithm>
 #include <new>
 #include <zstd.h>
 
@@ -10,12 +11,10 @@ namespace orcalin {
 namespace {
 
 constexpr std::size_t largoMarco = 16 * mebi;
-constexpr std::size_t largoBocado = 256 * kibi;
 
 struct Libera {
     void operator()(ZSTD_CCtx *contexto) const { ZSTD_freeCCtx(contexto); }
 };
-using Contexto = std::unique_ptr<ZSTD_CCtx, Libera>;
 
 std::size_t comprobado(std::size_t resultado) {
     if (ZSTD_isError(resultado) != 0)
@@ -28,60 +27,59 @@ public:
     explicit CompresorZstd(int nivelDado)
         : nivel(nivelDado)
         , contexto(ZSTD_createCCtx())
-        , salida(ZSTD_compressBound(largoMarco)) {
+        , salida(ZSTD_CStreamOutSize()) {
         if (!contexto)
             throw std::bad_alloc();
         ajusta(ZSTD_c_checksumFlag, 1);
     }
 
-    std::vector<unsigned char> marco(Octetos crudo, Trato trato, Avance &avance) override;
+    void empieza(Octetos primero, bool entero, Trato trato) override;
+    void toma(Octetos bocado, bool ultimo, Bloque &sale) override;
 
 private:
     void ajusta(ZSTD_cParameter parametro, int valor) {
         comprobado(ZSTD_CCtx_setParameter(contexto.get(), parametro, valor));
     }
-    void ajusta(int como);
-    [[nodiscard]] bool cede(Octetos crudo);
+    [[nodiscard]] bool cede(Octetos muestra);
 
     int nivel;
-    Contexto contexto;
-    std::vector<unsigned char> salida;
+    std::unique_ptr<ZSTD_CCtx, Libera> contexto;
+    Bloque salida;
 };
 
-/// The levels from 17 on cost about what they say, but look no farther than 8
-/// MiB: here a window as long as the frame comes with them.
-void CompresorZstd::ajusta(int como) {
-    ajusta(ZSTD_c_compressionLevel, como);
+/// Whether data said to be compressed get smaller all the same: the cheapest
+/// level tells in a hundredth of the time.
+bool CompresorZstd::cede(Octetos muestra) {
+    ajusta(ZSTD_c_compressionLevel, 1);
+    Bloque hueco(ZSTD_compressBound(muestra.size()));
+    const std::size_t largo = comprobado(
+        ZSTD_compress2(contexto.get(), hueco.data(), hueco.size(), muestra.data(), muestra.size()));
+    return largo < muestra.size() - muestra.size() / 50;
+}
+
+void CompresorZstd::empieza(Octetos primero, bool entero, Trato trato) {
+    constexpr int barato = 3;
+    // The high levels look no farther than 8 MiB of their own accord; a window
+    // as long as the frame costs them nothing.
     constexpr int altos = 17;
     constexpr int ventana = 24;
-    ajusta(ZSTD_c_windowLog, como >= altos ? ventana : 0);
+    const bool enVano = nivel > barato && trato == Trato::comprimido && !cede(primero);
+    const int como = enVano ? barato : nivel;
+    ajusta(ZSTD_c_compressionLevel, como);
+    ajusta(ZSTD_c_windowLog, como >= altos && !entero ? ventana : 0);
+    if (entero)
+        comprobado(ZSTD_CCtx_setPledgedSrcSize(contexto.get(), primero.size()));
 }
 
-/// Whether the frame gets smaller at all: the cheapest level tells in a
-/// hundredth of the time.
-bool CompresorZstd::cede(Octetos crudo) {
-    ajusta(1);
-    const std::size_t largo = comprobado(
-        ZSTD_compress2(contexto.get(), salida.data(), salida.size(), crudo.data(), crudo.size()));
-    return largo < crudo.size() - crudo.size() / 50;
-}
-
-std::vector<unsigned char> CompresorZstd::marco(Octetos crudo, Trato trato, Avance &avance) {
-    constexpr int barato = 3;
-    const bool enVano = nivel > barato && trato == Trato::comprimido && !cede(crudo);
-    ajusta(enVano ? barato : nivel);
-    comprobado(ZSTD_CCtx_setPledgedSrcSize(contexto.get(), crudo.size()));
-    ZSTD_outBuffer hueco{salida.data(), salida.size(), 0};
-    while (!crudo.empty() && !avance.abandonado) {
-        const auto bocado = crudo.first(std::min(crudo.size(), largoBocado));
-        crudo = crudo.subspan(bocado.size());
-        ZSTD_inBuffer entrada{bocado.data(), bocado.size(), 0};
-        const auto orden = crudo.empty() ? ZSTD_e_end : ZSTD_e_continue;
-        // There is room for the worst case, so one call takes everything.
-        comprobado(ZSTD_compressStream2(contexto.get(), &hueco, &entrada, orden));
-        avance.bytes += bocado.size();
+void CompresorZstd::toma(Octetos bocado, bool ultimo, Bloque &sale) {
+    ZSTD_inBuffer entrada{bocado.data(), bocado.size(), 0};
+    for (bool falta = true; falta;) {
+        ZSTD_outBuffer hueco{salida.data(), salida.size(), 0};
+        const std::size_t resto = comprobado(ZSTD_compressStream2(
+            contexto.get(), &hueco, &entrada, ultimo ? ZSTD_e_end : ZSTD_e_continue));
+        sale.insert(sale.end(), salida.data(), salida.data() + hueco.pos);
+        falta = ultimo ? resto != 0 : entrada.pos < entrada.size;
     }
-    return {salida.begin(), salida.begin() + static_cast<std::ptrdiff_t>(hueco.pos)};
 }
 
 } // namespace

@@ -4,14 +4,16 @@
 
 #include <condition_variable>
 #include <deque>
+#include <exception>
 #include <mutex>
 #include <thread>
 
 namespace orcalin {
 
 /// Cuts a stream into frames, has them compressed by several threads, and
-/// writes them in order. The sink below is used on the caller's thread only.
-/// What is held at any time is bounded: two frames more than there are threads.
+/// writes them in order. The receiver below is used on the caller's thread
+/// only. What waits to be compressed is bounded: a frame more than there are
+/// threads, or little where there is only one.
 class SumideroMarcos : public Receptor {
 public:
     /// Hears, about ten times a second and on the caller's thread, how many
@@ -30,45 +32,52 @@ public:
     void entrada(Trato trato, std::uint64_t bytes);
 
     /// Where in the stream the next byte goes.
-    [[nodiscard]] std::uint64_t posicion() const { return hastaEste + actual.size(); }
+    [[nodiscard]] std::uint64_t posicion() const { return hastaEste + enEste; }
 
     /// Completes the frames; nothing may be written afterwards. Throws what a
-    /// thread threw, and what the sink below throws.
+    /// thread threw, and what the receiver below throws.
     void acaba();
 
     /// In the order of the stream, once it is complete.
     [[nodiscard]] const std::vector<Marco> &marcos() const { return escritos; }
 
 private:
+    /// A frame on its way.
     struct Encargo {
-        std::vector<unsigned char> crudo;
         Trato trato = Trato::otro;
-        std::uint64_t largo = 0;
-        std::vector<unsigned char> hecho;
+        Marco marco; // as far as it has come
+        std::deque<Bloque> entra;
+        bool completo = false; // nothing more comes in
+        std::deque<Bloque> sale;
+        bool listo = false; // nothing more comes out
         std::exception_ptr fallo;
-        bool listo = false;
     };
 
-    void encarga();
-    void entrega();
+    void pasa(bool corta);
+    void atiende(bool espera);
+    bool esperanDemasiados();
     void trabaja();
+    void cumple(Encargo &encargo, Compresor &compresor, std::unique_lock<std::mutex> &guarda);
 
     Receptor &abajo;
     Compresion compresion;
     AlAvanzar alAvanzar;
-    std::vector<unsigned char> actual;
-    Trato trato = Trato::otro; // of what is in `actual`
-    std::uint64_t hastaEste = 0;
+    std::size_t tope; // of bytes that wait
+    Bloque bocado;    // what has not been passed on yet
+    Trato trato = Trato::otro;
+    std::uint64_t hastaEste = 0; // where the open frame begins
+    std::uint64_t enEste = 0;    // bytes in it
     std::vector<Marco> escritos;
-    Avance avance;
 
     std::mutex cerrojo; // what follows is shared with the threads
     std::condition_variable hayEncargo;
     std::condition_variable hayHecho;
-    std::deque<std::unique_ptr<Encargo>> enVuelo; // in order of the stream
+    std::deque<std::unique_ptr<Encargo>> enVuelo; // in order; the last may be open
     std::size_t tomados = 0;                      // of `enVuelo`, from the front
+    std::size_t esperan = 0;                      // bytes that wait
+    std::uint64_t comprimidos = 0;
     bool fin = false;
-    std::vector<std::jthread> obreros;
+    std::vector<std::jthread> obreros; // last: they use all the others
 };
 
 } // namespace orcalin

@@ -23,6 +23,7 @@ if [ "$(id -u)" -eq 0 ]; then
     chown -R 65534:65534 "$aparte" "$escritos" "$corpus"
 fi
 # Its own output apart, nothing on the terminal: the engine talks a lot.
-"${como[@]}" env TMPDIR="$escritos" nice "$aparte/fuzz_lector" -max_total_time="$segundos" \
+"${como[@]}" env TMPDIR="$escritos" \
+    ASAN_OPTIONS=malloc_context_size=4:quarantine_size_mb=16 nice "$aparte/fuzz_lector" -max_total_time="$segundos" \
     -max_len=16384 -timeout=20 -rss_limit_mb=2048 -close_fd_mask=3 \
     -artifact_prefix="$corpus/" "$corpus"

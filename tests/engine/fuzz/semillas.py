@@ -21,6 +21,11 @@ def marco(datos):
     return salida
 
 
+def relleno(n):
+    """A frame that decoders skip, of a length that leaves the rest `n` of four."""
+    return struct.pack("<II", SALTABLE, n) + bytes(n) if n else b""
+
+
 def variable(n):
     octetos = bytearray()
     while n >= 0x80:
@@ -31,7 +36,7 @@ def variable(n):
 
 def tar(entradas, formato=tarfile.PAX_FORMAT):
     """The stream, and for each entry what the index says of it."""
-    datos, fichas, lugares = io.BytesIO(), [], {}
+    datos, fichas, lugares, bytes_ = io.BytesIO(), [], {}, {}
     with tarfile.open(fileobj=datos, mode="w", format=formato) as t:
         for nombre, tipo, contenido in entradas:
             ficha = tarfile.TarInfo(nombre)
@@ -42,7 +47,8 @@ def tar(entradas, formato=tarfile.PAX_FORMAT):
                 ficha.linkname = contenido
             lugares[nombre] = t.offset
             letra = {tarfile.DIRTYPE: b"d", tarfile.SYMTYPE: b"l", tarfile.LNKTYPE: b"h"}.get(tipo, b"-")
-            fichas.append((nombre.encode(), letra, len(cuerpo), t.offset, lugares.get(contenido)))
+            bytes_[nombre] = bytes_.get(contenido, 0) if letra == b"h" else len(cuerpo)
+            fichas.append((nombre.encode(), letra, bytes_[nombre], t.offset, lugares.get(contenido)))
             t.addfile(ficha, io.BytesIO(cuerpo))
     return datos.getvalue(), fichas
 
@@ -75,24 +81,32 @@ def archivo(entradas, corte=2048):
             struct.pack("<II", SALTABLE, len(rotulo)) + rotulo)
 
 
-ENTRADAS = [("b", tarfile.DIRTYPE, ""), ("a", tarfile.REGTYPE, "hola" * 700),
+def entradas(n):
+    return [("b", tarfile.DIRTYPE, ""), ("a", tarfile.REGTYPE, "hola" * 700),
             ("b/c", tarfile.LNKTYPE, "a"), ("b/d", tarfile.SYMTYPE, "../a"),
-            ("b/ñ" + "x" * 120, tarfile.REGTYPE, "ñ")]
-HOSTILES = [("../fuera", tarfile.REGTYPE, "x"), ("/fuera", tarfile.REGTYPE, "x"),
-            ("e", tarfile.SYMTYPE, ".."), ("e/fuera", tarfile.REGTYPE, "x"),
-            ("f", tarfile.LNKTYPE, "../a.okz"), ("f", tarfile.REGTYPE, "x"),
-            ("d", tarfile.FIFOTYPE, "")]
+            ("b/ñ" + "x" * (120 + n), tarfile.REGTYPE, "ñ")]
 
-SEMILLAS = {
-    "entera": archivo(ENTRADAS),
-    "un_marco": archivo(ENTRADAS, 1 << 20),
-    "hostil": archivo(HOSTILES),
-    "sin_indice": marco(tar(ENTRADAS)[0]),
-    "gnu": marco(tar(ENTRADAS, tarfile.GNU_FORMAT)[0]),
-    "cifrada": b"age-encryption.org/v1\n-> scrypt bm9ub25vbm9ub25vbm9ubw 10\n" + b"A" * 43 +
-               b"\n--- " + b"A" * 43 + b"\n" + bytes(100),
-}
+
+def hostiles(n):
+    return [("../fuera", tarfile.REGTYPE, "x"), ("/fuera", tarfile.REGTYPE, "x"),
+            ("e", tarfile.SYMTYPE, ".."), ("e/fuera", tarfile.REGTYPE, "x"),
+            ("f", tarfile.LNKTYPE, "../a.okz"), ("f", tarfile.REGTYPE, "x" * n),
+            ("d" * (1 + n), tarfile.FIFOTYPE, "")]
+
+
+def semillas(n):
+    return {
+        "entera": archivo(entradas(n)),
+        "un_marco": archivo(entradas(n), 1 << 20),
+        "hostil": archivo(hostiles(n)),
+        "sin_indice": relleno(n) + marco(tar(entradas(0))[0]),
+        "gnu": relleno(n) + marco(tar(entradas(0), tarfile.GNU_FORMAT)[0]),
+        "cifrada": b"age-encryption.org/v1\n-> scrypt bm9ub25vbm9ub25vbm9ubw 10\n" +
+                   b"A" * 43 + b"\n--- " + b"A" * 43 + b"\n" + bytes(100 + n),
+    }
+
 
 if __name__ == "__main__":
-    for nombre, datos in SEMILLAS.items():
-        (pathlib.Path(sys.argv[1]) / nombre).write_bytes(datos)
+    for resto in range(4):  # what is done with an archive depends on its length
+        for nombre, datos in semillas(resto).items():
+            (pathlib.Path(sys.argv[1]) / f"{nombre}{resto}").write_bytes(datos)
