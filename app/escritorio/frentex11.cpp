@@ -1,5 +1,6 @@
 #include "frentex11.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <memory>

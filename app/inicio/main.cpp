@@ -12,6 +12,7 @@
 #include "vistas/vistas.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QLibraryInfo>
 #include <QTimer>
 #include <QTranslator>
@@ -40,6 +41,7 @@ void presentate() {
     QCoreApplication::setApplicationVersion(QStringLiteral(ORCALIN_VERSION));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("orcalin"));
     QGuiApplication::setDesktopFileName(QStringLiteral("es.orcalin.Orcalin"));
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("es.orcalin.Orcalin")));
 }
 
 int cliente(int argc, char **argv, const Peticion &peticion) {

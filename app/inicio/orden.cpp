@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
+
 namespace {
 
 QString uriDe(const QByteArray &argumento, const QByteArray &aqui) {

@@ -3,19 +3,20 @@
 #include "cifrado/cabecera_age.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace orcalin {
 
-SumideroAge::SumideroAge(Sumidero &abajoDado, const Secreto &contrasena, int factor)
+SumideroAge::SumideroAge(Sumidero &abajoDado, Secreto contrasena, int factor)
     : abajo(abajoDado)
     , sellado(trozoSellado) {
-    const Secreto claveFichero = Secreto::alAzar(largoClaveFichero);
-    std::array<unsigned char, largoNonceAge> nonce{};
+    Secreto clave = Secreto::alAzar(largoClaveFichero);
     randombytes_buf(nonce.data(), nonce.size());
-    const std::string cabecera = CabeceraAge::crea(contrasena, factor, claveFichero);
-    abajo.escribe({reinterpret_cast<const unsigned char *>(cabecera.data()), cabecera.size()});
-    abajo.escribe(nonce);
-    sello.emplace(claveFichero, nonce);
+    sello.emplace(clave, nonce);
+    cabecera = std::async(std::launch::async,
+                          [contrasena = std::move(contrasena), clave = std::move(clave), factor] {
+                              return CabeceraAge::crea(contrasena, factor, clave);
+                          });
     claro.reserve(trozoClaro);
 }
 
@@ -46,8 +47,16 @@ void SumideroAge::sellaPendiente(bool ultimo) {
 }
 
 void SumideroAge::sella(Octetos trozo, bool ultimo) {
+    if (cabecera.valid())
+        empieza();
     const std::size_t largo = sello->sella(trozo, numero++, ultimo, sellado);
     abajo.escribe(Octetos(sellado).first(largo));
+}
+
+void SumideroAge::empieza() {
+    const std::string texto = cabecera.get();
+    abajo.escribe({reinterpret_cast<const unsigned char *>(texto.data()), texto.size()});
+    abajo.escribe(nonce);
 }
 
 } // namespace orcalin

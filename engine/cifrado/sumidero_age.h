@@ -2,7 +2,10 @@
 
 #include "cifrado/trozo_age.h"
 
+#include <array>
+#include <future>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace orcalin {
@@ -10,20 +13,24 @@ namespace orcalin {
 /// Writes an age v1 file that a password opens.
 class SumideroAge : public Sumidero {
 public:
-    /// Derives the key, which takes as long as scrypt does, and writes the
-    /// header. `abajo` must outlive this; the password is not kept.
-    SumideroAge(Sumidero &abajo, const Secreto &contrasena, int factor);
+    /// Begins to derive the key in a thread of its own: there is plenty to
+    /// compress before the first bytes are written, which wait for it.
+    /// `abajo` must outlive this.
+    SumideroAge(Sumidero &abajo, Secreto contrasena, int factor);
 
     void escribe(Octetos datos) override;
     void cierra() override;
 
 private:
+    void empieza();
     void sellaPendiente(bool ultimo);
     void sella(Octetos trozo, bool ultimo);
 
     Sumidero &abajo;
+    std::array<unsigned char, largoNonceAge> nonce{};
     std::optional<SelloAge> sello;
-    std::vector<unsigned char> claro; // what came in pieces smaller than a chunk
+    std::future<std::string> cabecera; // until it is written
+    std::vector<unsigned char> claro;  // what came in pieces smaller than a chunk
     std::vector<unsigned char> sellado;
     std::uint64_t numero = 0;
 };

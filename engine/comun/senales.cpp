@@ -31,9 +31,10 @@ bool toma() {
     constexpr std::chrono::milliseconds paciencia{300};
     if (cerrojo.try_lock_for(paciencia))
         return true;
-    if (consagrando)
-        cerrojo.lock();
-    return consagrando;
+    if (!consagrando)
+        return false;
+    cerrojo.lock();
+    return true;
 }
 
 int esperaQueMuera(void *padre) {

@@ -41,8 +41,7 @@ void comprime(const PedidoComprimir &pedido) {
     std::optional<SumideroAge> cifrado;
     if (contrasena) {
         progreso.derivaClave();
-        cifrado.emplace(destino, *contrasena, pedido.factor);
-        contrasena.reset();
+        cifrado.emplace(destino, std::move(*contrasena), pedido.factor);
     }
     Sumidero *abajo = &destino;
     if (cifrado)

@@ -33,7 +33,7 @@ bool esRoot() {
 
 void anadeLista(Atributos &atributos, const char *nombre, std::string lista) {
     if (!lista.empty())
-        atributos.extendidos.emplace_back(nombre, std::move(lista));
+        atributos.listas.emplace_back(nombre, std::move(lista));
 }
 
 void leeExtendidos(Atributos &atributos, archive_entry *ficha, archive *cuentas) {
@@ -49,6 +49,13 @@ void leeExtendidos(Atributos &atributos, archive_entry *ficha, archive *cuentas)
     anadeLista(atributos, "system.posix_acl_default", listaPorDefecto(ficha, cuentas));
 }
 
+bool ponExtendidos(int fd, const std::vector<std::pair<std::string, std::string>> &extendidos) {
+    bool bien = true;
+    for (const auto &[nombre, valor] : extendidos)
+        bien = fsetxattr(fd, nombre.c_str(), valor.data(), valor.size(), 0) == 0 && bien;
+    return bien;
+}
+
 /// When it was last looked at is left to the system.
 std::array<timespec, 2> horas(const Atributos &atributos) {
     return {timespec{0, UTIME_OMIT}, atributos.hora};
@@ -58,7 +65,7 @@ std::array<timespec, 2> horas(const Atributos &atributos) {
 
 bool Atributos::bastaConCrear() const {
     const bool mio = !conDueno || (usuario == yo().usuario && grupo == yo().grupo);
-    return mio && extendidos.empty() && (permisos & deRoot) == 0;
+    return mio && extendidos.empty() && listas.empty() && (permisos & deRoot) == 0;
 }
 
 Atributos leeAtributos(archive_entry *ficha, archive *cuentas) {
@@ -86,10 +93,11 @@ bool ponAtributos(int fd, const Atributos &atributos, bool tieneDuenoYPermisos) 
         bien = false;
         permisos &= ~deRoot;
     }
-    for (const auto &[nombre, valor] : atributos.extendidos)
-        bien = fsetxattr(fd, nombre.c_str(), valor.data(), valor.size(), 0) == 0 && bien;
+    bien = ponExtendidos(fd, atributos.extendidos) && bien;
+    // The mode may forbid what comes before, and would change what comes after.
     if (!tieneDuenoYPermisos)
         bien = fchmod(fd, permisos) == 0 && bien;
+    bien = ponExtendidos(fd, atributos.listas) && bien;
     if (atributos.conHora)
         bien = futimens(fd, horas(atributos).data()) == 0 && bien;
     return bien;

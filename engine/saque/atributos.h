@@ -19,8 +19,9 @@ struct Atributos {
     uid_t usuario = 0;
     gid_t grupo = 0;
     bool conHora = false;
-    timespec hora{};                                             ///< of the last change
-    std::vector<std::pair<std::string, std::string>> extendidos; ///< access lists among them
+    timespec hora{}; ///< of the last change
+    std::vector<std::pair<std::string, std::string>> extendidos;
+    std::vector<std::pair<std::string, std::string>> listas; ///< of access, which add to the mode
 
     /// Whether a new file opened with `permisos` as its mode, in a folder that
     /// hands nothing on, has owner and mode from its beginning.

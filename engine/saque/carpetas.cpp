@@ -27,6 +27,17 @@ Descriptor abreEn(int madre, const char *nombre) {
     return fd;
 }
 
+/// What is in a folder comes back also if its owner has closed it since: it is
+/// open to them until the end.
+Descriptor abrePaso(Descriptor fd) {
+    // A descriptor that is not for reading has no mode to change but by its path.
+    const std::string propia = "/proc/self/fd/" + std::to_string(fd.numero());
+    if (chmod(propia.c_str(), S_IRWXU) != 0)
+        fallaEntrada(errno);
+    Descriptor abierta = abreEn(fd.numero(), ".");
+    return abierta.valido() ? std::move(abierta) : std::move(fd);
+}
+
 } // namespace
 
 std::string_view madreDe(std::string_view ruta) {
@@ -43,7 +54,7 @@ Carpetas::Carpetas(mode_t permisosDados)
     Descriptor fd = abreEn(AT_FDCWD, ".");
     if (!fd.valido())
         falla("no se puede entrar en la carpeta de destino", errno);
-    raiz = describe(std::move(fd), false);
+    raiz = describe(std::move(fd), "", false);
 }
 
 CarpetaAbierta Carpetas::abre(std::string_view ruta) {
@@ -114,7 +125,7 @@ bool Carpetas::crea(std::string_view ruta) {
 }
 
 CarpetaAbierta Carpetas::guarda(std::string_view ruta, Descriptor fd, bool nueva) {
-    CarpetaAbierta carpeta = describe(std::move(fd), nueva);
+    CarpetaAbierta carpeta = describe(std::move(fd), ruta, nueva);
     if (abiertas.size() >= abiertasALaVez)
         olvida(turnos.back());
     turnos.emplace_front(ruta);
@@ -122,10 +133,15 @@ CarpetaAbierta Carpetas::guarda(std::string_view ruta, Descriptor fd, bool nueva
     return carpeta;
 }
 
-CarpetaAbierta Carpetas::describe(Descriptor fd, bool nueva) {
+CarpetaAbierta Carpetas::describe(Descriptor fd, std::string_view ruta, bool nueva) {
     struct stat estado {};
     if (fstat(fd.numero(), &estado) != 0)
         fallaEntrada(errno);
+    const bool mia = estado.st_uid == geteuid() && estado.st_uid != 0;
+    if (mia && (estado.st_mode & S_IRWXU) != S_IRWXU && !ruta.empty()) {
+        fd = abrePaso(std::move(fd));
+        aLaFuerza.emplace_back(ruta, estado.st_mode & 07777);
+    }
     // It may fail for other reasons than that there is no list: better to think there is.
     const bool sinLista = fgetxattr(fd.numero(), "system.posix_acl_default", nullptr, 0) < 0 &&
                           (errno == ENODATA || errno == EOPNOTSUPP);

@@ -9,6 +9,8 @@
 #include <sys/types.h>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
+#include <vector>
 
 namespace orcalin {
 
@@ -39,6 +41,12 @@ public:
     /// something of that name. Throws FalloDeEntrada.
     bool crea(std::string_view ruta);
 
+    /// The user's own folders that had to be opened to their owner first, each
+    /// with the mode that it is to have again.
+    [[nodiscard]] const std::vector<std::pair<std::string, mode_t>> &forzadas() const {
+        return aLaFuerza;
+    }
+
     /// That `ruta` is no longer the folder it was.
     void olvida(std::string_view ruta);
 
@@ -51,12 +59,13 @@ private:
     CarpetaAbierta guardada(std::string_view ruta);
     CarpetaAbierta baja(const Carpeta &desde, std::string_view ruta);
     CarpetaAbierta guarda(std::string_view ruta, Descriptor fd, bool nueva);
-    CarpetaAbierta describe(Descriptor fd, bool nueva);
+    CarpetaAbierta describe(Descriptor fd, std::string_view ruta, bool nueva);
 
     mode_t permisos;
     CarpetaAbierta raiz;           // not among those that give way to others
     std::list<std::string> turnos; // the latest first
     std::unordered_map<std::string_view, Guardada> abiertas; // the keys are in `turnos`
+    std::vector<std::pair<std::string, mode_t>> aLaFuerza;
     std::unordered_set<ino_t> repasadas; // those where nothing of a dead run is left
 };
 

@@ -18,13 +18,6 @@ namespace {
 constexpr mode_t soloMio = 0600;
 constexpr mode_t deCarpeta = 0777;
 
-/// The owner must be able to work in a folder until its own mode comes last.
-void abrePaso(int madre, const std::string &nombre, const struct stat &estado) {
-    const bool cerrada = estado.st_uid == geteuid() && (estado.st_mode & S_IRWXU) != S_IRWXU;
-    if (cerrada && fchmodat(madre, nombre.c_str(), S_IRWXU, AT_SYMLINK_NOFOLLOW) != 0)
-        fallaEntrada(errno);
-}
-
 } // namespace
 
 Disco::Disco()
@@ -65,6 +58,11 @@ void Disco::enlaza(archive_entry * /*ficha*/, const std::string &ruta, const std
 
 void Disco::acaba() {
     faltaAlgo = false;
+    for (const auto &[ruta, permisos] : carpetas.forzadas()) {
+        Atributos deAntes;
+        deAntes.permisos = permisos;
+        porAcabar.try_emplace(ruta, deAntes);
+    }
     // Inner folders first.
     for (auto i = porAcabar.rbegin(); i != porAcabar.rend(); ++i) {
         try {
@@ -91,7 +89,7 @@ void Disco::sacaCarpeta(archive_entry *ficha, const std::string &como) {
         if (fstatat(madre, sitio.nombre.c_str(), &estado, AT_SYMLINK_NOFOLLOW) != 0)
             fallaEntrada(errno);
         if (S_ISDIR(estado.st_mode))
-            abrePaso(madre, sitio.nombre, estado);
+            carpetas.abre(como);
         else if (unlinkat(madre, sitio.nombre.c_str(), 0) != 0 || !carpetas.crea(como))
             fallaEntrada(errno);
     }
@@ -99,6 +97,8 @@ void Disco::sacaCarpeta(archive_entry *ficha, const std::string &como) {
 }
 
 void Disco::sacaFichero(LectorTar &lector, archive_entry *ficha, const std::string &como) {
+    if (lector.empezada())
+        throw FalloDeEntrada("su contenido se quedó con el primero de sus nombres");
     const Lugar sitio = lugar(como);
     const Atributos atributos = leeAtributos(ficha, cuentas.get());
     const bool sencillo = atributos.bastaConCrear() && !sitio.carpeta->hereda;

@@ -26,6 +26,7 @@ LectorTar::LectorTar(std::unique_ptr<Fuente> fuenteDada)
 
 archive_entry *LectorTar::siguiente() {
     archive_entry *ficha = nullptr;
+    conTrozos = false;
     const int resultado = archive_read_next_header(tar.get(), &ficha);
     if (resultado == ARCHIVE_EOF) {
         compruebaElFinal();
@@ -44,6 +45,7 @@ std::uint64_t LectorTar::posicion() const {
 Octetos LectorTar::trozo(std::int64_t &desplazamiento) {
     const void *datos = nullptr;
     std::size_t largo = 0;
+    conTrozos = true;
     const int resultado = archive_read_data_block(tar.get(), &datos, &largo, &desplazamiento);
     if (resultado == ARCHIVE_EOF)
         return {};

@@ -27,6 +27,9 @@ public:
     /// end. Offsets may leave holes. Valid until the next call. Throws Fallo.
     Octetos trozo(std::int64_t &desplazamiento);
 
+    /// Whether some of the entry's content was asked for: there is no way back.
+    [[nodiscard]] bool empezada() const { return conTrozos; }
+
 private:
     static la_ssize_t alLeer(archive *, void *yo, const void **datos);
     void compruebaElFinal();
@@ -37,6 +40,7 @@ private:
     AsaLectura tar;
     std::exception_ptr pendiente; // thrown below, must not cross the C library
     bool reconocido = false;      // at least one header was read
+    bool conTrozos = false;       // of the current entry
     bool agotada = false;         // the source came to its end
 };
 

@@ -4,10 +4,11 @@ import math
 import os
 import random
 import re
+import struct
 import subprocess
 import unittest
 
-from motor import Caso, ESCASO, age, foto, siembra
+from motor import Caso, ESCASO, NADIE, age, foto, siembra
 
 MARCO = 16 * 1024 * 1024
 TROZO = 64 * 1024
@@ -74,6 +75,106 @@ class IdaYVuelta(Caso):
         self.okz = self.d / "otro.age"
         self.assertEqual(age(["-p", "-o", self.okz, tar], self.clave.read_text()), 0)
         self.compara(self.extrae("--password-file", self.clave, a="cifrado"))
+
+
+class Fiel(Caso):
+    def setUp(self):
+        super().setUp()
+        self.c = self.d / "c"
+        self.c.mkdir()
+
+    def ida_y_vuelta(self):
+        self.comprime(self.c)
+        salida = self.extrae()
+        self.assertEqual(foto(self.c), foto(salida / "c"))
+        return salida / "c"
+
+    def test_huecos(self):
+        for nombre, bytes_, desde in (("hueco", 2**33, None), ("delante", 10**7, 0),
+                                      ("detrás", 10**7 + 1, 10**7), ("medio", 2**32, 2**31 + 5)):
+            with open(self.c / nombre, "wb") as f:
+                f.truncate(bytes_)
+                if desde is not None:
+                    f.seek(desde)
+                    f.write(b"x" * 1)
+        self.comprime(self.c)
+        self.assertEqual(self.lista()["c/hueco"][2], 2**33)
+        self.corre("check", self.okz)
+        tar = self.d / "tar"
+        tar.mkdir()
+        subprocess.run(["sh", "-c", 'zstd -dc "$1" | tar -x', "sh", self.okz], cwd=tar, check=True)
+        for salida in (self.extrae(), tar, self.extrae("--file", "c", a="otra")):
+            for f in self.c.iterdir():
+                sacado = salida / "c" / f.name
+                self.assertEqual(sacado.stat().st_size, f.stat().st_size)
+                self.assertLess(sacado.stat().st_blocks, 100)
+                self.assertEqual(sacado.stat().st_mtime_ns, f.stat().st_mtime_ns)
+            for nombre, desde in (("delante", 0), ("detrás", 10**7), ("medio", 2**31 + 5)):
+                with open(salida / "c" / nombre, "rb") as f:
+                    f.seek(desde)
+                    self.assertEqual(f.read(1), b"x")
+
+    def test_horas(self):
+        horas = {"a": -315521754_750000000, "b": -2_000000001, "c": -1_000000000, "d": 1, "e": 0,
+                 "f": 4_000_000_000_000000001}
+        for nombre, hora in horas.items():
+            (self.c / nombre).touch()
+            os.utime(self.c / nombre, ns=(0, hora))
+        self.ida_y_vuelta()
+        subprocess.run(["sh", "-c", 'zstd -dc "$1" | tar -x --warning=none', "sh", self.okz],
+                       cwd=self.d / "salida", check=True)
+        self.assertEqual({f.name: f.stat().st_mtime_ns for f in (self.d / "salida/c").iterdir()},
+                         horas)
+
+    def test_de_root(self):
+        if os.geteuid() != 0:
+            self.skipTest("needs root")
+        for nombre in ("ajeno", "capaz", "listado"):
+            (self.c / nombre).write_text(nombre)
+        os.symlink("x", self.c / "enlace")
+        (self.c / "carpeta").mkdir()
+        for ruta in (self.c / "ajeno", self.c / "enlace", self.c / "carpeta"):
+            os.chown(ruta, 12345, 23456, follow_symlinks=False)
+        os.chmod(self.c / "ajeno", 0o6755)
+        os.chmod(self.c / "carpeta", 0o3777)
+        os.setxattr(self.c / "capaz", "security.capability",
+                    struct.pack("<5I", 0x02000001, 0x400, 0, 0, 0))
+        lista = struct.pack("<I" + "HHI" * 5, 2, 1, 6, 2**32 - 1, 2, 4, 12345, 4, 4, 2**32 - 1,
+                            16, 6, 2**32 - 1, 32, 0, 2**32 - 1)
+        os.setxattr(self.c / "listado", "system.posix_acl_access", lista)
+        os.setxattr(self.c / "carpeta", "system.posix_acl_default", lista)
+        (self.c / "carpeta/heredero").touch()
+        os.removexattr(self.c / "carpeta/heredero", "system.posix_acl_access")
+        os.setxattr(self.c / "carpeta", "trusted.nota", b"x")
+        salida = self.ida_y_vuelta()
+        for ruta in self.c.rglob("*"):
+            e, s = ruta.lstat(), (salida / ruta.relative_to(self.c)).lstat()
+            self.assertEqual((e.st_uid, e.st_gid), (s.st_uid, s.st_gid), ruta)
+        os.chmod(self.d, 0o777)
+        nadie = self.extrae(a="nadie", **self.como_nadie()) / "c"
+        self.assertEqual((nadie / "ajeno").stat().st_mode & 0o7777, 0o755)
+        self.assertEqual((nadie / "ajeno").stat().st_uid, NADIE)
+
+    def test_sobre_carpetas_cerradas(self):
+        como = self.como_nadie()
+        os.chmod(self.d, 0o777)
+        (self.c / "a/b").mkdir(parents=True)
+        (self.c / "a/b/f").write_text("uno")
+        os.chmod(self.c / "a/b", 0o555)
+        os.chmod(self.c / "a", 0)
+        self.comprime(self.c)
+        for _ in range(2):
+            salida = self.extrae(**como)
+            self.assertEqual(foto(self.c), foto(salida / "c"))
+
+    def test_muchas_carpetas_y_muy_hondas(self):
+        honda = "/".join(f"nivel{n}" for n in range(450))  # more than are kept open
+        for n in range(450):
+            (self.c / f"d{n}").mkdir()
+            (self.c / f"d{n}/f").write_text(str(n))
+        (self.c / honda).mkdir(parents=True)
+        (self.c / honda / "f").write_text("hondo")
+        self.ida_y_vuelta()
 
 
 class Fronteras(Caso):

@@ -53,6 +53,17 @@ class UnaEntrada(Caso):
         self.assertEqual((salida / "2").read_text(), "contenido")
         self.assertTrue(os.path.samefile(salida / "1", salida / "2"))
 
+    def test_el_contenido_no_se_lee_dos_veces(self):
+        # The first of two names has no room; the second must not be made of what is left.
+        (self.d / "salida/c/z1/ocupada").mkdir(parents=True)
+        (self.d / "salida/c/sub").mkdir()
+        (self.d / "salida/c/sub/a").mkdir()
+        (self.d / "salida/c/sub/a/ocupada").touch()
+        mensaje = self.error("extract", self.okz, "-o", self.d / "salida")
+        self.assertIn("no se pudieron sacar bien", mensaje)
+        z2 = self.d / "salida/c/z2"
+        self.assertTrue(not z2.exists() or z2.read_text() == "contenido")
+
     def test_no_esta(self):
         for entrada in ("c/no", "c/su", "", "/c", "c/sub/a/b", "mal\\escrito"):
             mensaje = self.error("extract", self.okz, "-o", self.d / "salida", "--file", entrada)
