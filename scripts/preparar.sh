@@ -6,17 +6,17 @@ construir=(
     qt6-base-dev qt6-declarative-dev qt6-svg-dev
     libxcb1-dev libarchive-dev libacl1-dev liblzma-dev libzstd-dev libsodium-dev libcli11-dev
 )
-usar=(
-    qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qtquick
-    qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-shapes
-    qml6-module-qtquick-templates qml6-module-qtquick-window
-    qt6-qpa-plugins qt6-wayland qt6-translations-l10n fonts-dejavu-core xdg-utils file
-)
+mapfile -t usar < <(grep -v '^#' "$(dirname "${BASH_SOURCE[0]}")/usar.txt")
 recorrer=(
     xvfb openbox xdotool imagemagick dbus-daemon at-spi2-core
     python3 python3-gi gir1.2-atspi-2.0
 )
-comprobar=(age zstd libarchive-tools libglib2.0-bin dbus-bin x11-utils)
+comprobar=(
+    age zstd libarchive-tools man-db libglib2.0-bin dbus-bin x11-utils
+    desktop-file-utils appstream shared-mime-info libxml2-utils
+    thunar thunarx-python gir1.2-thunarx-3.0 pcmanfm-qt gir1.2-nautilus-4.0
+    clang libclang-rt-14-dev
+)
 
 # Installs what is missing of the packages named, and says so.
 asegura() {

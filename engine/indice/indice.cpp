@@ -52,6 +52,7 @@ void Indice::leeMarcos(const Rotulo &rotulo) {
         if (crudo == 0)
             danado();
     }
+    final = marco;
     if (situados.empty() || marco.inicio != rotulo.lugar || marco.desde != tar)
         danado();
 }

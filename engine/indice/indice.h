@@ -26,6 +26,9 @@ public:
     /// In the order of the stream; at least one.
     [[nodiscard]] const std::vector<MarcoSituado> &marcos() const { return situados; }
 
+    /// Where the last of them ends.
+    [[nodiscard]] const MarcoSituado &fin() const { return final; }
+
     /// The frame that holds the byte `lugar` of the tar stream.
     [[nodiscard]] std::size_t marcoDe(std::uint64_t lugar) const;
 
@@ -45,6 +48,7 @@ private:
     std::vector<unsigned char> bloque;
     Octetos pendiente; // what of `bloque` has not been read
     std::vector<MarcoSituado> situados;
+    MarcoSituado final;
     std::uint64_t tar;
     std::uint64_t faltan; // entries
 };

@@ -46,6 +46,15 @@ bool cuadra(const Rotulo &rotulo, std::uint64_t hasta) {
     return rotulo.lugar < hasta && rotulo.largo == hasta - rotulo.lugar && rotulo.tar > 0;
 }
 
+/// Whether the index frame is announced as it should be, where that is done.
+bool avisoSano(const Almacen &almacen, Envase envase, const Rotulo &rotulo) {
+    if (envase == Envase::xz)
+        return true;
+    const auto bueno = saltable(rotulo.largo - aviso);
+    std::vector<unsigned char> hallado(aviso);
+    return almacen.lee(rotulo.lugar, hallado) == aviso && hallado == bueno;
+}
+
 } // namespace
 
 std::vector<unsigned char> enMarco(const Rotulo &rotulo, Envase envase) {
@@ -75,6 +84,22 @@ std::optional<Rotulo> leeRotulo(const Almacen &almacen, Envase envase) {
     if (!cuadra(rotulo, almacen.largo() - marco))
         return {};
     return rotulo;
+}
+
+EstadoRotulo estadoDelRotulo(const Almacen &almacen, Envase envase) {
+    const auto rotulo = leeRotulo(almacen, envase);
+    const auto bueno = enMarco(rotulo.value_or(Rotulo{}), envase);
+    std::vector<unsigned char> hallado(bueno.size());
+    if (almacen.largo() < bueno.size() ||
+        almacen.lee(almacen.largo() - bueno.size(), hallado) < hallado.size())
+        return EstadoRotulo::noHay;
+    if (rotulo)
+        return hallado == bueno && avisoSano(almacen, envase, *rotulo) ? EstadoRotulo::sano
+                                                                       : EstadoRotulo::danado;
+    const auto texto = hallado.end() - static_cast<std::ptrdiff_t>(bytesTras(envase) + largoRotulo);
+    const bool parece = std::equal(bueno.begin(), bueno.begin() + aviso, hallado.begin()) ||
+                        std::equal(marca.begin(), marca.end(), texto);
+    return parece ? EstadoRotulo::danado : EstadoRotulo::noHay;
 }
 
 } // namespace orcalin

@@ -6,26 +6,77 @@
 #include "comun/marcha.h"
 #include "comun/senales.h"
 #include "comun/texto.h"
-#include "saque/archivo.h"
+#include "saque/danos.h"
 #include "tar/entrada.h"
 #include "tar/lector_tar.h"
+
+#include <unordered_map>
 
 namespace orcalin {
 namespace {
 
+/// Any number of entries as one number, the same in whatever order they come:
+/// so two lists are compared without either of them in memory.
+class Huella {
+public:
+    Huella() { crypto_shorthash_keygen(clave.data()); }
+
+    void anade(const Asiento &asiento) {
+        std::string texto = asiento.ruta + '\0' + asiento.tipo;
+        for (const std::uint64_t numero :
+             {std::uint64_t{asiento.permisos}, asiento.bytes, asiento.lugar, asiento.enlazado})
+            texto += ' ' + std::to_string(numero);
+        suma += de(texto);
+    }
+
+    [[nodiscard]] std::uint64_t de(std::string_view texto) const {
+        std::array<unsigned char, crypto_shorthash_BYTES> resumen{};
+        crypto_shorthash(resumen.data(), reinterpret_cast<const unsigned char *>(texto.data()),
+                         texto.size(), clave.data());
+        std::uint64_t numero = 0;
+        for (const auto octeto : resumen)
+            numero = numero << 8U | octeto;
+        return numero;
+    }
+
+    [[nodiscard]] std::uint64_t valor() const { return suma; }
+    void borra() { suma = 0; }
+
+private:
+    std::array<unsigned char, crypto_shorthash_KEYBYTES> clave{};
+    std::uint64_t suma = 0;
+};
+
 /// Walks the whole stream and looks at every byte of it.
 class Comprobacion {
 public:
-    explicit Comprobacion(const Archivo &archivo)
-        : lector(archivo.tar()) {}
+    explicit Comprobacion(const Archivo &archivoDado)
+        : archivo(archivoDado) {}
 
     void recorre() {
+        LectorTar lector(archivo.tar());
         while (archive_entry *ficha = lector.siguiente()) {
-            enCurso = describe(ficha).ruta;
-            leeContenido();
+            const Entrada entrada = describe(ficha);
+            enCurso = entrada.ruta;
+            const auto lugar = lector.posicion();
+            leeContenido(lector);
+            apunta(entrada, lugar);
             enCurso.clear();
             ++elementos;
         }
+    }
+
+    /// Whether the index, if there is one, tells what the stream holds.
+    void comparaConElIndice() {
+        const auto indice = archivo.indiceSano();
+        if (!indice)
+            return;
+        const auto enElFlujo = huella.valor();
+        huella.borra();
+        for (Asiento asiento; indice->siguiente(asiento);)
+            huella.anade(asiento);
+        if (huella.valor() != enElFlujo)
+            throw Fallo("el índice no dice lo que hay en el archivo");
     }
 
     /// What was found sound, also after a failure.
@@ -38,17 +89,56 @@ public:
     [[nodiscard]] const std::string &dondeVa() const { return enCurso; }
 
 private:
-    void leeContenido() {
+    void leeContenido(LectorTar &lector) {
         std::int64_t lugar = 0;
         for (Octetos trozo = lector.trozo(lugar); !trozo.empty(); trozo = lector.trozo(lugar))
             bytes += trozo.size();
     }
 
-    LectorTar lector;
+    /// As the index would have it; the root's own entry is not in it.
+    void apunta(const Entrada &entrada, std::uint64_t lugar) {
+        if (entrada.ruta.empty())
+            return;
+        Fichero fichero{static_cast<std::uint64_t>(entrada.bytes), lugar};
+        Asiento asiento{entrada.ruta, entrada.tipo, entrada.permisos, fichero.bytes, lugar};
+        if (entrada.tipo == 'h') {
+            fichero = ficheros[huella.de(entrada.enlace)];
+            asiento.bytes = fichero.bytes;
+            asiento.enlazado = fichero.lugar;
+        }
+        if (entrada.tipo == '-' || entrada.tipo == 'h')
+            ficheros[huella.de(entrada.ruta)] = fichero;
+        huella.anade(asiento);
+    }
+
+    struct Fichero {
+        std::uint64_t bytes;
+        std::uint64_t lugar;
+    };
+
+    const Archivo &archivo;
+    Huella huella;
+    std::unordered_map<std::uint64_t, Fichero> ficheros; // by their path, for the links to them
     std::string enCurso;
     std::uint64_t elementos = 0;
     std::uint64_t bytes = 0;
 };
+
+/// Tells what is lost; without an index, how far it went well. To be called
+/// while the failure is being handled, which it throws again.
+[[noreturn]] void cuentaElDano(const Archivo &archivo, const Comprobacion &comprobacion) {
+    Avisos avisos;
+    const auto rutas = entradasDanadas(archivo);
+    for (const auto &ruta : rutas)
+        avisos.avisa("dañado: " + citado(ruta));
+    // The first frame's damage looks like no archive at all to the reader.
+    if (!rutas.empty())
+        throw Fallo("el archivo está dañado");
+    avisos.avisa("sano hasta donde se ha podido leer: " + comprobacion.cuenta());
+    if (!comprobacion.dondeVa().empty())
+        avisos.avisa("dañado: " + citado(comprobacion.dondeVa()));
+    throw;
+}
 
 } // namespace
 
@@ -56,17 +146,16 @@ void comprueba(const PedidoComprobar &pedido) {
     atiendeCancelacion("comprobación cancelada");
     const Archivo archivo(pedido.archivo, pedido.ficheroContrasena);
     Comprobacion comprobacion(archivo);
-    try {
+    {
         const Marcha marcha("Comprobando", [&fichero = archivo.enElDisco()] {
             return Marcha::Punto{fichero.leidos(), fichero.largo()};
         });
-        comprobacion.recorre();
-    } catch (const Fallo &) {
-        Avisos avisos;
-        avisos.avisa("sano hasta donde se ha podido leer: " + comprobacion.cuenta());
-        if (!comprobacion.dondeVa().empty())
-            avisos.avisa("el daño está en " + citado(comprobacion.dondeVa()));
-        throw;
+        try {
+            comprobacion.recorre();
+        } catch (const Fallo &) {
+            cuentaElDano(archivo, comprobacion);
+        }
+        comprobacion.comparaConElIndice();
     }
     Salida salida;
     salida.linea("El archivo está sano: " + comprobacion.cuenta());

@@ -84,13 +84,23 @@ std::unique_ptr<Indice> Archivo::indice() const {
     }
 }
 
+std::unique_ptr<Indice> Archivo::indiceSano() const {
+    const auto estado = envase ? estadoDelRotulo(almacen(), *envase) : EstadoRotulo::noHay;
+    if (estado == EstadoRotulo::noHay)
+        return nullptr;
+    auto hallado = indice();
+    if (estado == EstadoRotulo::danado || !hallado)
+        throw Fallo("el índice está dañado");
+    return hallado;
+}
+
 std::unique_ptr<Fuente> Archivo::tar() const {
-    return std::make_unique<FuenteAdelantada>(abre(0));
+    return std::make_unique<FuenteAdelantada>(abre(0, almacen().largo()));
 }
 
 std::unique_ptr<Fuente> Archivo::tarDesde(const Indice &indice, std::uint64_t lugar) const {
     const auto &marco = indice.marcos()[indice.marcoDe(lugar)];
-    auto fuente = abre(marco.inicio);
+    auto fuente = abre(marco.inicio, almacen().largo());
     std::vector<unsigned char> sobra(64 * kibi);
     for (std::uint64_t falta = lugar - marco.desde; falta > 0;) {
         const auto leidos =
@@ -102,8 +112,14 @@ std::unique_ptr<Fuente> Archivo::tarDesde(const Indice &indice, std::uint64_t lu
     return fuente;
 }
 
-std::unique_ptr<Fuente> Archivo::abre(std::uint64_t desde) const {
-    auto bytes = std::make_unique<FuenteDeAlmacen>(almacen(), desde, almacen().largo());
+std::unique_ptr<Fuente> Archivo::marco(const Indice &indice, std::size_t marco) const {
+    const auto &marcos = indice.marcos();
+    const auto &siguiente = marco + 1 < marcos.size() ? marcos[marco + 1] : indice.fin();
+    return abre(marcos[marco].inicio, siguiente.inicio);
+}
+
+std::unique_ptr<Fuente> Archivo::abre(std::uint64_t desde, std::uint64_t hasta) const {
+    auto bytes = std::make_unique<FuenteDeAlmacen>(almacen(), desde, hasta);
     if (envase == Envase::zstd)
         return std::make_unique<FuenteZstd>(std::move(bytes));
     if (envase == Envase::xz)

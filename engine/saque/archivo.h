@@ -31,6 +31,10 @@ public:
     /// The archive must outlive it.
     [[nodiscard]] std::unique_ptr<Indice> indice() const;
 
+    /// The same for who is to find damage: null only if there never was one.
+    /// Throws Fallo if index or trailer are damaged.
+    [[nodiscard]] std::unique_ptr<Indice> indiceSano() const;
+
     /// The tar stream from its beginning, any number of times, read ahead by a
     /// thread. The archive must outlive it.
     [[nodiscard]] std::unique_ptr<Fuente> tar() const;
@@ -38,8 +42,11 @@ public:
     /// The tar stream from `lugar` on, which the frames of `indice` lead to.
     [[nodiscard]] std::unique_ptr<Fuente> tarDesde(const Indice &indice, std::uint64_t lugar) const;
 
+    /// What the frame number `marco` of `indice` alone holds.
+    [[nodiscard]] std::unique_ptr<Fuente> marco(const Indice &indice, std::size_t marco) const;
+
 private:
-    [[nodiscard]] std::unique_ptr<Fuente> abre(std::uint64_t desde) const;
+    [[nodiscard]] std::unique_ptr<Fuente> abre(std::uint64_t desde, std::uint64_t hasta) const;
 
     AlmacenFichero fichero;
     std::optional<AlmacenAge> descifrado; // of an encrypted archive

@@ -16,6 +16,11 @@ from motor import Caso, ESCASO, MOTOR, PROGRESO, desordenado
 RAIZ = pathlib.Path(__file__).resolve().parents[2]
 ORDENES = ("compress", "list", "extract", "check")
 COLUMNAS = 40
+MEBI = 1024 * 1024
+
+
+def cambiado(datos, i):
+    return datos[:i] + bytes([datos[i] ^ 4]) + datos[i:][1:]
 
 
 class Terminal(Caso):
@@ -24,9 +29,7 @@ class Terminal(Caso):
         self.carpeta = self.d / "carpeta"
         self.carpeta.mkdir()
         os.mkfifo(self.carpeta / "tubería")  # nothing to pack: worth a warning
-        with open(self.carpeta / "grande", "wb") as f:
-            for _ in range(400):
-                f.write(desordenado(1024) * 1024)
+        (self.carpeta / "grande").write_bytes(desordenado(200 * MEBI))
 
     def en_terminal(self, *argumentos):
         """Runs the engine on a narrow terminal; its status and what came out."""
@@ -74,22 +77,57 @@ class Terminal(Caso):
 
 
 class Comprobar(Caso):
-    def test_sano_danado_y_cortado(self):
-        for i in range(3):
-            (self.d / f"f{i}").write_bytes(desordenado(20 * 1024 * 1024))
-        self.comprime(*(self.d / f"f{i}" for i in range(3)))
+    def guarda(self, *opciones, cuantos, bytes_):
+        for i in range(cuantos):
+            (self.d / f"f{i}").write_bytes(desordenado(bytes_))
+        os.link(self.d / "f0", self.d / "otro")
+        self.corre("compress", *(self.d / f"f{i}" for i in range(cuantos)), self.d / "otro",
+                   "-o", self.okz, *opciones)
         sano = self.corre("check", self.okz)
-        self.assertEqual(sano.stdout.decode(),
-                         f"El archivo está sano: 3 elementos, {60 * 1024 * 1024} bytes\n")
         self.assertEqual(sano.lineas, [])
-        bueno = self.okz.read_bytes()
-        medio = len(bueno) // 2
-        self.okz.write_bytes(bueno[:medio] + bytes([bueno[medio] ^ 1]) + bueno[medio + 1:])
-        danado = self.corre("check", self.okz, falla=True)
-        self.assertEqual((danado.stdout, danado.lineas[-1]), (b"", "Error: el archivo está dañado"))
-        self.assertEqual([n for n in ("f0", "f1", "f2") if n in danado.stderr.decode()], ["f1"])
-        self.okz.write_bytes(bueno[:medio])
-        self.assertEqual(self.error("check", self.okz), "el archivo está incompleto")
+        self.assertEqual(sano.stdout.decode(), f"El archivo está sano: {cuantos + 1} elementos, "
+                                               f"{cuantos * bytes_} bytes\n")
+        return self.okz.read_bytes()
+
+    def danado(self, datos):
+        """The error, and what is said to be lost."""
+        self.okz.write_bytes(datos)
+        r = self.corre("check", self.okz, falla=True)
+        self.assertEqual(r.stdout, b"")
+        return r.lineas[-1], re.findall("^Aviso: dañado: «(.*)»$", r.stderr.decode(), re.M)
+
+    def test_dice_lo_que_se_ha_perdido(self):
+        bueno = self.guarda("--level", "1", cuantos=5, bytes_=12 * MEBI)
+        dos = cambiado(cambiado(bueno, 100), len(bueno) // 2)  # in two frames
+        error, perdidas = self.danado(dos)
+        self.assertEqual(error, "Error: el archivo está dañado")
+        self.assertGreaterEqual(len(perdidas), 2)
+        for nombre in ("f0", "f1", "f2", "f3", "f4", "otro"):
+            r = subprocess.run([MOTOR, "extract", self.okz, "-o", self.d / "s", "--file", nombre],
+                               capture_output=True, check=False)
+            self.assertEqual(r.returncode != 0, nombre in perdidas, nombre)
+        error, perdidas = self.danado(bueno[:len(bueno) // 2])
+        self.assertEqual((error, len(perdidas)), ("Error: el archivo está incompleto", 1))
+
+    def test_indice_y_rotulo(self):
+        for opciones in (("--level", "1"), ("--max",)):
+            (self.d / "f0").unlink(missing_ok=True)
+            (self.d / "otro").unlink(missing_ok=True)
+            bueno = self.guarda(*opciones, cuantos=1, bytes_=1000)
+            rotulo = bueno.rindex(b"OKZindex")
+            largo = len(bueno) - int.from_bytes(bueno[rotulo + 16:rotulo + 24], "little")
+            inocuos = 0
+            for desde_el_final in range(1, largo + 1):
+                self.okz.write_bytes(cambiado(bueno, -desde_el_final))
+                r = subprocess.run([MOTOR, "check", self.okz], capture_output=True, check=False)
+                inocuos += r.returncode == 0
+                self.assertNotIn("dañado: ", r.stderr.decode(), desde_el_final)
+            # Without its checksum the index is as good, and compared all the same.
+            self.assertLessEqual(inocuos, 1)
+
+    def test_sin_indice_no_es_dano(self):
+        subprocess.run("tar -c clave | zstd -q >a.okz", shell=True, cwd=self.d, check=True)
+        self.corre("check", self.okz)
 
     def test_cifrado(self):
         self.cifra(self.clave)

@@ -1,0 +1,104 @@
+// Feeds the reader with any bytes: lists, checks and takes everything out, and
+// ends the process if something came out where it should not.
+#include "comun/avisos.h"
+#include "comun/fallo.h"
+#include "ordenes/ordenes.h"
+#include "saque/extraccion.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <fts.h>
+#include <new>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr rlim_t ficheroMayor = 1U << 20U; // bytes: a bomb must not fill the disk
+constexpr const char *archivo = "../a.okz";
+constexpr const char *dentro = "dentro";
+
+/// Folders may have come out without any rights.
+void vacia(char *carpeta) {
+    char *const raices[]{carpeta, nullptr};
+    FTS *recorrido = fts_open(raices, FTS_PHYSICAL | FTS_NOCHDIR, nullptr);
+    while (FTSENT *hallado = fts_read(recorrido)) {
+        if (hallado->fts_level == 0)
+            continue;
+        if (hallado->fts_info == FTS_D)
+            chmod(hallado->fts_accpath, 0700);
+        else
+            remove(hallado->fts_accpath);
+    }
+    fts_close(recorrido);
+}
+
+void compruebaFuera() {
+    std::size_t hallados = 0;
+    for ([[maybe_unused]] const auto &hallado : std::filesystem::directory_iterator(".."))
+        ++hallados;
+    if (hallados != 2) // the archive and the folder
+        abort();
+}
+
+void saca(const char *pedida) {
+    const orcalin::Archivo abierto(archivo, "");
+    orcalin::Avisos avisos;
+    orcalin::Extraccion(abierto, pedida, avisos).saca();
+}
+
+template<typename Orden>
+void intenta(Orden orden) {
+    try {
+        orden();
+    } catch (const orcalin::Fallo &) {
+    } catch (const std::bad_alloc &) {
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int * /*argc*/, char *** /*argv*/) {
+    // What it is looking for is a way out of its folder.
+    if (geteuid() == 0) {
+        fputs("not as root\n", stderr);
+        exit(1);
+    }
+    static std::string carpeta = (std::filesystem::temp_directory_path() / "okz-XXXXXX").string();
+    if (mkdtemp(carpeta.data()) == nullptr || chdir(carpeta.c_str()) != 0 ||
+        mkdir(dentro, 0700) != 0 || chdir(dentro) != 0)
+        exit(1);
+    const rlimit tope{ficheroMayor, ficheroMayor};
+    setrlimit(RLIMIT_FSIZE, &tope);
+    signal(SIGXFSZ, SIG_IGN);
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char *datos, std::size_t largo) {
+    std::ofstream(archivo, std::ios::binary | std::ios::trunc)
+        .write(reinterpret_cast<const char *>(datos), static_cast<std::streamsize>(largo));
+    // One thing at a time, chosen by the length, which changes all the time:
+    // each opens the archive, with all that goes with it.
+    switch (largo % 4) {
+    case 0:
+        intenta([] { orcalin::lista({archivo, ""}); });
+        break;
+    case 1:
+        intenta([] { orcalin::comprueba({archivo, ""}); });
+        break;
+    case 2:
+        intenta([] { saca(""); });
+        break;
+    default:
+        intenta([] { saca("b/c"); });
+        intenta([] { saca("a"); });
+    }
+    compruebaFuera();
+    char aqui[] = ".";
+    vacia(aqui);
+    return 0;
+}
