@@ -87,8 +87,8 @@ void Empaquetador::intenta(const Pieza &pieza) {
     if (conContenido) {
         regiones = regionesDe(fd.numero(), estado);
         anotaHuecos(nueva.get(), regiones, estado.st_size);
+        marcos.entrada(pieza.trato, bytesDe(regiones));
     }
-    marcos.entrada(pieza.trato, bytesDe(regiones));
     const auto lugar = marcos.posicion();
     if (!tar.cabecera(nueva.get()))
         return falta(pieza, "no cabe en este formato");

@@ -15,6 +15,14 @@ struct Asiento {
     std::uint64_t enlazado = 0; ///< of a hard link: the place of the file it names
 };
 
+/// Where the entry behind this one in the stream would begin if neither had
+/// extended headers. Wraps around for sizes that cannot be.
+inline std::uint64_t lugarTras(const Asiento &asiento) {
+    constexpr std::uint64_t bloque = 512;
+    const std::uint64_t contenido = asiento.tipo == '-' ? asiento.bytes : 0;
+    return asiento.lugar + bloque + (contenido + bloque - 1) / bloque * bloque;
+}
+
 /// A path longer than this is no path of ours.
 inline constexpr std::uint64_t rutaMaxima = 1024UL * 1024;
 

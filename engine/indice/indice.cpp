@@ -5,6 +5,7 @@
 #include "flujo/fuente_de_almacen.h"
 #include "flujo/fuente_xz.h"
 #include "flujo/fuente_zstd.h"
+#include "indice/numeros.h"
 
 #include <algorithm>
 #include <string_view>
@@ -70,6 +71,7 @@ bool Indice::siguiente(Asiento &asiento) {
         return false;
     }
     --faltan;
+    const auto previsto = lugarTras(asiento);
     const auto igual = numero(asiento.ruta.size());
     const auto resto = numero(rutaMaxima - igual);
     const bool crece = igual == asiento.ruta.size();
@@ -90,7 +92,9 @@ bool Indice::siguiente(Asiento &asiento) {
         danado();
     asiento.permisos = static_cast<unsigned>(numero(permisosMaximos));
     asiento.bytes = numero(UINT64_MAX);
-    asiento.lugar = numero(tar - 1);
+    asiento.lugar = previsto + static_cast<std::uint64_t>(deZigzag(numero(UINT64_MAX)));
+    if (asiento.lugar >= tar)
+        danado();
     asiento.enlazado = asiento.tipo == 'h' ? numero(tar - 1) : 0;
     return true;
 }

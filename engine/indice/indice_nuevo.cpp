@@ -18,9 +18,8 @@ std::size_t comun(const std::string &una, const std::string &otra) {
         std::mismatch(una.begin(), una.end(), otra.begin(), otra.end()).first - una.begin());
 }
 
-void codificaUno(std::vector<unsigned char> &en, const Asiento &asiento,
-                 const std::string &previa) {
-    const std::size_t igual = comun(previa, asiento.ruta);
+void codificaUno(std::vector<unsigned char> &en, const Asiento &asiento, const Asiento &previo) {
+    const std::size_t igual = comun(previo.ruta, asiento.ruta);
     ponVariable(en, igual);
     ponVariable(en, asiento.ruta.size() - igual);
     en.insert(en.end(), asiento.ruta.begin() + static_cast<std::ptrdiff_t>(igual),
@@ -28,7 +27,7 @@ void codificaUno(std::vector<unsigned char> &en, const Asiento &asiento,
     en.push_back(static_cast<unsigned char>(asiento.tipo));
     ponVariable(en, asiento.permisos);
     ponVariable(en, asiento.bytes);
-    ponVariable(en, asiento.lugar);
+    ponVariable(en, enZigzag(static_cast<std::int64_t>(asiento.lugar - lugarTras(previo))));
     if (asiento.tipo == 'h')
         ponVariable(en, asiento.enlazado);
 }
@@ -87,11 +86,11 @@ std::vector<unsigned char> IndiceNuevo::codifica(const std::vector<Marco> &marco
         ponVariable(crudo, marco.empacado);
         ponVariable(crudo, marco.crudo);
     }
-    const std::string ninguna;
-    const std::string *previa = &ninguna;
+    const Asiento ninguno;
+    const Asiento *previo = &ninguno;
     for (const auto &asiento : asientos) {
-        codificaUno(crudo, asiento, *previa);
-        previa = &asiento.ruta;
+        codificaUno(crudo, asiento, *previo);
+        previo = &asiento;
     }
     return crudo;
 }

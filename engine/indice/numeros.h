@@ -31,6 +31,15 @@ inline void ponVariable(std::vector<unsigned char> &en, std::uint64_t numero) {
     en.push_back(static_cast<unsigned char>(numero));
 }
 
+/// A number that may be negative as one that is not: small stays small.
+inline std::uint64_t enZigzag(std::int64_t numero) {
+    return static_cast<std::uint64_t>(numero) << 1U ^ static_cast<std::uint64_t>(numero >> 63U);
+}
+
+inline std::int64_t deZigzag(std::uint64_t numero) {
+    return static_cast<std::int64_t>(numero >> 1U ^ (~(numero & 1U) + 1U));
+}
+
 /// The header of a frame that zstd decoders skip, with `largo` bytes to follow.
 inline std::vector<unsigned char> saltable(std::size_t largo) {
     std::vector<unsigned char> cabecera{0x50, 0x2a, 0x4d, 0x18};
