@@ -1,6 +1,7 @@
 // A stand-in for the engine that plays the script named by ACTOR_GUION, one
 // action a line: "accion dato", or "en K accion dato" for the K-th run alone
-// after "cuenta FICHERO". What a text may hold: \n \r \t \\ \xNN.
+// after "cuenta FICHERO". What a text may hold: \n \r \t \\ \xNN. The files that
+// a script names are seen from the script's folder.
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -205,9 +206,12 @@ void juegaLinea(const std::string &linea) {
 
 int main(int argc, char **argv) {
     argumentos.assign(argv + 1, argv + argc);
-    const char *guion = std::getenv("ACTOR_GUION");
+    const char *nombre = std::getenv("ACTOR_GUION");
+    const std::filesystem::path guion = nombre != nullptr ? nombre : "";
     std::stringstream acciones;
-    acciones << std::ifstream(guion != nullptr ? guion : "").rdbuf();
+    acciones << std::ifstream(guion).rdbuf();
+    std::error_code ignorado;
+    std::filesystem::current_path(guion.parent_path(), ignorado);
     for (std::string linea; std::getline(acciones, linea);)
         juegaLinea(linea);
     return 0;

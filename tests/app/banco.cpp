@@ -8,7 +8,9 @@
 #include <QFileInfo>
 #include <QTest>
 
+#include <cmath>
 #include <filesystem>
+#include <fstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -16,6 +18,19 @@ namespace {
 
 void creaSuCarpeta() {
     QVERIFY(QDir().mkpath(QFileInfo(QFile::decodeName(sitioDelMotor())).path()));
+}
+
+QString enPalabras(const Motor::Estado &estado) {
+    if (const auto *ahora = std::get_if<Motor::Trabajando>(&estado))
+        return QStringLiteral("%1 % ").arg(std::lround(ahora->pct * 100)) + ahora->detalle +
+               (ahora->restante ? " ~" : "");
+    if (const auto *hecho = std::get_if<Motor::Hecho>(&estado))
+        return QStringLiteral("hecho %1 %2 %3")
+            .arg(hecho->entrada)
+            .arg(hecho->salida)
+            .arg(hecho->ruta.toString(QUrl::FullyEncoded));
+    const auto *error = std::get_if<Motor::Error>(&estado);
+    return error != nullptr ? QStringLiteral("error ") + error->texto : QStringLiteral("reposo");
 }
 
 } // namespace
@@ -31,12 +46,21 @@ int cuantos(const char *carpeta) {
                                 .size());
 }
 
+QUrl url(const char *ruta) {
+    return ruta::url(QByteArray(ruta));
+}
+
 Banco::Banco()
     : m_tmpdir(qgetenv("TMPDIR"))
     , m_home(qgetenv("HOME")) {
     qputenv("TMPDIR", QFile::encodeName(m_carpeta.path()));
     qputenv("HOME", QFile::encodeName(m_carpeta.path()));
     quitaMotor();
+}
+
+Banco::Banco(const Guion &guion)
+    : Banco() {
+    ponMotor(guion);
 }
 
 Banco::~Banco() {
@@ -56,20 +80,24 @@ QUrl Banco::url(const QByteArray &nombre) const {
     return ruta::url(ruta(nombre));
 }
 
+bool Banco::hay(const QByteArray &nombre) const {
+    return ::access(ruta(nombre).constData(), F_OK) == 0;
+}
+
 QUrl Banco::fichero(const QByteArray &nombre, const QByteArray &contenido) const {
-    FILE *salida = ::fopen(ruta(nombre).constData(), "wb");
-    ::fwrite(contenido.constData(), 1, static_cast<size_t>(contenido.size()), salida);
-    ::fclose(salida);
+    const std::filesystem::path completa = ruta(nombre).toStdString();
+    std::filesystem::create_directories(completa.parent_path());
+    std::ofstream(completa, std::ios::binary) << contenido.toStdString();
     return url(nombre);
 }
 
-QByteArray Banco::lee(const QByteArray &ruta) {
-    QFile fichero(QFile::decodeName(ruta));
+QByteArray Banco::lee(const QByteArray &nombre) const {
+    QFile fichero(QFile::decodeName(ruta(nombre)));
     return fichero.open(QIODevice::ReadOnly) ? fichero.readAll() : QByteArray();
 }
 
-QList<QByteArray> Banco::argumentos(const QByteArray &fichero) {
-    QList<QByteArray> todos = lee(fichero).split('\0');
+QList<QByteArray> Banco::argumentos() const {
+    QList<QByteArray> todos = lee("args").split('\0');
     todos.removeLast();
     return todos;
 }
@@ -78,7 +106,7 @@ void Banco::enlace(const QByteArray &a, const QByteArray &nombre) const {
     QVERIFY(::symlink(a.constData(), ruta(nombre).constData()) == 0);
 }
 
-void Banco::ponMotor(const QList<QByteArray> &guion) const {
+void Banco::ponMotor(const Guion &guion) const {
     quitaMotor();
     creaSuCarpeta();
     QVERIFY(::symlink(ACTOR, sitioDelMotor().constData()) == 0);
@@ -110,6 +138,12 @@ Testigo::Testigo(Motor &motor) {
     connect(&motor, &Motor::estadoCambia, this, [this, &motor] { vistos.append(motor.estado()); });
 }
 
+QStringList Testigo::dichos() const {
+    QStringList todos;
+    std::transform(vistos.begin(), vistos.end(), std::back_inserter(todos), enPalabras);
+    return todos;
+}
+
 bool Testigo::esperaFinal(int finales) {
     const auto acabados = [this] {
         return std::count_if(vistos.begin(), vistos.end(), [](const Motor::Estado &estado) {
@@ -118,9 +152,4 @@ bool Testigo::esperaFinal(int finales) {
         });
     };
     return QTest::qWaitFor([&] { return acabados() >= finales; }, 20000);
-}
-
-QString Testigo::ultimoError() const {
-    const auto *error = vistos.isEmpty() ? nullptr : std::get_if<Motor::Error>(&vistos.last());
-    return error != nullptr ? error->texto : QString();
 }

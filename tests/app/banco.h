@@ -6,33 +6,37 @@
 #include <QList>
 #include <QTemporaryDir>
 
+using Guion = QList<QByteArray>;
+
 /// What a driver test works in: a temporary folder that is TMPDIR and HOME at
-/// once, and a scripted child in the place of the bundle's engine.
+/// once, and a scripted child in the place of the bundle's engine. Files are
+/// named as seen from that folder, by this and by the scripts.
 class Banco {
 public:
-    Banco();
+    Banco(); ///< without an engine
+    explicit Banco(const Guion &guion);
     ~Banco();
     Banco(const Banco &) = delete;
     Banco &operator=(const Banco &) = delete;
 
-    /// A path inside the test's folder.
     [[nodiscard]] QByteArray ruta(const QByteArray &nombre) const;
     [[nodiscard]] QUrl url(const QByteArray &nombre) const;
+    [[nodiscard]] bool hay(const QByteArray &nombre) const;
 
-    /// Writes a file there and returns its URL.
+    /// Writes a file, with the folders that lead to it, and returns its URL.
     QUrl fichero(const QByteArray &nombre, const QByteArray &contenido) const;
-    static QByteArray lee(const QByteArray &ruta);
-    /// What the scripted child's "argumentos" wrote there, of all its runs.
-    static QList<QByteArray> argumentos(const QByteArray &fichero);
-    /// Makes a symbolic link there.
+    [[nodiscard]] QByteArray lee(const QByteArray &nombre) const;
     void enlace(const QByteArray &a, const QByteArray &nombre) const;
 
     /// Puts the scripted child into the bundle's place, with this script.
-    void ponMotor(const QList<QByteArray> &guion) const;
-    /// Puts an arbitrary file there.
-    static void ponFicheroComoMotor(const QByteArray &contenido, unsigned modo);
+    void ponMotor(const Guion &guion) const;
+    /// Puts an arbitrary file there: without a text what cannot be started.
+    static void ponFicheroComoMotor(const QByteArray &contenido = "esto no es un programa",
+                                    unsigned modo = 0755);
     static void quitaMotor();
 
+    /// What the scripted child's "argumentos args" wrote, of all its runs.
+    [[nodiscard]] QList<QByteArray> argumentos() const;
     /// The password files that lie in the temporary folder.
     [[nodiscard]] QStringList claves() const;
 
@@ -49,11 +53,19 @@ public:
 
     QList<Motor::Estado> vistos;
 
+    /// The same for reading: "33 % recuperando 2 de 3…" (with " ~" behind it
+    /// when there is an estimate), "hecho 1000 333 URL", "error TEXTO", "reposo".
+    [[nodiscard]] QStringList dichos() const;
+
     /// Runs the event loop until a job has ended; false after 20 s.
     bool esperaFinal(int finales = 1);
+};
 
-    /// The text of the error that was published last, or nothing.
-    [[nodiscard]] QString ultimoError() const;
+/// A bench with a driver on it.
+struct Taller : Banco {
+    using Banco::Banco;
+    Motor motor;
+    Testigo testigo{motor};
 };
 
 /// The path of the bundle's engine, as seen from the test's executable.
@@ -61,3 +73,6 @@ QByteArray sitioDelMotor();
 
 /// How many entries a folder has; for /proc/self/fd and /proc/self/task.
 int cuantos(const char *carpeta);
+
+/// The file URL of a path.
+QUrl url(const char *ruta);

@@ -3,21 +3,26 @@
 
 #include <QFileInfo>
 #include <QTest>
-#include <QThread>
-
-#include <csignal>
-#include <sys/stat.h>
-
-using Trabajando = Motor::Trabajando;
-using Hecho = Motor::Hecho;
 
 namespace {
 
-const auto kPreparando = Motor::Estado(Trabajando{0, QStringLiteral("preparando…"), std::nullopt});
+const auto kPreparando = QStringLiteral("0 % preparando…");
+const auto kNoSePudo = QStringLiteral("error No se pudo guardar.");
 
-Motor::Estado trabajando(double pct, const QString &detalle) {
-    return Trabajando{pct, detalle, std::nullopt};
-}
+struct Compresion : Taller {
+    using Taller::Taller;
+
+    void comprime(const std::optional<QString> &clave = {}) {
+        motor.comprimir({fichero("a", "")}, url("c.okz"), false, clave);
+    }
+    // What it publishes from the beginning to the end.
+    QStringList entera(const std::optional<QString> &clave = {}) {
+        testigo.vistos.clear();
+        comprime(clave);
+        (void)testigo.esperaFinal();
+        return testigo.dichos();
+    }
+};
 
 } // namespace
 
@@ -26,204 +31,115 @@ class TstComprimir : public QObject {
 
 private slots:
     void unTrabajoEntero() {
-        const Banco banco;
-        banco.ponMotor({"argumentos " + banco.ruta("args"), "clave " + banco.ruta("clave"),
-                        "error deriving key\\n", "espera 120",
-                        "error 1/2 ficheros (50.0%), 1 MiB\\r2/2 ficheros (100.0%), 2 MiB\\n",
-                        "espera 120", "salida ruido", "escribe-destino 333"});
-        Motor motor;
-        Testigo testigo(motor);
-        const QUrl a = banco.fichero("a", QByteArray(600, 'a'));
-        const QUrl b = banco.fichero("-b\nñ\xff", QByteArray(400, 'b'));
-        const QUrl destino = banco.url("c.okz");
-        motor.comprimir({b, a}, destino, true, QStringLiteral("sésamo"));
-        QVERIFY(motor.estado() == kPreparando); // published before the call returns
-        QVERIFY(testigo.esperaFinal());
+        Taller taller({"argumentos args", "clave clave", "error deriving key\\n", "espera 120",
+                       "error 1/2 ficheros (50.0%), 1 MiB\\r2/2 ficheros (100.0%), 2 MiB\\n",
+                       "espera 120", "salida ruido", "escribe-destino 333"});
+        const QUrl a = taller.fichero("a", QByteArray(600, 'a'));
+        const QUrl b = taller.fichero("-b\nñ\xff", QByteArray(400, 'b'));
+        const QUrl destino = taller.url("c.okz");
+        taller.motor.comprimir({b, a}, destino, true, QStringLiteral("sésamo"));
+        QCOMPARE(taller.testigo.dichos(), QStringList{kPreparando}); // before the call returns
+        QVERIFY(taller.testigo.esperaFinal());
+        const QStringList dichos{kPreparando, "0 % preparando el cifrado…", "50 % 1 de 2 archivos",
+                                 "100 % 2 de 2 archivos",
+                                 "hecho 1000 333 " + destino.toString(QUrl::FullyEncoded)};
+        QCOMPARE(taller.testigo.dichos(), dichos);
+        const double segundos = std::get<Motor::Hecho>(taller.motor.estado()).segundos;
+        QVERIFY(segundos >= 0.24 && segundos < 20);
 
-        const QByteArray clave = Banco::argumentos(banco.ruta("args")).value(9);
-        QVERIFY(clave.startsWith(banco.ruta("okz-")));
-        const QList<QByteArray> esperados{"compress",          banco.ruta("-b\nñ\xff"),
-                                          banco.ruta("a"),     "-o",
-                                          banco.ruta("c.okz"), "--max",
-                                          "--progress",        "--encrypt",
-                                          "--password-file",   clave};
-        QCOMPARE(Banco::argumentos(banco.ruta("args")), esperados);
-        QCOMPARE(Banco::lee(banco.ruta("clave")), "600 s\xc3\xa9samo");
-        QVERIFY(banco.claves().isEmpty());
-
-        QCOMPARE(testigo.vistos.size(), 5);
-        QVERIFY(testigo.vistos[0] == kPreparando);
-        QVERIFY(testigo.vistos[1] == trabajando(0, QStringLiteral("preparando el cifrado…")));
-        QVERIFY(testigo.vistos[2] == trabajando(0.5, QStringLiteral("1 de 2 archivos")));
-        QVERIFY(testigo.vistos[3] == trabajando(1, QStringLiteral("2 de 2 archivos")));
-        const auto hecho = std::get<Hecho>(testigo.vistos[4]);
-        QCOMPARE(hecho.entrada, 1000);
-        QCOMPARE(hecho.salida, 333);
-        QCOMPARE(hecho.ruta, destino);
-        QVERIFY(hecho.segundos >= 0.24 && hecho.segundos < 20);
+        const QByteArray clave = taller.argumentos().value(9);
+        QVERIFY(clave.startsWith(taller.ruta("okz-")));
+        const QList<QByteArray> esperados{"compress",           taller.ruta("-b\nñ\xff"),
+                                          taller.ruta("a"),     "-o",
+                                          taller.ruta("c.okz"), "--max",
+                                          "--progress",         "--encrypt",
+                                          "--password-file",    clave};
+        QCOMPARE(taller.argumentos(), esperados);
+        QCOMPARE(taller.lee("clave"), "600 sésamo");
+        QVERIFY(taller.claves().isEmpty());
     }
 
-    void sinClaveNiMaximo_data() {
-        QTest::addColumn<std::optional<QString>>("contrasena");
-        QTest::newRow("ausente") << std::optional<QString>();
-        QTest::newRow("vacía") << std::optional<QString>(QString());
-    }
     void sinClaveNiMaximo() {
-        QFETCH(std::optional<QString>, contrasena);
-        const Banco banco;
-        banco.ponMotor({"argumentos " + banco.ruta("args")});
-        Motor motor;
-        Testigo testigo(motor);
-        motor.comprimir({banco.fichero("a", "")}, banco.url("c.okz"), false, contrasena);
-        QVERIFY(testigo.esperaFinal());
-        const QList<QByteArray> esperados{
-            "compress", banco.ruta("a"), "-o", banco.ruta("c.okz"), "--level", "19", "--progress"};
-        QCOMPARE(Banco::argumentos(banco.ruta("args")), esperados);
+        Compresion trabajo({"argumentos args"});
+        const QList<QByteArray> una{
+            "compress", trabajo.ruta("a"), "-o", trabajo.ruta("c.okz"), "--level",
+            "19",       "--progress"};
         // A good end without an archive to read is a good end of size 0.
-        QCOMPARE(std::get<Hecho>(testigo.vistos.last()).salida, 0);
+        QVERIFY(trabajo.entera().last().startsWith("hecho 0 0 "));
+        QVERIFY(trabajo.entera(QString()).last().startsWith("hecho 0 0 "));
+        QCOMPARE(trabajo.argumentos(), una + una);
     }
 
-    void laEstimacionCuentaDesdeElPrincipio() {
-        const Banco banco;
-        banco.ponMotor({"espera 2100", "error 1/2 ficheros (50.0%), 1 MiB\\n", "espera 200"});
-        Motor motor;
-        Testigo testigo(motor);
-        motor.comprimir({banco.fichero("a", "")}, banco.url("c.okz"), false, {});
-        QVERIFY(testigo.esperaFinal());
-        const auto restante = std::get<Trabajando>(testigo.vistos[1]).restante;
-        QVERIFY(restante && *restante >= 2.1 && *restante < 5);
-    }
-
-    void elTextoDelFallo_data() {
-        QTest::addColumn<QByteArray>("dicho");
-        QTest::addColumn<QString>("texto");
-        const auto fila = [](const char *nombre, const char *dicho, const char *texto) {
-            QTest::newRow(nombre) << QByteArray(dicho) << QString::fromUtf8(texto);
-        };
-        fila("con prefijo", "aviso\\nError: a\\nError: wrong password\\nfin\\n", "wrong password");
-        fila("en minúscula", "Error: antes\\nfatal error: disk full\\n", "fatal error: disk full");
-        fila("dos prefijos", "Error: x: Error: y", "x: y");
-        fila("ninguna", "algo fue mal\\n", "No se pudo guardar.");
-        fila("nada", "", "No se pudo guardar.");
-        fila("no es UTF-8", "Error: \\xff\\n", "No se pudo guardar.");
-    }
     void elTextoDelFallo() {
-        QFETCH(QByteArray, dicho);
-        QFETCH(QString, texto);
-        const Banco banco;
-        banco.ponMotor({"error " + dicho, "sale 1"});
-        Motor motor;
-        Testigo testigo(motor);
-        motor.comprimir({banco.fichero("a", "")}, banco.url("c.okz"), false, QStringLiteral("x"));
-        QVERIFY(testigo.esperaFinal());
-        QCOMPARE(testigo.ultimoError(), texto);
-        QVERIFY(banco.claves().isEmpty());
-    }
-
-    void lasPalabrasYaLeidasNoSonElFallo() {
-        const Banco banco;
-        banco.ponMotor({"error Error: lejano\\n", "espera 200", "sale 1"});
-        Motor motor;
-        Testigo testigo(motor);
-        motor.comprimir({banco.fichero("a", "")}, banco.url("c.okz"), false, {});
-        QVERIFY(testigo.esperaFinal());
-        QCOMPARE(testigo.ultimoError(), QStringLiteral("No se pudo guardar."));
-        QCOMPARE(testigo.vistos.size(), 2);
-    }
-
-    void sinMotorNoSeIntentaNada() {
-        const Banco banco;
-        Motor motor;
-        Testigo testigo(motor);
-        motor.comprimir({}, banco.url("c.okz"), false, QStringLiteral("x"));
-        QCOMPARE(testigo.vistos.size(), 1);
-        QCOMPARE(
-            testigo.ultimoError(),
-            QStringLiteral("No encuentro el motor «orcalin». Debería estar dentro de la app."));
-        QVERIFY(banco.claves().isEmpty());
-    }
-
-    void sinOrigenesNoPasaNada() {
-        const Banco banco;
-        banco.ponMotor({"argumentos " + banco.ruta("args")});
-        Motor motor;
-        Testigo testigo(motor);
-        motor.comprimir({}, banco.url("c.okz"), false, QStringLiteral("x"));
-        QTest::qWait(100);
-        QVERIFY(testigo.vistos.isEmpty());
-        QVERIFY(!QFileInfo::exists(banco.url("args").toLocalFile()));
+        const std::pair<const char *, QString> casos[]{
+            {"aviso\\nError: a\\nError: wrong password\\nfin\\n", "error wrong password"},
+            {"Error: antes\\nfatal error: disk full\\n", "error fatal error: disk full"},
+            {"Error: x: Error: y", "error x: y"},
+            {"algo fue mal\\n", kNoSePudo},
+            {"Error: \\xff\\n", kNoSePudo},
+            {"Error: lejano\\n\nespera 200", kNoSePudo}, // long before the end
+        };
+        for (const auto &[dicho, texto] : casos) {
+            Compresion trabajo({QByteArray("error ") + dicho, "sale 1"});
+            QCOMPARE(trabajo.entera("x"), (QStringList{kPreparando, texto}));
+            QVERIFY(trabajo.claves().isEmpty());
+        }
     }
 
     // The password file of a job that never started stays: nobody can tell
     // whether it was read.
-    void unMotorQueNoArranca() {
-        const Banco banco;
-        Banco::ponFicheroComoMotor("esto no es un programa", 0755);
-        Motor motor;
-        Testigo testigo(motor);
-        motor.comprimir({banco.fichero("a", "")}, banco.url("c.okz"), false, QStringLiteral("x"));
-        QCOMPARE(testigo.vistos.size(), 2);
-        QVERIFY(testigo.vistos[0] == kPreparando);
-        QCOMPARE(testigo.ultimoError(),
-                 QStringLiteral("No pude arrancar el motor: no es un programa "
-                                "para este ordenador."));
-        QCOMPARE(banco.claves().size(), 1);
+    void sinOrigenesOSinMotor() {
+        Compresion trabajo(Guion{"sale 0"});
+        trabajo.motor.comprimir({}, trabajo.url("c.okz"), false, "x");
+        QVERIFY(trabajo.testigo.vistos.isEmpty());
 
-        banco.ponMotor({"sale 0"}); // and the next job works
-        motor.comprimir({banco.url("a")}, banco.url("c.okz"), false, {});
-        QVERIFY(testigo.esperaFinal(2));
-        QVERIFY(std::holds_alternative<Hecho>(motor.estado()));
+        Banco::quitaMotor();
+        trabajo.motor.comprimir({}, trabajo.url("c.okz"), false, "x");
+        QCOMPARE(trabajo.testigo.dichos(), QStringList{"error No encuentro el motor «orcalin». "
+                                                       "Debería estar dentro de la app."});
+        QVERIFY(trabajo.claves().isEmpty());
+
+        Banco::ponFicheroComoMotor();
+        QCOMPARE(trabajo.entera("x"),
+                 (QStringList{kPreparando, "error No pude arrancar el motor: no es un programa "
+                                           "para este ordenador."}));
+        QCOMPARE(trabajo.claves().size(), 1);
+        QVERIFY(!EnMarcha::compresiones().hay()); // nothing that leaving would have to ask about
+        trabajo.ponMotor({"sale 0"});             // and the next job works
+        QVERIFY(trabajo.entera().last().startsWith("hecho"));
     }
 
     void cancelarPublicaReposoYLuegoElFinal() {
-        const Banco banco;
-        banco.ponMotor({"error 1/2 ficheros (50.0%), 1 MiB\\n", "espera 60000"});
-        Motor motor;
-        Testigo testigo(motor);
-        motor.comprimir({banco.fichero("a", "")}, banco.url("c.okz"), false, QStringLiteral("x"));
-        QTRY_COMPARE(testigo.vistos.size(), 2);
-        motor.cancelar();
-        QVERIFY(motor.estado() == Motor::Estado(Motor::Reposo{}));
-        QVERIFY(testigo.esperaFinal());
-        QCOMPARE(testigo.ultimoError(), QStringLiteral("No se pudo guardar."));
-        QVERIFY(banco.claves().isEmpty());
+        Compresion trabajo({"error 1/2 ficheros (50.0%), 1 MiB\\n", "espera 60000"});
+        trabajo.comprime("x");
+        QTRY_COMPARE(trabajo.testigo.vistos.size(), 2);
+        trabajo.motor.cancelar();
+        QCOMPARE(trabajo.testigo.dichos().last(), QStringLiteral("reposo"));
+        QVERIFY(trabajo.testigo.esperaFinal());
+        QCOMPARE(trabajo.testigo.dichos().last(), kNoSePudo);
+        QVERIFY(trabajo.claves().isEmpty());
     }
 
     void unMotorSordoNoEstorbaAlSiguiente() {
-        const Banco banco;
-        banco.ponMotor({"ignora", "error deriving key\\n", "espera 700", "sale 4"});
-        Motor motor;
-        Testigo testigo(motor);
-        motor.comprimir({banco.fichero("a", "")}, banco.url("c.okz"), false, {});
-        QTRY_COMPARE(testigo.vistos.size(), 2);
-        motor.cancelar();
-        banco.ponMotor({"escribe-destino 5"});
-        motor.comprimir({banco.url("a")}, banco.url("d.okz"), false, {});
-        QVERIFY(testigo.esperaFinal(2));
-        QCOMPARE(std::count_if(testigo.vistos.begin(), testigo.vistos.end(),
-                               [](const auto &e) { return std::holds_alternative<Hecho>(e); }),
-                 1);
+        Compresion trabajo({"ignora", "error deriving key\\n", "espera 700", "sale 4"});
+        trabajo.comprime();
+        QTRY_COMPARE(trabajo.testigo.vistos.size(), 2);
+        trabajo.motor.cancelar();
+        trabajo.ponMotor({"sale 0"});
+        trabajo.comprime();
+        QVERIFY(trabajo.testigo.esperaFinal(2));
+        QCOMPARE(trabajo.testigo.dichos().filter("hecho").size(), 1);
     }
 
+    // The child runs on to its end, and its password file goes.
     void loQueLlegaParaUnMotorQueYaNoEstaSePierde() {
-        const Banco banco;
-        banco.ponMotor({"error 1/2 ficheros (50.0%), 1 MiB\\n", "espera 300", "escribe-destino 7"});
+        const Banco banco(
+            {"error 1/2 ficheros (50.0%), 1 MiB\\n", "espera 300", "escribe-destino 7"});
         auto motor = std::make_unique<Motor>();
-        motor->comprimir({banco.fichero("a", "")}, banco.url("c.okz"), false, QStringLiteral("x"));
+        motor->comprimir({banco.fichero("a", "")}, banco.url("c.okz"), false, "x");
         motor.reset();
-        // The child runs on to its end, and its password file goes.
-        QTRY_COMPARE(QFileInfo(banco.url("c.okz").toLocalFile()).size(), 7);
+        QTRY_COMPARE(banco.lee("c.okz").size(), 7);
         QTRY_VERIFY(banco.claves().isEmpty());
-    }
-
-    void unaInundacionDeErroresNoParaLaVentana() {
-        const Banco banco;
-        banco.ponMotor({"inunda 4000000", "error \\nError: harto\\n", "sale 1"});
-        Motor motor;
-        Testigo testigo(motor);
-        motor.comprimir({banco.fichero("a", "")}, banco.url("c.okz"), false, {});
-        QVERIFY(testigo.esperaFinal());
-        QCOMPARE(testigo.ultimoError(), QStringLiteral("harto"));
     }
 };
 

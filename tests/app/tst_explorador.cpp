@@ -5,7 +5,6 @@
 #include "pantallas/explorador.h"
 
 #include <QAbstractItemModelTester>
-#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -40,13 +39,27 @@ QStringList hallado(std::initializer_list<const char *> rutas, const char *texto
     return visibles(filas);
 }
 
-// A listing for the scripted engine, as one script line.
-QByteArray lineas(std::initializer_list<const char *> todas) {
-    QByteArray salida = "salida ";
-    for (const char *linea : todas)
-        salida += QByteArray(linea) + "\\n";
-    return salida;
-}
+// A browser of an archive that the scripted engine lists.
+struct Escena : Banco {
+    explicit Escena(const QByteArray &listado)
+        : Banco(Guion{"salida " + listado}) {}
+
+    EscritorioFalso escritorio;
+    Explorador explorador{url("x.okz"), escritorio};
+    Filas &filas = *explorador.filas();
+
+    bool carga() {
+        explorador.cargar();
+        return QTest::qWaitFor([this] { return explorador.panel() == Panel::Contenido; }, 20000);
+    }
+    // A mark for each row that is being taken out.
+    [[nodiscard]] QString girando() const {
+        QString marcas;
+        for (int fila = 0; fila < filas.rowCount(); ++fila)
+            marcas += filas.data(filas.index(fila), Filas::Abriendose).toBool() ? u'x' : u'-';
+        return marcas;
+    }
+};
 
 } // namespace
 
@@ -78,16 +91,16 @@ private slots:
     void seguirEscribiendoDaLoMismoQueEmpezar() {
         EscritorioFalso escritorio;
         Filas filas(escritorio);
-        filas.ponContenido(
-            contenido({"cancio", "cancio\u0301n", "x\u0302", "x", "Canci\u00d3", "ba"}));
+        const auto todo =
+            contenido({"cancio", "cancio\u0301n", "x\u0302", "x", "Canci\u00d3", "ba"});
+        filas.ponContenido(todo);
         const QAbstractItemModelTester vigilante(&filas);
         QString texto;
         for (const QChar c : QStringLiteral("cancio\u0301n")) {
             texto += c;
             filas.busca(texto);
             Filas deNuevas(escritorio);
-            deNuevas.ponContenido(
-                contenido({"cancio", "cancio\u0301n", "x\u0302", "x", "Canci\u00d3", "ba"}));
+            deNuevas.ponContenido(todo);
             deNuevas.busca(texto);
             QCOMPARE(visibles(filas), visibles(deNuevas));
         }
@@ -102,19 +115,16 @@ private slots:
         filas.ponContenido(contenido({"a", "b1", "c", "b2", "d"}));
         filas.elige(1);
         filas.estira(3);
-        const QStringList tramo{"b1", "c", "b2"};
-        QCOMPARE(filas.rutasElegidas(), tramo);
+        QCOMPARE(filas.rutasElegidas(), (QStringList{"b1", "c", "b2"}));
         filas.alterna(2);
         filas.alterna(4);
-        const QStringList salteadas{"b1", "b2", "d"};
-        QCOMPARE(filas.rutasElegidas(), salteadas);
+        QCOMPARE(filas.rutasElegidas(), (QStringList{"b1", "b2", "d"}));
 
         filas.busca(QStringLiteral("c")); // hidden, and still selected
         QCOMPARE(filas.elegidas(), 3);
         filas.busca(QStringLiteral("b"));
         filas.eligeTodo();
-        const QStringList bes{"b1", "b2"};
-        QCOMPARE(filas.rutasElegidas(), bes);
+        QCOMPARE(filas.rutasElegidas(), (QStringList{"b1", "b2"}));
         filas.elige(1);
         QCOMPARE(filas.rutasElegidas(), QStringList{"b2"});
         filas.ponContenido(contenido({"a", "b2"})); // other entries, whatever their names
@@ -127,166 +137,90 @@ private slots:
         filas.ponContenido(
             preparaContenido({entrada('d', "fotos/"), entrada('-', "fotos/a/b.jpg", 1234),
                               entrada('l', "e"), entrada('h', "h", 9), entrada('x', "x", 9)}));
-        const auto dato = [&](int fila, int papel) {
-            return filas.data(filas.index(fila), papel).toString();
+        const auto dice = [&](int fila) {
+            QStringList todo;
+            for (const int papel :
+                 {Filas::Nombre, Filas::Carpeta, Filas::Icono, Filas::Tamano, Filas::Descripcion})
+                todo.append(filas.data(filas.index(fila), papel).toString());
+            return todo.join(u'|');
         };
-        QCOMPARE(dato(0, Filas::Nombre), QStringLiteral("fotos"));
-        QCOMPARE(dato(0, Filas::Icono), QStringLiteral("folder"));
-        QCOMPARE(dato(0, Filas::Tamano), QString());
-        QCOMPARE(dato(1, Filas::Carpeta), QStringLiteral("fotos/a"));
-        QCOMPARE(dato(1, Filas::Tamano), QStringLiteral("1234 b"));
-        QCOMPARE(dato(1, Filas::Descripcion), QStringLiteral("b.jpg, en fotos/a, archivo, 1234 b"));
-        QCOMPARE(dato(2, Filas::Icono), QStringLiteral("link"));
-        QCOMPARE(dato(3, Filas::Icono), QStringLiteral("link"));
-        QCOMPARE(dato(4, Filas::Icono), QStringLiteral("doc"));
-        QCOMPARE(dato(4, Filas::Tamano), QString());
+        QCOMPARE(dice(0), QStringLiteral("fotos||folder||fotos, carpeta"));
+        QCOMPARE(dice(1), QStringLiteral("b.jpg|fotos/a|doc|1234 b|"
+                                         "b.jpg, en fotos/a, archivo, 1234 b"));
+        QCOMPARE(dice(2), QStringLiteral("e||link||e, enlace"));
+        QCOMPARE(dice(3), QStringLiteral("h||link||h, enlace"));
+        QCOMPARE(dice(4), QStringLiteral("x||doc||x, archivo"));
     }
 
     void cargaYCuenta() {
-        const Banco banco;
-        banco.ponMotor({lineas({"d0755 0 docs", "-0644 5 docs/a.txt", "-0644 7 b"})});
-        EscritorioFalso escritorio;
-        Explorador explorador(banco.url("x.okz"), escritorio);
+        Escena escena("d0755 0 docs\\n-0644 5 docs/a.txt\\n-0644 7 b");
+        Explorador &explorador = escena.explorador;
         QSignalSpy foco(&explorador, &Explorador::focoBusqueda);
         QCOMPARE(explorador.panel(), Panel::Ocupado);
-        QCOMPARE(explorador.texto(), QStringLiteral("leyendo el archivo…"));
-        explorador.cargar();
-        QTRY_COMPARE(explorador.panel(), Panel::Contenido);
+        QVERIFY(escena.carga());
         QCOMPARE(foco.size(), 1);
         QCOMPARE(explorador.cuenta(), QStringLiteral("3 elementos"));
         QCOMPARE(explorador.rotuloRecuperar(), QStringLiteral("Recuperar 0"));
-        explorador.filas()->elige(1);
+        escena.filas.elige(1);
         QCOMPARE(explorador.rotuloRecuperar(), QStringLiteral("Recuperar este"));
-        explorador.ponBusca(QStringLiteral("docs"));
-        QCOMPARE(explorador.cuenta(), QStringLiteral("2 de 3"));
-        explorador.ponBusca(QStringLiteral("nada"));
+        explorador.ponBusca("nada");
         QCOMPARE(explorador.cuenta(), QStringLiteral("0 de 3"));
         QVERIFY(explorador.hayElegidas());
-
-        explorador.ponBusca(QString());
+        explorador.ponBusca({});
         explorador.abrir(0); // a folder: its path, and a slash whatever it ends in
         QCOMPARE(explorador.busca(), QStringLiteral("docs/"));
         QCOMPARE(explorador.cuenta(), QStringLiteral("1 de 3"));
     }
 
-    void unArchivoVacio() {
-        const Banco banco;
-        banco.ponMotor({});
-        EscritorioFalso escritorio;
-        Explorador explorador(banco.url("x.okz"), escritorio);
-        explorador.cargar();
-        QTRY_COMPARE(explorador.panel(), Panel::Contenido);
-        QCOMPARE(explorador.cuenta(), QStringLiteral("0 elementos"));
-        QVERIFY(!explorador.hayElegidas());
-    }
-
-    void laContrasena() {
-        const Banco banco;
-        banco.ponMotor({"error Error: contrase\xc3\xb1"
-                        "a incorrecta\\n",
-                        "argumentos " + banco.ruta("args"), "sale 1"});
-        EscritorioFalso escritorio;
-        Explorador explorador(banco.url("x.okz"), escritorio);
+    void sinContrasenaSePideYConOtraSeLee() {
+        Escena escena("-0644 1 a\nargumentos args\nexige sésamo");
+        Explorador &explorador = escena.explorador;
         explorador.cargar();
         QTRY_COMPARE(explorador.panel(), Panel::PedirClave);
         explorador.enviaClave(); // with nothing: lists without one, and asks again
         QCOMPARE(explorador.panel(), Panel::Ocupado);
         QTRY_COMPARE(explorador.panel(), Panel::PedirClave);
-        QVERIFY(!Banco::lee(banco.ruta("args")).contains("--password-file"));
-        explorador.ponContrasena(QStringLiteral("mala"));
-        explorador.enviaClave();
-        QTRY_COMPARE(explorador.panel(), Panel::PedirClave);
-        QCOMPARE(explorador.contrasena(), QStringLiteral("mala"));
-        QVERIFY(Banco::lee(banco.ruta("args")).contains("--password-file"));
-        banco.ponMotor({lineas({"-0644 5 a"})});
+        QVERIFY(!escena.argumentos().contains("--password-file"));
+        explorador.ponContrasena("sésamo");
         explorador.enviaClave();
         QTRY_COMPARE(explorador.panel(), Panel::Contenido);
-        QVERIFY(banco.claves().isEmpty());
-    }
-
-    void unFalloAlLeerSeReintenta() {
-        const Banco banco;
-        banco.ponMotor({"error Error: cabecera da\xc3\xb1"
-                        "ada\\n",
-                        "sale 1"});
-        EscritorioFalso escritorio;
-        Explorador explorador(banco.url("x.okz"), escritorio);
-        explorador.cargar();
-        QTRY_COMPARE(explorador.panel(), Panel::Problema);
-        QCOMPARE(explorador.texto(), QStringLiteral("cabecera dañada"));
-        banco.ponMotor({lineas({"-0644 5 a"})});
-        explorador.reintenta();
-        QCOMPARE(explorador.panel(), Panel::Ocupado);
-        QTRY_COMPARE(explorador.panel(), Panel::Contenido);
-    }
-
-    void elEstadoDelMotorManda() {
-        EscritorioFalso escritorio;
-        Explorador explorador(QUrl(QStringLiteral("file:///x.okz")), escritorio);
-        explorador.motor().ponEstado(
-            Motor::Trabajando{0.5, QStringLiteral("recuperando 2 de 3…"), 9});
-        QCOMPARE(explorador.panel(), Panel::Ocupado);
-        QCOMPARE(explorador.texto(), QStringLiteral("recuperando 2 de 3…"));
-        explorador.motor().ponEstado(Motor::Hecho{1, 1, 1, QUrl(QStringLiteral("file:///d"))});
-        QCOMPARE(explorador.panel(), Panel::Recuperado);
-        explorador.revela();
-        QCOMPARE(escritorio.revelados, QList<QUrl>{QUrl(QStringLiteral("file:///d"))});
-        explorador.motor().ponEstado(Motor::Error{QStringLiteral("lleno")});
-        QCOMPARE(explorador.panel(), Panel::Problema);
-        QCOMPARE(explorador.texto(), QStringLiteral("lleno"));
     }
 
     void recuperarPreguntaDonde() {
-        const Banco banco;
-        banco.ponMotor({lineas({"-0644 5 a", "-0644 5 b", "-0644 5 c"})});
-        EscritorioFalso escritorio;
-        Explorador explorador(banco.url("x.okz"), escritorio);
-        explorador.cargar();
-        QTRY_COMPARE(explorador.panel(), Panel::Contenido);
+        Escena escena("-0644 5 a\\n-0644 5 b\\n-0644 5 c");
+        Explorador &explorador = escena.explorador;
+        QVERIFY(escena.carga());
         explorador.recuperarElegidas();
-        QCOMPARE(escritorio.mensaje, QString()); // nothing selected, nothing asked
+        QCOMPARE(escena.escritorio.mensaje, QString()); // nothing selected, nothing asked
         explorador.recuperarTodo();
-        QCOMPARE(escritorio.mensaje, QStringLiteral("¿Dónde dejo todo el contenido?"));
+        QCOMPARE(escena.escritorio.mensaje, QStringLiteral("¿Dónde dejo todo el contenido?"));
         QCOMPARE(explorador.panel(), Panel::Contenido); // cancelled
 
-        banco.ponMotor({"argumentos " + banco.ruta("args")});
-        escritorio.carpeta = banco.url("d");
-        explorador.filas()->elige(0);
-        explorador.filas()->alterna(2);
+        escena.ponMotor({"argumentos args"});
+        escena.escritorio.carpeta = escena.url("d");
+        escena.filas.elige(2);
+        escena.filas.alterna(0);
         explorador.recuperarElegidas();
-        QCOMPARE(escritorio.mensaje, QStringLiteral("¿Dónde lo dejo?"));
+        QCOMPARE(escena.escritorio.mensaje, QStringLiteral("¿Dónde lo dejo?"));
         QTRY_COMPARE(explorador.panel(), Panel::Recuperado);
-        const QByteArray args = Banco::lee(banco.ruta("args"));
-        QCOMPARE(args.count("--file"), 2);
-        QVERIFY(args.indexOf(QByteArray("--file\0a", 8)) <
-                args.indexOf(QByteArray("--file\0c", 8)));
+        const auto args = escena.argumentos();
+        QCOMPARE(args.value(5) + args.value(11), "ac");
         explorador.volver();
         QCOMPARE(explorador.panel(), Panel::Contenido);
-        QCOMPARE(explorador.filas()->elegidas(), 2);
+        QCOMPARE(escena.filas.elegidas(), 2);
     }
 
     void abrirUnaALaVez() {
-        const Banco banco;
-        banco.ponMotor({lineas({"-0644 5 a", "-0644 5 b"})});
-        EscritorioFalso escritorio;
-        Explorador explorador(banco.url("x.okz"), escritorio);
-        explorador.cargar();
-        QTRY_COMPARE(explorador.panel(), Panel::Contenido);
-        banco.ponMotor(
-            {"argumentos " + banco.ruta("args"), "espera 200", "error Error: roto\\n", "sale 1"});
-        explorador.abrir(0);
-        explorador.abrir(1); // dropped
-        const auto abriendose = [&](int fila) {
-            return explorador.filas()
-                ->data(explorador.filas()->index(fila), Filas::Abriendose)
-                .toBool();
-        };
-        QVERIFY(abriendose(0) && !abriendose(1));
-        QTRY_COMPARE(explorador.abrirFallo(), QStringLiteral("roto"));
-        QVERIFY(!abriendose(0));
-        QCOMPARE(Banco::lee(banco.ruta("args")).count("extract"), 1);
-        QCOMPARE(explorador.panel(), Panel::Contenido);
-        QVERIFY(escritorio.abiertos.isEmpty());
+        Escena escena("-0644 5 a\\n-0644 5 b");
+        QVERIFY(escena.carga());
+        escena.ponMotor({"argumentos args", "espera 200", "error Error: roto\\n", "sale 1"});
+        escena.explorador.abrir(0);
+        escena.explorador.abrir(1); // dropped
+        QCOMPARE(escena.girando(), QStringLiteral("x-"));
+        QTRY_COMPARE(escena.explorador.abrirFallo(), QStringLiteral("roto"));
+        QCOMPARE(escena.girando(), QStringLiteral("--"));
+        QCOMPARE(escena.argumentos().count("extract"), 1);
+        QVERIFY(escena.escritorio.abiertos.isEmpty());
     }
 
     void raicesDeLoElegido() {
@@ -306,25 +240,15 @@ private slots:
     }
 
     void arrastrarSacaLoElegido() {
-        const Banco banco;
-        banco.ponMotor({lineas({"-0644 5 a", "d0755 0 docs", "-0644 7 docs/b", "-0644 9 c"})});
-        EscritorioFalso escritorio;
-        Explorador explorador(banco.url("x.okz"), escritorio);
-        explorador.cargar();
-        QTRY_COMPARE(explorador.panel(), Panel::Contenido);
-        Filas &filas = *explorador.filas();
-        const auto girando = [&] {
-            QString marcas;
-            for (int fila = 0; fila < filas.rowCount(); ++fila)
-                marcas += filas.data(filas.index(fila), Filas::Abriendose).toBool() ? u'x' : u'-';
-            return marcas;
-        };
+        Escena escena("-0644 5 a\\nd0755 0 docs\\n-0644 7 docs/b\\n-0644 9 c");
+        Explorador &explorador = escena.explorador;
+        QVERIFY(escena.carga());
         // The mouse waits for the files, and drops them or thinks better of it.
         QString rotulo;
         QList<QUrl> llevadas;
         bool suelta = true;
-        escritorio.lleva = [&](Saque &saque, const QString &dado) {
-            rotulo = dado + QStringLiteral(" ") + girando();
+        escena.escritorio.lleva = [&](Saque &saque, const QString &dado) {
+            rotulo = dado + u' ' + escena.girando();
             const QList<QUrl> previstas = saque.urls();
             (void)QTest::qWaitFor([&] { return saque.fase() != Saque::Fase::Sacando; }, 20000);
             llevadas = saque.urls();
@@ -335,41 +259,41 @@ private slots:
             explorador.arrastrar(fila);
             explorador.arrastrar(3); // one at a time
             return QTest::qWaitFor(
-                [&] { return !rotulo.isEmpty() && girando() == QStringLiteral("----"); }, 20000);
+                [&] { return !rotulo.isEmpty() && escena.girando() == QStringLiteral("----"); },
+                20000);
         };
         const auto existen = [&] {
-            return std::count_if(llevadas.begin(), llevadas.end(), [](const QUrl &url) {
-                return QFileInfo::exists(url.toLocalFile());
-            });
+            return std::count_if(llevadas.begin(), llevadas.end(),
+                                 [](const QUrl &url) { return QFile::exists(url.toLocalFile()); });
         };
 
-        banco.ponMotor({"exige sésamo", "crea-entrada hola"});
-        explorador.ponContrasena(QStringLiteral("sésamo"));
-        filas.elige(0);
-        filas.estira(2);
+        escena.ponMotor({"exige sésamo", "crea-entrada hola"});
+        explorador.ponContrasena("sésamo");
+        escena.filas.elige(0);
+        escena.filas.estira(2);
         QVERIFY(arrastra(2));
         QCOMPARE(rotulo, QStringLiteral("3 elementos xxx-"));
         QCOMPARE(llevadas.size(), 2); // the folder brings what is in it
         QTRY_COMPARE(existen(), 2);
-        QVERIFY(banco.claves().isEmpty());
+        QVERIFY(escena.claves().isEmpty());
 
         suelta = false; // a row that was not selected goes alone; nothing stays of it
         QVERIFY(arrastra(3));
         QCOMPARE(rotulo, QStringLiteral("c ---x"));
-        QCOMPARE(filas.rutasElegidas(), QStringList{QStringLiteral("c")});
+        QCOMPARE(escena.filas.rutasElegidas(), QStringList{"c"});
         QCOMPARE(llevadas.size(), 1);
         QTRY_COMPARE(existen(), 0);
 
         // Half an entry would pass for the whole.
         suelta = true;
-        banco.ponMotor({"crea-entrada ho", "error Error: roto\\n", "sale 1"});
+        escena.ponMotor({"crea-entrada ho", "error Error: roto\\n", "sale 1"});
         QVERIFY(arrastra(3));
         QTRY_COMPARE(explorador.abrirFallo(), QStringLiteral("roto"));
         QVERIFY(llevadas.isEmpty());
 
         // Let go of while the engine is at work: it ends, and takes all with it.
-        banco.ponMotor({"crea-entrada ho", "espera 60000"});
-        escritorio.lleva = [&](Saque &saque, const QString &dado) {
+        escena.ponMotor({"crea-entrada ho", "espera 60000"});
+        escena.escritorio.lleva = [&](Saque &saque, const QString &dado) {
             llevadas = saque.urls();
             (void)QTest::qWaitFor([&] { return existen() == 1; }, 20000);
             rotulo = dado;
@@ -377,28 +301,26 @@ private slots:
         };
         QVERIFY(arrastra(3));
         QTRY_COMPARE(existen(), 0);
+        QVERIFY(escena.claves().isEmpty());
         QVERIFY(explorador.abrirFallo().isEmpty());
     }
 
     // For whoever is not looking.
     void elFinalSeAvisa() {
-        const Banco banco;
-        banco.ponMotor({});
-        EscritorioFalso escritorio;
-        escritorio.carpeta = banco.url("sacado");
-        Explorador explorador(banco.url("x.okz"), escritorio);
+        Escena escena("");
+        Explorador &explorador = escena.explorador;
+        escena.escritorio.carpeta = escena.url("sacado");
         explorador.recuperarTodo();
-        QTRY_COMPARE(escritorio.avisos.size(), 1);
-        QCOMPARE(escritorio.avisos[0], QStringLiteral("Recuperado: De x.okz a «sacado»."));
-        QCOMPARE(escritorio.partes.first(), std::optional(0.0));
-        QCOMPARE(escritorio.partes.last(), std::nullopt);
-        banco.ponMotor({"error Error: roto\\n", "sale 1"});
-        explorador.volver();
-        explorador.recuperarTodo();
-        QTRY_COMPARE(escritorio.avisos.size(), 2);
-        QCOMPARE(escritorio.avisos[1], QStringLiteral("No se pudo recuperar: roto"));
+        QTRY_COMPARE(explorador.panel(), Panel::Recuperado);
+        QCOMPARE(escena.escritorio.partes.first(), std::optional(0.0));
+        QCOMPARE(escena.escritorio.partes.last(), std::nullopt);
+        escena.ponMotor({"error Error: roto\\n", "sale 1"});
         explorador.volver(); // no job: nothing to tell
-        QCOMPARE(escritorio.avisos.size(), 2);
+        explorador.recuperarTodo();
+        QTRY_COMPARE(explorador.panel(), Panel::Problema);
+        explorador.volver();
+        QCOMPARE(escena.escritorio.avisos,
+                 (QStringList{"Recuperado: De x.okz a «sacado».", "No se pudo recuperar: roto"}));
     }
 };
 

@@ -4,16 +4,11 @@
 #include "inicio/abierto.h"
 #include "inicio/orcalinapp.h"
 
-#include <QDir>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 
 namespace {
-
-QUrl url(const char *ruta) {
-    return QUrl::fromLocalFile(QString::fromUtf8(ruta));
-}
 
 // A provider that notes what it is told, and what had not happened by then.
 class ProveedorFalso : public ProveedorDeServicios {
@@ -26,8 +21,7 @@ public:
 
 private:
     void apunta(const QString &paso) {
-        const bool quedan = QDir(m_banco.url("orcalin-ver").toLocalFile()).exists();
-        m_pasos.append(paso + (quedan ? QStringLiteral(" con temporales") : QString()));
+        m_pasos.append(paso + (m_banco.hay("orcalin-ver") ? " con temporales" : ""));
     }
     QStringList &m_pasos;
     const Banco &m_banco;
@@ -46,45 +40,28 @@ private slots:
 
     void losPasosDelArranque() {
         const Banco banco;
-        QDir().mkdir(banco.url("orcalin-ver").toLocalFile());
+        banco.fichero("orcalin-ver/resto", "");
         QStringList pasos;
         Delegado delegado(std::make_unique<ProveedorFalso>(pasos, banco));
         delegado.applicationDidFinishLaunching();
-        const QStringList esperados{"registra con temporales", "refresca con temporales"};
-        QCOMPARE(pasos, esperados);
-        QVERIFY(!QDir(banco.url("orcalin-ver").toLocalFile()).exists());
+        QCOMPARE(pasos, (QStringList{"registra con temporales", "refresca con temporales"}));
+        QVERIFY(!banco.hay("orcalin-ver"));
         Delegado().applicationDidFinishLaunching(); // nobody to offer services to
     }
 
-    void losFicherosAbiertos_data() {
-        QTest::addColumn<QList<QUrl>>("dados");
-        QTest::addColumn<QUrl>("archivo");
-        using Urls = QList<QUrl>;
-        QTest::newRow("con otro") << Urls{url("/a.txt"), url("/b.okz")} << url("/b.okz");
-        QTest::newRow("en mayúsculas") << Urls{url("/x.OKZ")} << url("/x.OKZ");
-        QTest::newRow("dos") << Urls{url("/2.okz"), url("/1.okz")} << url("/2.okz");
-        QTest::newRow("ninguno") << Urls{url("/a.txt"), url("/okz")} << QUrl();
-        QTest::newRow("nada") << Urls{} << QUrl();
-    }
     void losFicherosAbiertos() {
-        QFETCH(QList<QUrl>, dados);
-        QFETCH(QUrl, archivo);
-        Delegado::application(dados);
-        QVERIFY(!Abierto::compartido().archivo()); // not before the call has returned
-        QCoreApplication::processEvents();
-        QCOMPARE(Abierto::compartido().archivo().value_or(QUrl()), archivo);
-    }
-
-    void seAvisaAntesDeCambiar() {
-        auto &abierto = Abierto::compartido();
-        QList<bool> habia;
-        const auto enlace = connect(&abierto, &Abierto::vaACambiar, this,
-                                    [&] { habia.append(abierto.archivo().has_value()); });
-        abierto.ponArchivo(url("/a.okz"));
-        abierto.ponArchivo(std::nullopt);
-        disconnect(enlace);
-        const QList<bool> esperado{false, true};
-        QCOMPARE(habia, esperado);
+        const std::pair<QList<QUrl>, QUrl> casos[]{
+            {{url("/a.txt"), url("/x.OKZ"), url("/1.okz")}, url("/x.OKZ")},
+            {{url("/a.txt"), url("/okz")}, QUrl()},
+            {{}, QUrl()},
+        };
+        for (const auto &[dados, archivo] : casos) {
+            init();
+            Delegado::application(dados);
+            QVERIFY(!Abierto::compartido().archivo()); // not before the call has returned
+            QCoreApplication::processEvents();
+            QCOMPARE(Abierto::compartido().archivo().value_or(QUrl()), archivo);
+        }
     }
 
     void unArchivoTraeElExploradorYGuardarAlgoLaPantalla() {
@@ -137,8 +114,7 @@ private slots:
     }
 
     void salirPreguntaMientrasSeComprime() {
-        const Banco banco;
-        banco.ponMotor({"aguarda " + banco.ruta("ya"), "sale 0"});
+        const Banco banco({"aguarda ya"});
         const QUrl origen = banco.fichero("a", "a");
         Salida salida;
         const QSignalSpy sale(&salida, &Salida::sale);
@@ -158,31 +134,12 @@ private slots:
     }
 
     void salirNoPreguntaPorLoCancelado() {
-        const Banco banco;
-        banco.ponMotor({"ignora", "aguarda " + banco.ruta("ya")});
-        Salida salida;
-        Motor motor;
-        motor.comprimir({banco.fichero("a", "a")}, banco.url("a.okz"), false, std::nullopt);
-        Testigo testigo(motor);
-        motor.cancelar();
-        QVERIFY(salida.pide());
-        banco.fichero("ya", "");
-        QVERIFY(testigo.esperaFinal());
-    }
-
-    void abrirPorElDialogoYPorArrastre() {
-        EscritorioFalso escritorio;
-        OrcalinApp app(std::make_unique<Delegado>(), escritorio);
-        app.abrirDialogo(); // cancelled
-        QCoreApplication::processEvents();
-        QVERIFY(app.pantalla());
-        app.pantalla()->suelta({url("/a.okz")});
-        QCoreApplication::processEvents();
-        QCOMPARE(app.explorador()->archivo(), url("/a.okz"));
-        escritorio.archivo = url("/b.okz");
-        app.abrirDialogo();
-        QCoreApplication::processEvents();
-        QCOMPARE(app.explorador()->archivo(), url("/b.okz"));
+        Taller taller({"ignora", "aguarda ya"});
+        taller.motor.comprimir({taller.fichero("a", "a")}, taller.url("a.okz"), false, {});
+        taller.motor.cancelar();
+        QVERIFY(Salida().pide());
+        taller.fichero("ya", "");
+        QVERIFY(taller.testigo.esperaFinal());
     }
 };
 

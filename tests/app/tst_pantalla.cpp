@@ -5,7 +5,6 @@
 #include "pantallas/cuantofalta.h"
 #include "pantallas/pantalla.h"
 
-#include <QDir>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -14,18 +13,13 @@ using Contenido = Pantalla::Contenido;
 
 namespace {
 
-QUrl url(const char *ruta) {
-    return QUrl::fromLocalFile(QString::fromUtf8(ruta));
-}
+// A screen, and the desktop around it.
+struct Escena {
+    EscritorioFalso escritorio;
+    Pantalla pantalla{{}, escritorio};
+};
 
-// The driver of a screen in a state of the test's choosing.
-void pon(Pantalla &pantalla, Motor::Estado estado) {
-    pantalla.motor().ponEstado(std::move(estado));
-}
-
-Motor::Estado hecho(qint64 entrada, qint64 salida, double segundos) {
-    return Motor::Hecho{entrada, salida, segundos, url("/x.okz")};
-}
+const QUrl kDeLaRed(QStringLiteral("https://a/b"));
 
 } // namespace
 
@@ -33,57 +27,37 @@ class TstPantalla : public QObject {
     Q_OBJECT
 
 private slots:
-    void loQueFaltaEnPalabras_data() {
-        QTest::addColumn<double>("segundos");
-        QTest::addColumn<QString>("texto");
-        const auto fila = [](double s, const char *texto) {
-            QTest::newRow(texto) << s << QString::fromUtf8(texto);
-        };
-        fila(9.99, "unos segundos");
-        fila(10, "10 s");
-        fila(12.5, "15 s");
-        fila(58, "60 s");
-        fila(60, "1 min");
-        fila(89, "1 min");
-        fila(90, "2 min");
-        fila(3590, "60 min");
-        fila(3600, "más de 1 hora");
-        fila(7199.9, "más de 1 hora");
-        fila(7200, "unas 2 horas");
-        fila(9000, "unas 3 horas");
-    }
     void loQueFaltaEnPalabras() {
-        QFETCH(double, segundos);
-        QFETCH(QString, texto);
-        QCOMPARE(cuantoFalta(segundos), texto);
+        const std::pair<double, const char *> casos[]{
+            {9.99, "unos segundos"}, {10, "10 s"},
+            {12.5, "15 s"},          {58, "60 s"},
+            {60, "1 min"},           {89, "1 min"},
+            {90, "2 min"},           {3590, "60 min"},
+            {3600, "más de 1 hora"}, {7199.9, "más de 1 hora"},
+            {7200, "unas 2 horas"},  {9000, "unas 3 horas"},
+        };
+        for (const auto &[segundos, texto] : casos)
+            QCOMPARE(cuantoFalta(segundos), QString(texto));
     }
 
-    void cuentaDeBytes_data() {
-        QTest::addColumn<qint64>("bytes");
-        QTest::addColumn<QString>("texto");
-        QTest::newRow("0") << 0LL << "0 bytes";
-        QTest::newRow("1") << 1LL << "1 byte";
-        QTest::newRow("999") << 999LL << "999 bytes";
-        QTest::newRow("kB") << 1499LL << "1 kB";
-        QTest::newRow("casi MB") << 999'499LL << "999 kB";
-        QTest::newRow("salto") << 999'500LL << "1,0 MB";
-        QTest::newRow("MB") << 16'449'999LL << "16,4 MB";
-        QTest::newRow("GB") << 3'000'000'000LL << "3,00 GB";
-        QTest::newRow("negativo") << -2'500LL << "-3 kB";
-        QTest::newRow("máximo") << std::numeric_limits<qint64>::max() << "9,22 EB";
-    }
     void cuentaDeBytes() {
-        QFETCH(qint64, bytes);
-        QFETCH(QString, texto);
-        QCOMPARE(textoDeBytes(bytes, QLocale(QLocale::Spanish)), texto);
+        const std::pair<qint64, const char *> casos[]{
+            {0, "0 bytes"},          {1, "1 byte"},
+            {999, "999 bytes"},      {1499, "1 kB"},
+            {999'499, "999 kB"},     {999'500, "1,0 MB"},
+            {16'449'999, "16,4 MB"}, {3'000'000'000, "3,00 GB"},
+            {-2'500, "-3 kB"},       {std::numeric_limits<qint64>::max(), "9,22 EB"},
+        };
+        for (const auto &[bytes, texto] : casos)
+            QCOMPARE(textoDeBytes(bytes, QLocale(QLocale::Spanish)), QString(texto));
     }
 
     void loInicialSeTomaUnaVez() {
         EscritorioFalso escritorio;
-        Pantalla pantalla({url("/b"), url("/a")}, escritorio);
+        const QList<QUrl> comoVino{url("/b"), url("/a")};
+        Pantalla pantalla(comoVino, escritorio);
         QCOMPARE(pantalla.contenido(), Contenido::Nada);
         pantalla.aparece();
-        const QList<QUrl> comoVino{url("/b"), url("/a")};
         QCOMPARE(pantalla.origenes(), comoVino);
         pantalla.otraCosa();
         pantalla.aparece();
@@ -91,60 +65,36 @@ private slots:
     }
 
     void loSoltadoSeOrdenaYSustituye() {
-        EscritorioFalso escritorio;
-        Pantalla pantalla({}, escritorio);
-        pantalla.suelta({url("/z/b"), QUrl(QStringLiteral("https://a/b")), url("/a/c"), url("/Z")});
+        Escena escena;
+        Pantalla &pantalla = escena.pantalla;
+        QVERIFY(!pantalla.arrastreEntra({kDeLaRed}) && !pantalla.encima());
+        QVERIFY(pantalla.arrastreEntra({url("/a")}) && pantalla.encima());
+        pantalla.suelta({url("/z/b"), kDeLaRed, url("/a/c"), url("/Z")});
+        QVERIFY(!pantalla.encima());
         const QList<QUrl> ordenado{url("/Z"), url("/a/c"), url("/z/b")};
         QCOMPARE(pantalla.origenes(), ordenado);
-        pantalla.suelta({QUrl(QStringLiteral("https://a/b"))});
+        pantalla.suelta({kDeLaRed});
         QCOMPARE(pantalla.origenes(), ordenado);
-        pantalla.suelta({url("/z"), url("/z")});
+        pantalla.suelta({url("/z.okz"), url("/z.okz")}); // one alone would be opened
         QCOMPARE(pantalla.origenes().size(), 2);
-    }
-
-    void unArchivoSoloSeAbre() {
-        EscritorioFalso escritorio;
-        Pantalla pantalla({}, escritorio);
-        QSignalSpy abiertos(&pantalla, &Pantalla::abreArchivo);
-        pantalla.suelta({url("/b.OKZ")});
-        QCOMPARE(abiertos.size(), 1);
-        QCOMPARE(abiertos.first().first().toUrl(), url("/b.OKZ"));
-        QVERIFY(pantalla.origenes().isEmpty());
-        pantalla.suelta({url("/b.OKZ"), url("/a")});
-        QCOMPARE(abiertos.size(), 1);
-        QCOMPARE(pantalla.origenes().size(), 2);
-    }
-
-    void soloFicherosPasanPorEncima() {
-        EscritorioFalso escritorio;
-        Pantalla pantalla({}, escritorio);
-        QVERIFY(!pantalla.arrastreEntra({QUrl(QStringLiteral("https://a/b"))}));
-        QVERIFY(!pantalla.encima());
-        QVERIFY(pantalla.arrastreEntra({url("/a")}));
-        QVERIFY(pantalla.encima());
-        pantalla.arrastreSale();
-        QVERIFY(!pantalla.encima());
     }
 
     void elegirSustituyeComoVieneYCancelarNada() {
-        EscritorioFalso escritorio;
-        Pantalla pantalla({}, escritorio);
-        escritorio.origenes = {url("/z"), url("/a.okz")};
-        pantalla.elegir();
-        QCOMPARE(pantalla.origenes(), escritorio.origenes);
-        escritorio.origenes.clear();
-        pantalla.elegir();
-        QCOMPARE(pantalla.origenes().size(), 2);
+        Escena escena;
+        escena.escritorio.origenes = {url("/z"), url("/a.okz")};
+        escena.pantalla.elegir();
+        QCOMPARE(escena.pantalla.origenes(), escena.escritorio.origenes);
+        escena.escritorio.origenes.clear();
+        escena.pantalla.elegir();
+        QCOMPARE(escena.pantalla.origenes().size(), 2);
     }
 
     void laZonaDiceQueHayYCuantoOcupa() {
         const Banco banco;
-        EscritorioFalso escritorio;
-        Pantalla pantalla({}, escritorio);
-        QDir().mkdir(banco.url("carpeta").toLocalFile());
-        const QUrl fichero = banco.fichero("ca\xc3\xb1"
-                                           "a.txt",
-                                           "12345");
+        Escena escena;
+        Pantalla &pantalla = escena.pantalla;
+        const QUrl fichero = banco.fichero("caña.txt", "12345");
+        banco.fichero("carpeta/vacío", "");
         banco.enlace("carpeta", "enlace");
 
         pantalla.suelta({fichero});
@@ -156,75 +106,58 @@ private slots:
         pantalla.suelta({fichero, banco.url("carpeta"), banco.url("enlace"), banco.url("no-está")});
         QCOMPARE(pantalla.contenido(), Contenido::Varios);
         QTRY_COMPARE(pantalla.cabecera(), QStringLiteral("4 archivos · 12 b"));
-        const QStringList nombres{"carpeta", "caña.txt", "enlace", "no-está"};
-        QCOMPARE(pantalla.nombres(), nombres);
+        QCOMPARE(pantalla.nombres(), (QStringList{"carpeta", "caña.txt", "enlace", "no-está"}));
         QCOMPARE(pantalla.icono(0, false), QStringLiteral("folder"));
         QCOMPARE(pantalla.icono(2, false), QStringLiteral("doc"));
         QCOMPARE(pantalla.icono(3, false), QStringLiteral("doc"));
     }
 
     void guardarPideLoQueFalta() {
-        EscritorioFalso escritorio;
-        Pantalla pantalla({}, escritorio);
+        Escena escena;
+        Pantalla &pantalla = escena.pantalla;
         QVERIFY(!pantalla.puedeGuardar());
         pantalla.guardar();
-        QVERIFY(escritorio.nombrePropuesto.isEmpty());
+        QVERIFY(escena.escritorio.nombrePropuesto.isEmpty());
         pantalla.suelta({url("/fotos/a.txt")});
         QVERIFY(pantalla.puedeGuardar());
         QSignalSpy avisos(&pantalla, &Pantalla::puedeGuardarCambia);
         pantalla.ponCifrar(true);
         QVERIFY(!pantalla.puedeGuardar() && avisos.size() == 1);
-        pantalla.ponContrasena(QStringLiteral("x"));
+        pantalla.ponContrasena("x");
         QVERIFY(pantalla.puedeGuardar());
         pantalla.ponCifrar(false);
         QCOMPARE(pantalla.contrasena(), QStringLiteral("x")); // hidden, but kept
-    }
-
-    void elNombrePropuesto() {
-        EscritorioFalso escritorio;
-        Pantalla pantalla({}, escritorio);
-        pantalla.suelta({QUrl(QStringLiteral("file:///u/fotos/"))});
-        pantalla.guardar();
-        QCOMPARE(escritorio.nombrePropuesto, QStringLiteral("fotos.okz"));
-        pantalla.suelta({url("/u/a.txt")});
-        pantalla.guardar();
-        QCOMPARE(escritorio.nombrePropuesto, QStringLiteral("a.txt.okz"));
-        pantalla.suelta({url("/u/a.txt"), url("/u/b")});
-        pantalla.guardar();
-        QCOMPARE(escritorio.nombrePropuesto, QStringLiteral("Archivo.okz"));
-        QCOMPARE(pantalla.panel(), Panel::Reposo); // cancelled, every time
     }
 
     void laPantallaPuedeIrseConElPanelAbierto() {
         EscritorioFalso escritorio;
         escritorio.origenes = {url("/a")};
         escritorio.destino = url("/b.okz");
-        auto pantalla = std::make_unique<Pantalla>(QList<QUrl>(), escritorio);
+        std::unique_ptr<Pantalla> pantalla;
         escritorio.entretanto = [&] { pantalla.reset(); };
-        pantalla->elegir();
-        QVERIFY(!pantalla);
-        pantalla = std::make_unique<Pantalla>(QList<QUrl>{url("/a")}, escritorio);
-        pantalla->aparece();
-        pantalla->guardar();
-        QVERIFY(!pantalla);
+        for (const auto accion : {&Pantalla::elegir, &Pantalla::guardar}) {
+            pantalla = std::make_unique<Pantalla>(QList<QUrl>{url("/a")}, escritorio);
+            pantalla->aparece();
+            (pantalla.get()->*accion)();
+            QVERIFY(!pantalla);
+        }
     }
 
     // What reaches the engine of the options, and the way back from a failure.
     void guardarYVolver() {
-        const Banco banco;
-        banco.ponMotor({"argumentos " + banco.ruta("args"), "error Error: lleno\\n", "sale 1"});
-        EscritorioFalso escritorio;
-        escritorio.destino = banco.url("c.okz");
-        Pantalla pantalla({}, escritorio);
+        const Banco banco({"argumentos args", "error Error: lleno\\n", "sale 1"});
+        Escena escena;
+        Pantalla &pantalla = escena.pantalla;
+        escena.escritorio.destino = banco.url("c.okz");
         pantalla.suelta({banco.fichero("a", "1")});
-        pantalla.ponContrasena(QStringLiteral("x"));
+        pantalla.ponContrasena("x");
         pantalla.ponMaximo(true);
         pantalla.guardar();
         QCOMPARE(pantalla.panel(), Panel::Trabajando);
         QTRY_COMPARE(pantalla.panel(), Panel::Error);
         QCOMPARE(pantalla.mensaje(), QStringLiteral("lleno"));
-        QVERIFY(Banco::lee(banco.ruta("args")).contains("--max"));
-        QVERIFY(!Banco::lee(banco.ruta("args")).contains("--encrypt"));
+        QVERIFY(banco.argumentos().contains("--max"));
+        QVERIFY(!banco.argumentos().contains("--encrypt"));
         pantalla.volver();
         QCOMPARE(pantalla.panel(), Panel::Reposo);
         QVERIFY(pantalla.maximo() && pantalla.origenes().size() == 1);
@@ -232,39 +165,33 @@ private slots:
         pantalla.ponCifrar(true);
         pantalla.guardar();
         QTRY_COMPARE(pantalla.panel(), Panel::Error);
-        QVERIFY(Banco::lee(banco.ruta("args")).contains("--encrypt"));
+        QVERIFY(banco.argumentos().contains("--encrypt"));
     }
 
-    void elPanelDeTrabajo() {
-        EscritorioFalso escritorio;
-        Pantalla pantalla({}, escritorio);
-        pantalla.suelta({url("/fotos")});
-        pon(pantalla, Motor::Trabajando{0.25, QStringLiteral("3 de 10 archivos"), 12.5});
-        QCOMPARE(pantalla.titular(), QStringLiteral("fotos"));
-        QCOMPARE(pantalla.pct(), 0.25);
-        QCOMPARE(pantalla.detalle(), QStringLiteral("3 de 10 archivos · ~15 s"));
-        pon(pantalla, Motor::Trabajando{0, QStringLiteral("preparando…"), std::nullopt});
-        QCOMPARE(pantalla.detalle(), QStringLiteral("preparando…"));
+    void losPanelesDelTrabajoYDelResultado() {
+        Escena escena;
+        Pantalla &pantalla = escena.pantalla;
+        Motor &motor = pantalla.motor();
         pantalla.suelta({url("/a"), url("/b")});
         QCOMPARE(pantalla.titular(), QStringLiteral("2 archivos"));
-    }
+        motor.ponEstado(Motor::Trabajando{0.25, "3 de 10 archivos", 12.5});
+        QCOMPARE(pantalla.pct(), 0.25);
+        QCOMPARE(pantalla.detalle(), QStringLiteral("3 de 10 archivos · ~15 s"));
+        motor.ponEstado(Motor::Trabajando{0, "preparando…", std::nullopt});
+        QCOMPARE(pantalla.detalle(), QStringLiteral("preparando…"));
 
-    void elPanelDelResultado() {
-        EscritorioFalso escritorio;
-        Pantalla pantalla({}, escritorio);
-        pantalla.suelta({url("/a")});
-        pon(pantalla, hecho(1000, 333, 59.9));
+        motor.ponEstado(Motor::Hecho{1000, 333, 59.9, {}});
         QCOMPARE(pantalla.panel(), Panel::Hecho);
         QCOMPARE(pantalla.tamanos(), QStringLiteral("1000 b  →  333 b"));
         QCOMPARE(pantalla.ahorro(), QStringLiteral("ahorras 667 b · 66% menos"));
         QCOMPARE(pantalla.duracion(), QStringLiteral("en 59 s"));
-        pon(pantalla, hecho(1000, 1500, 119));
+        motor.ponEstado(Motor::Hecho{1000, 1500, 119, {}});
         QCOMPARE(pantalla.ahorro(), QStringLiteral("ahorras -500 b · -50% menos"));
         QCOMPARE(pantalla.duracion(), QStringLiteral("en 1 min"));
-        pon(pantalla, hecho(0, 45, 60));
+        motor.ponEstado(Motor::Hecho{0, 45, 60, url("/x.okz")});
         QCOMPARE(pantalla.ahorro(), QString());
         pantalla.revela();
-        QCOMPARE(escritorio.revelados, QList<QUrl>{url("/x.okz")});
+        QCOMPARE(escena.escritorio.revelados, QList<QUrl>{url("/x.okz")});
         pantalla.otraCosa();
         QVERIFY(pantalla.panel() == Panel::Reposo && pantalla.origenes().isEmpty());
     }

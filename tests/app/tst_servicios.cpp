@@ -5,15 +5,12 @@
 #include "inicio/recepcion.h"
 
 #include <QDir>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace {
 
 using Que = Peticion::Que;
-
-QUrl url(const char *ruta) {
-    return QUrl::fromLocalFile(QString::fromUtf8(ruta));
-}
 
 const QString sinArchivos = QStringLiteral("No he recibido ningún archivo.");
 const QString noEsArchivo = QStringLiteral("Eso no es un archivo .okz.");
@@ -34,24 +31,18 @@ private slots:
         Abierto::compartido().ponAComprimir({});
     }
 
-    void loQueSeRechaza_data() {
-        QTest::addColumn<QStringList>("uris");
-        QTest::newRow("nada") << QStringList{};
-        QTest::newRow("no es un fichero") << QStringList{"file:///a.okz", "https://a.es/b.okz"};
-        QTest::newRow("no es una URI") << QStringList{"file:///a.okz", "/b.okz"};
-        QTest::newRow("vacía") << QStringList{"", "file:///a.okz"};
-        QTest::newRow("sin ruta") << QStringList{"file:", "file:///a.okz"};
-        QTest::newRow("con un cero") << QStringList{"file:///a%00.okz"};
-    }
     void loQueSeRechaza() {
-        QFETCH(QStringList, uris);
         Recepcion recepcion;
-        int veces = 0;
-        connect(&recepcion, &Recepcion::alFrente, this, [&] { ++veces; });
-        QCOMPARE(recepcion.atiende({Que::Comprimir, uris}).value_or(QString()), sinArchivos);
-        QCOMPARE(recepcion.atiende({Que::Abrir, uris}).value_or(QString()), noEsArchivo);
+        const QSignalSpy alFrente(&recepcion, &Recepcion::alFrente);
+        for (const QStringList &uris :
+             {QStringList{}, QStringList{"file:///a.okz", "https://a.es/b.okz"},
+              QStringList{"file:///a.okz", "/b.okz"}, QStringList{"", "file:///a.okz"},
+              QStringList{"file:", "file:///a.okz"}, QStringList{"file:///a%00.okz"}}) {
+            QCOMPARE(recepcion.atiende({Que::Comprimir, uris}).value_or(QString()), sinArchivos);
+            QCOMPARE(recepcion.atiende({Que::Abrir, uris}).value_or(QString()), noEsArchivo);
+        }
         QCoreApplication::processEvents();
-        QCOMPARE(veces, 0);
+        QCOMPARE(alFrente.size(), 0);
         QVERIFY(!Abierto::compartido().archivo());
         QVERIFY(Abierto::compartido().aComprimir().isEmpty());
     }
@@ -70,8 +61,7 @@ private slots:
         QVERIFY(pasos.isEmpty()); // not before the call has returned
         QCoreApplication::processEvents();
         disconnect(enlace);
-        const QStringList esperados{"al frente", "deja el archivo", "pone la lista"};
-        QCOMPARE(pasos, esperados);
+        QCOMPARE(pasos, (QStringList{"al frente", "deja el archivo", "pone la lista"}));
         QVERIFY(!abierto.archivo());
         const QList<QUrl> urls{url("/z z"), url("/a.okz"), url("/z z")};
         QCOMPARE(abierto.aComprimir(), urls);
@@ -96,15 +86,14 @@ private slots:
 
     void losFicherosAbiertosPasanPorAltoLoDemas() {
         Recepcion recepcion;
-        int veces = 0;
-        connect(&recepcion, &Recepcion::alFrente, this, [&] { ++veces; });
+        const QSignalSpy alFrente(&recepcion, &Recepcion::alFrente);
         recepcion.atiende({Que::Ficheros, {"https://a.es/a.okz", "file:///b.okz"}});
         QCoreApplication::processEvents();
         QCOMPARE(Abierto::compartido().archivo().value_or(QUrl()), url("/b.okz"));
         recepcion.atiende({Que::Ficheros, {"file:///a.txt"}});
         QCoreApplication::processEvents();
         QCOMPARE(Abierto::compartido().archivo().value_or(QUrl()), url("/b.okz"));
-        QCOMPARE(veces, 2);
+        QCOMPARE(alFrente.size(), 2);
     }
 
     void laOrden() {
