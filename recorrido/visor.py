@@ -18,6 +18,12 @@ OTRO_ESCRITORIO = """#!/bin/sh
 unset XDG_CURRENT_DESKTOP KDE_SESSION_VERSION
 exec xdg-open "$1"
 """
+# Some file managers bring a program of this name, which the desktop's opener
+# then asks for a file's type, and which gives up on names that are not UTF-8.
+TIPO = """#!/bin/sh
+for fichero; do :; done
+exec file --brief --dereference --mime-type -- "$fichero"
+"""
 
 
 class Visor:
@@ -33,6 +39,7 @@ class Visor:
                       "[Default Applications]\ntext/plain=visor.desktop\n")
         # A desktop that is only named has no opener of its own.
         self._programa(datos / "bin/kde-open5", OTRO_ESCRITORIO)
+        self._programa(datos / "bin/mimetype", TIPO)
         entorno["PATH"] = f"{datos}/bin:{os.environ['PATH']}"
 
     @staticmethod

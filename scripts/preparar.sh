@@ -2,7 +2,7 @@
 # shellcheck shell=bash
 
 construir=(
-    g++ cmake ninja-build pkg-config
+    g++ cmake ninja-build pkg-config dpkg-dev
     qt6-base-dev qt6-declarative-dev qt6-svg-dev
     libxcb1-dev libarchive-dev libacl1-dev liblzma-dev libzstd-dev libsodium-dev libcli11-dev
 )

@@ -12,7 +12,7 @@ source "$aqui/scripts/preparar.sh"
 fotos=${1:+$(realpath "$1")}
 espejo=http://deb.debian.org/debian
 
-asegura "${construir[@]}" debootstrap dpkg-dev file xvfb xdotool imagemagick
+asegura "${construir[@]}" debootstrap file xvfb xdotool imagemagick
 cd "$aqui"
 construye
 rm -f build/release/orcalin_*.deb

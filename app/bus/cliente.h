@@ -11,7 +11,8 @@ namespace bus {
 /// no terminal. Needs a QCoreApplication and no display.
 int cliente(const Peticion &peticion);
 
-/// Tells the user so; for what happens where there is no window.
+/// Tells the user a text in those two ways; for where there is no window. Waits
+/// a little until the desktop has taken it.
 void quejate(const QString &texto);
 
 } // namespace bus

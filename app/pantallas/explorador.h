@@ -46,13 +46,16 @@ public:
     /// The line of the busy panel, or the message of the failure panel.
     [[nodiscard]] QString texto() const;
 
+    /// What the path of a visible entry contains; everything shows when empty.
     [[nodiscard]] const QString &busca() const { return m_busca; }
     void ponBusca(const QString &busca);
+    /// Of the archive, as typed; goes with every run of the engine. Empty: none.
     [[nodiscard]] const QString &contrasena() const { return m_contrasena; }
     void ponContrasena(const QString &contrasena);
 
     /// "N elementos", or "V de N" while searching.
     [[nodiscard]] QString cuenta() const;
+    /// The button for the selected entries: "Recuperar N".
     [[nodiscard]] QString rotuloRecuperar() const;
     [[nodiscard]] bool hayElegidas() const { return m_filas.elegidas() > 0; }
     /// Why the last opening or drag failed; empty when it did not.

@@ -12,8 +12,9 @@ class Escritorio;
 /// The browser's list: the entries that the search leaves visible, and which of
 /// them are selected. Main thread only.
 ///
-/// A row is a place in the visible list. The selection belongs to the entries:
-/// a selected entry that the search hides stays selected.
+/// A row is a place in the visible list, and must be one that is there. The
+/// selection belongs to the entries: a selected entry that the search hides
+/// stays selected.
 class Filas : public QAbstractListModel {
     Q_OBJECT
 

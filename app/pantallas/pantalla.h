@@ -53,7 +53,9 @@ public:
     [[nodiscard]] Motor &motor() { return m_motor; }
 
     [[nodiscard]] Panel panel() const;
+    /// Whether a drag that may be dropped is over the drop area.
     [[nodiscard]] bool encima() const { return m_encima; }
+    /// The selected items' file names, for display.
     [[nodiscard]] QStringList nombres() const;
     [[nodiscard]] Contenido contenido() const;
 
@@ -63,12 +65,14 @@ public:
     /// The size of everything selected in words; "…" while it is measured.
     [[nodiscard]] QString peso() const;
 
+    /// The options; the password counts only while `cifrar` is on.
     [[nodiscard]] bool maximo() const { return m_maximo; }
     void ponMaximo(bool maximo);
     [[nodiscard]] bool cifrar() const { return m_cifrar; }
     void ponCifrar(bool cifrar);
     [[nodiscard]] QString contrasena() const { return m_contrasena; }
     void ponContrasena(const QString &contrasena);
+    /// Something is selected, and there is a password if there is to be one.
     [[nodiscard]] bool puedeGuardar() const;
 
     /// The working panel: what is being packed, the fraction done (0 or less:

@@ -19,6 +19,7 @@
 /// at a time.
 class TextoPlegado {
 public:
+    /// That so many are to be added.
     void reserva(size_t rutas);
     /// Adds the path of the next entry; entries are numbered from 0.
     void anade(QStringView ruta);

@@ -7,7 +7,8 @@
 
 /// Which entries of a listing are selected, by number. Every operation costs at
 /// most a walk over what it is given, and counting costs nothing: a listing may
-/// hold a million entries. One thread at a time.
+/// hold a million entries. Numbers are below that of the entries. One thread at
+/// a time.
 class Seleccion {
 public:
     /// For a listing of so many entries, none of them selected.
@@ -18,8 +19,11 @@ public:
     /// The selected numbers, ascending. Walks all entries.
     [[nodiscard]] std::vector<uint32_t> todas() const;
 
+    /// Selects none.
     void vacia();
+    /// Selects one, or takes it out; again does nothing.
     void pon(size_t indice, bool dentro);
+    /// Selects these too.
     void anade(std::span<const uint32_t> indices);
 
 private:

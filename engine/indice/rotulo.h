@@ -28,8 +28,9 @@ std::optional<Rotulo> leeRotulo(const Almacen &almacen, Envase envase);
 enum class EstadoRotulo { sano, danado, noHay };
 
 /// Looks at every byte of the trailer and of what announces the index, also at
-/// those that leeRotulo() can do without. Damaged is one of which anything can be made out. Throws
-/// Fallo if the store cannot be read there.
+/// those that leeRotulo() can do without. A trailer counts as there, and as
+/// damaged, if as little as its mark or its frame's header can be made out.
+/// Throws Fallo if the store cannot be read there.
 EstadoRotulo estadoDelRotulo(const Almacen &almacen, Envase envase);
 
 } // namespace orcalin

@@ -31,7 +31,7 @@ struct PedidoListar {
 struct PedidoExtraer {
     std::string archivo;
     std::string destino;
-    std::string entrada; ///< as list() prints it
+    std::string entrada; ///< as `list` prints it
     bool todo = true;    ///< no entry was named
     std::string ficheroContrasena;
 };

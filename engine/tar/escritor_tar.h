@@ -7,7 +7,8 @@
 
 namespace orcalin {
 
-/// Writes a pax tar stream.
+/// Writes a pax tar stream. Every operation throws what the receiver below
+/// throws, or Fallo when the stream cannot go on.
 ///
 /// Names are bytes here. The process stays in the "C" locale, where the
 /// library finds that a name beyond ASCII has no UTF-8 form, keeps its bytes

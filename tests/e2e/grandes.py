@@ -1,7 +1,7 @@
 """The way there and back with real trees: dropped on the application, saved,
 extracted by the engine and compared. Not part of the tests: takes its time.
 
-    PYTHONPATH=recorrido tests/e2e/grandes.py --arbol BUILD /usr/share/doc /usr/include
+    PYTHONPATH=recorrido /usr/bin/python3 tests/e2e/grandes.py --arbol BUILD /usr/share/doc /usr/include
 """
 
 import argparse
