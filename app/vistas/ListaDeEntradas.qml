@@ -48,6 +48,9 @@ ListView {
     model: explorador.filas
     clip: true
     reuseItems: true
+    // Rows beyond the edges are made little by little; a search that narrows the
+    // list meanwhile leaves the view with one under way that is no longer there.
+    cacheBuffer: 0
     activeFocusOnTab: true
     keyNavigationEnabled: false
     boundsBehavior: Flickable.StopAtBounds

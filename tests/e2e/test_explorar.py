@@ -274,6 +274,16 @@ class Lista(Explorar):
         self.lee("3 elementos")
         self.assertIsNone(self.app.busca("push button", "Borrar la búsqueda"))
 
+    def test_la_lista_se_estrecha_y_se_ensancha_deprisa(self):
+        carpeta = self.nueva("muchas")
+        for n in range(300):
+            (carpeta / f"n{n:03}.txt").touch()
+        self.explora([carpeta], 301)
+        self.app.espera_foco(self.buscador())
+        for _ in range(10):
+            persona.teclas(*"n299", *["BackSpace"] * 4)
+        self.lee("301 elementos")
+
     def test_elegir_con_raton_y_teclado(self):
         self.explora([self.sencillos()], 6)
         self.pincha(self.fila("b.txt"))
