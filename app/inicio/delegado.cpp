@@ -10,12 +10,13 @@
 Delegado::Delegado(std::unique_ptr<ProveedorDeServicios> servicios)
     : m_servicios(std::move(servicios)) {}
 
-void Delegado::applicationDidFinishLaunching() {
+void Delegado::applicationDidFinishLaunching(const std::function<bool()> &sigue) {
     if (m_servicios) {
         m_servicios->registra();
         m_servicios->refresca();
     }
-    Motor::limpiaTemporales();
+    if (sigue())
+        Motor::limpiaTemporales();
 }
 
 void Delegado::application(const QList<QUrl> &open) {

@@ -3,6 +3,7 @@
 #include <QList>
 #include <QUrl>
 
+#include <functional>
 #include <memory>
 
 /// How the application offers its services to other programs.
@@ -22,8 +23,10 @@ public:
     /// Owns the services provider; none: there is nobody to offer services to.
     explicit Delegado(std::unique_ptr<ProveedorDeServicios> servicios = nullptr);
 
-    /// The start-up steps, once: services, their refresh, old temporaries.
-    void applicationDidFinishLaunching();
+    /// The start-up steps, once: services, their refresh, old temporaries. The
+    /// last only if `sigue`, asked when the services stand, says that this
+    /// process goes on: else the copies are those of the one that does.
+    void applicationDidFinishLaunching(const std::function<bool()> &sigue = [] { return true; });
 
     /// Files were opened with the application. The first archive among them is
     /// shown, shortly after this returns; everything else is ignored.

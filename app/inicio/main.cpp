@@ -119,9 +119,13 @@ int trabaja(const Orden &orden, Fin antes) {
     escritorio.alVolver([&](const Ficha &ficha) { emit recepcion.alFrente(ficha); });
     QObject::connect(app.salida(), &Salida::sale, qApp, [] { QCoreApplication::exit(); });
 
-    app.delegado().applicationDidFinishLaunching();
-    if (const auto estado = estadoSinElNombre(orden, antes))
-        return *estado;
+    std::optional<int> acabado;
+    app.delegado().applicationDidFinishLaunching([&] {
+        acabado = estadoSinElNombre(orden, antes);
+        return !acabado;
+    });
+    if (acabado)
+        return *acabado;
     empieza(recepcion, orden, ventana);
     const int estado = QCoreApplication::exec();
     Puesto::deja();
