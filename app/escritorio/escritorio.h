@@ -10,6 +10,12 @@
 class Saque;
 struct Ficha;
 
+/// When the user is told something outside the window.
+enum class Aviso {
+    SiNoMira, ///< unless the application is in front, where it is to be seen
+    Siempre,  ///< the window does not show it
+};
+
 /// What the desktop gives to the application. One implementation talks to the
 /// real desktop; tests bring their own. Called on the main thread. The panels
 /// are modal: they return when the user has answered, the window stays alive
@@ -47,9 +53,8 @@ public:
     /// the dock or the task bar instead of the window; none: there is no job.
     virtual void avanza(std::optional<double> parte) = 0;
 
-    /// Tells how a job has ended, unless the application is in front, where the
-    /// user sees it. Plain text.
-    virtual void avisa(const QString &titulo, const QString &texto) = 0;
+    /// Tells how a job has ended. Plain text.
+    virtual void avisa(Aviso cuando, const QString &titulo, const QString &texto) = 0;
 
     /// What to do when the user answers such a notice: come to the front, by
     /// what the desktop gave for it.

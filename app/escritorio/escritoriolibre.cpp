@@ -104,8 +104,8 @@ void EscritorioLibre::avanza(std::optional<double> parte) {
     m_lanzador.avanza(parte);
 }
 
-void EscritorioLibre::avisa(const QString &titulo, const QString &texto) {
-    if (QGuiApplication::applicationState() != Qt::ApplicationActive)
+void EscritorioLibre::avisa(Aviso cuando, const QString &titulo, const QString &texto) {
+    if (cuando == Aviso::Siempre || QGuiApplication::applicationState() != Qt::ApplicationActive)
         m_notificaciones.muestra(titulo, texto);
 }
 

@@ -27,7 +27,7 @@ public:
     void revela(const QUrl &url) override;
 
     void avanza(std::optional<double> parte) override;
-    void avisa(const QString &titulo, const QString &texto) override;
+    void avisa(Aviso cuando, const QString &titulo, const QString &texto) override;
     void alVolver(std::function<void(const Ficha &ficha)> hacer) override;
     bool arrastra(Saque &saque, const QString &rotulo) override;
 

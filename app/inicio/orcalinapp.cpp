@@ -2,6 +2,7 @@
 
 #include "abierto.h"
 #include "escritorio/escritorio.h"
+#include "motor/enmarcha.h"
 #include "motor/ruta.h"
 
 namespace {
@@ -19,6 +20,11 @@ OrcalinApp::OrcalinApp(std::unique_ptr<Delegado> delegado, Escritorio &escritori
     , m_escritorio(escritorio)
     , m_abierto(Abierto::compartido()) {
     connect(&m_abierto, &Abierto::vaACambiar, this, &OrcalinApp::pideBody);
+    connect(&EnMarcha::compresiones(), &EnMarcha::acabaSola, this,
+            [this](const Motor::Estado &estado) {
+                const Final final = Pantalla::final(estado, m_escritorio);
+                m_escritorio.avisa(Aviso::Siempre, final.titulo, final.texto);
+            });
     body();
 }
 

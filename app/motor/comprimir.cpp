@@ -82,8 +82,17 @@ struct Motor::Compresion {
     void acaba(const Proceso::Final &fin) const {
         clave::quita(clave);
         const qint64 salida = bytesLegibles(destino);
-        publicador.publica([*this, salida, fin] { return resultado(salida, fin); });
-        enPrincipal([suyo = turno] { EnMarcha::compresiones().sale(suyo); });
+        enPrincipal([*this, salida, fin] { despide(resultado(salida, fin)); });
+    }
+
+    // In one step, so that nobody can go between being told and the end.
+    void despide(const Estado &final) const {
+        if (Motor *motor = publicador.motor()) {
+            motor->ponEstado(final);
+            EnMarcha::compresiones().sale(turno);
+        } else {
+            EnMarcha::compresiones().saleSola(turno, final);
+        }
     }
 
     Estado resultado(qint64 salida, const Proceso::Final &fin) const {

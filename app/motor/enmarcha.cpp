@@ -10,6 +10,12 @@ EnMarcha::Turno EnMarcha::entra() {
     return m_ultimo;
 }
 
+void EnMarcha::saleSola(Turno turno, const estados::Estado &final) {
+    if (m_turnos.contains(turno))
+        emit acabaSola(final);
+    sale(turno);
+}
+
 void EnMarcha::sale(Turno turno) {
     if (m_turnos.remove(turno) && m_turnos.isEmpty())
         emit acaban();

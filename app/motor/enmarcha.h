@@ -1,5 +1,7 @@
 #pragma once
 
+#include "estado.h"
+
 #include <QObject>
 #include <QSet>
 
@@ -20,8 +22,14 @@ public:
     Turno entra();
     /// Again, or for none, does nothing.
     void sale(Turno turno);
+    /// The same for one that has reached its end with nobody left to publish
+    /// it.
+    void saleSola(Turno turno, const estados::Estado &final);
 
 signals:
+    /// One has ended that no Motor shows any more, `Hecho` or `Error`. What
+    /// was cancelled before ends without it.
+    void acabaSola(const estados::Estado &final);
     /// The last one has gone.
     void acaban();
 

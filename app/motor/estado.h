@@ -38,4 +38,6 @@ struct Reposo {
     bool operator==(const Reposo &) const = default;
 };
 
+using Estado = std::variant<Trabajando, Hecho, Error, Reposo>;
+
 } // namespace estados

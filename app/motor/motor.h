@@ -31,7 +31,7 @@ public:
     using Hecho = estados::Hecho;
     using Error = estados::Error;
     using Reposo = estados::Reposo;
-    using Estado = std::variant<Trabajando, Hecho, Error, Reposo>;
+    using Estado = estados::Estado;
 
     /// The entries of an archive, and the place of a copy of one.
     using Listado = Lectura<QList<Entrada>>;

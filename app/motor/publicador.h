@@ -23,6 +23,9 @@ public:
         });
     }
 
+    /// The Motor, or null when it is gone. Main thread.
+    [[nodiscard]] Motor *motor() const { return m_motor; }
+
 private:
     QPointer<Motor> m_motor; // looked at on the main thread only
 };

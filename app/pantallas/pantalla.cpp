@@ -15,7 +15,7 @@ Pantalla::Pantalla(QList<QUrl> inicial, Escritorio &escritorio, QObject *padre)
     : QObject(padre)
     , m_inicial(std::move(inicial))
     , m_escritorio(escritorio)
-    , m_seguimiento(m_motor, escritorio, [this] { return final(); }) {
+    , m_seguimiento(m_motor, escritorio, [this] { return final(m_motor.estado(), m_escritorio); }) {
     connect(&m_motor, &Motor::estadoCambia, this, &Pantalla::estadoCambia);
     connect(this, &Pantalla::origenesCambian, this, &Pantalla::puedeGuardarCambia);
     connect(this, &Pantalla::opcionesCambian, this, &Pantalla::puedeGuardarCambia);

@@ -93,6 +93,9 @@ public:
     /// link is not one: it is packed as a link.
     static bool esCarpeta(const QUrl &url);
 
+    /// Words the end of a compression, `Hecho` or `Error`.
+    static Final final(const Motor::Estado &estado, const Escritorio &escritorio);
+
 public slots:
     /// The screen has come into view: takes `inicial` over, once.
     void aparece();
@@ -136,7 +139,6 @@ private:
     void ponEncima(bool encima);
     void ponOrigenes(QList<QUrl> origenes);
     void mide();
-    [[nodiscard]] Final final() const;
     [[nodiscard]] QString nombrePropuesto() const;
 
     const QList<QUrl> m_inicial;

@@ -27,5 +27,5 @@ void Seguimiento::mira() {
     if (std::holds_alternative<Motor::Reposo>(m_motor.estado()))
         return;
     const Final final = m_final();
-    m_escritorio.avisa(final.titulo, final.texto);
+    m_escritorio.avisa(Aviso::SiNoMira, final.titulo, final.texto);
 }

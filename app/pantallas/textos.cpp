@@ -11,6 +11,21 @@ const Caso *si(const Motor &motor) {
     return std::get_if<Caso>(&motor.estado());
 }
 
+QString tamanosDe(const Motor::Hecho &hecho, const Escritorio &escritorio) {
+    return escritorio.textoDeBytes(hecho.entrada) + QStringLiteral("  →  ") +
+           escritorio.textoDeBytes(hecho.salida);
+}
+
+QString ahorroDe(const Motor::Hecho &hecho, const Escritorio &escritorio) {
+    if (hecho.entrada < 1)
+        return {};
+    const double quedan =
+        static_cast<double>(hecho.salida) / static_cast<double>(hecho.entrada) * 100;
+    return QStringLiteral("ahorras %1 · %2% menos")
+        .arg(escritorio.textoDeBytes(hecho.entrada - hecho.salida))
+        .arg(static_cast<qint64>(100 - quedan));
+}
+
 } // namespace
 
 Pantalla::Panel Pantalla::panel() const {
@@ -73,21 +88,12 @@ QString Pantalla::detalle() const {
 
 QString Pantalla::tamanos() const {
     const auto *hecho = si<Motor::Hecho>(m_motor);
-    if (hecho == nullptr)
-        return {};
-    return m_escritorio.textoDeBytes(hecho->entrada) + QStringLiteral("  →  ") +
-           m_escritorio.textoDeBytes(hecho->salida);
+    return hecho != nullptr ? tamanosDe(*hecho, m_escritorio) : QString();
 }
 
 QString Pantalla::ahorro() const {
     const auto *hecho = si<Motor::Hecho>(m_motor);
-    if (hecho == nullptr || hecho->entrada < 1)
-        return {};
-    const double quedan =
-        static_cast<double>(hecho->salida) / static_cast<double>(hecho->entrada) * 100;
-    return QStringLiteral("ahorras %1 · %2% menos")
-        .arg(m_escritorio.textoDeBytes(hecho->entrada - hecho->salida))
-        .arg(static_cast<qint64>(100 - quedan));
+    return hecho != nullptr ? ahorroDe(*hecho, m_escritorio) : QString();
 }
 
 QString Pantalla::duracion() const {
@@ -105,13 +111,15 @@ QString Pantalla::mensaje() const {
     return error != nullptr ? error->texto : QString();
 }
 
-Final Pantalla::final() const {
-    const auto *hecho = si<Motor::Hecho>(m_motor);
+Final Pantalla::final(const Motor::Estado &estado, const Escritorio &escritorio) {
+    if (const auto *error = std::get_if<Motor::Error>(&estado))
+        return {QStringLiteral("No se pudo guardar"), error->texto};
+    const auto *hecho = std::get_if<Motor::Hecho>(&estado);
     if (hecho == nullptr)
-        return {QStringLiteral("No se pudo guardar"), mensaje()};
-    QStringList lineas{tamanos()};
-    if (!ahorro().isEmpty())
-        lineas.append(ahorro());
+        return {};
+    QStringList lineas{tamanosDe(*hecho, escritorio)};
+    if (const QString ahorro = ahorroDe(*hecho, escritorio); !ahorro.isEmpty())
+        lineas.append(ahorro);
     return {QStringLiteral("Guardado en «%1»").arg(ruta::ultimoComponente(hecho->ruta)),
             lineas.join(u'\n')};
 }

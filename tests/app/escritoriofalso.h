@@ -21,6 +21,7 @@ public:
 
     QList<std::optional<double>> partes;
     QStringList avisos;
+    Aviso ultimoAviso = Aviso::SiNoMira;
     std::function<bool(Saque &, const QString &)> lleva; ///< what the mouse does
 
     std::function<void()> entretanto = [] {}; ///< while a panel is open
@@ -49,7 +50,8 @@ public:
     }
     void revela(const QUrl &url) override { revelados.append(url); }
     void avanza(std::optional<double> parte) override { partes.append(parte); }
-    void avisa(const QString &titulo, const QString &texto) override {
+    void avisa(Aviso cuando, const QString &titulo, const QString &texto) override {
+        ultimoAviso = cuando;
         avisos.append(titulo + QStringLiteral(": ") + texto);
     }
     void alVolver(std::function<void(const Ficha &)>) override {}

@@ -47,6 +47,9 @@ private slots:
         QCOMPARE(pasos, (QStringList{"registra con temporales", "refresca con temporales"}));
         QVERIFY(!banco.hay("orcalin-ver"));
         Delegado().applicationDidFinishLaunching(); // nobody to offer services to
+        banco.fichero("orcalin-ver/de-otro", "");
+        Delegado().applicationDidFinishLaunching([] { return false; });
+        QVERIFY(banco.hay("orcalin-ver/de-otro"));
     }
 
     void losFicherosAbiertos() {
@@ -111,6 +114,42 @@ private slots:
         QVERIFY(app.pantalla() != llena);
         app.pantalla()->aparece();
         QCOMPARE(app.pantalla()->origenes().size(), 2);
+    }
+
+    // With its screen gone there is nothing to look at, in front or not.
+    void elFinalDeLoQueSiguioSinPantallaSeAvisa() {
+        const Banco banco;
+        const QUrl origen = banco.fichero("a", "12345");
+        EscritorioFalso escritorio;
+        escritorio.destino = banco.url("x.okz");
+        OrcalinApp app(std::make_unique<Delegado>(), escritorio);
+        const auto guarda = [&](const Guion &guion) {
+            banco.ponMotor(guion);
+            app.pantalla()->suelta({origen});
+            app.pantalla()->guardar();
+        };
+        const auto vaYVuelve = [&] {
+            const QPointer pantalla(app.pantalla());
+            Abierto::compartido().ponArchivo(url("/a.okz"));
+            QTRY_VERIFY(!pantalla);
+            app.guardarAlgo();
+            QTRY_VERIFY(app.pantalla());
+        };
+        guarda({"aguarda nunca"});
+        app.pantalla()->cancelar(); // of this one nobody wants to hear
+        vaYVuelve();
+        guarda({"aguarda uno", "escribe-destino 3"});
+        vaYVuelve();
+        banco.fichero("uno", "");
+        QTRY_COMPARE(escritorio.avisos.size(), 1);
+        guarda({"aguarda dos", "error Error: lleno\\n", "sale 1"});
+        vaYVuelve();
+        banco.fichero("dos", "");
+        QTRY_COMPARE(escritorio.avisos.size(), 2);
+        QCOMPARE(escritorio.avisos,
+                 (QStringList{"Guardado en «x.okz»: 5 b  →  3 b\nahorras 2 b · 40% menos",
+                              "No se pudo guardar: lleno"}));
+        QCOMPARE(escritorio.ultimoAviso, Aviso::Siempre);
     }
 
     void salirPreguntaMientrasSeComprime() {

@@ -7,7 +7,7 @@ from urllib.parse import quote
 
 from buses import Bus, GLib
 from caso import SESION, Caso, persona
-from instalado import CasoInstalado, pon_guion
+from instalado import PREFIJO, CasoInstalado, pon_guion
 
 GESTOR = "org.freedesktop.FileManager1"
 DUNST = ("org.freedesktop.Notifications", "/org/freedesktop/Notifications", "org.dunstproject.cmd0")
@@ -29,6 +29,11 @@ def con_bus(caso):
 
 class Trabajos(CasoInstalado):
     """Jobs, as they are seen from outside the window."""
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        SESION._lanza(["dunst", "-conf", "/dev/null"])
 
     def setUp(self):
         super().setUp()
@@ -65,7 +70,6 @@ class Trabajos(CasoInstalado):
         return datos[0]
 
     def test_el_final_se_avisa_a_quien_no_mira(self):
-        SESION._lanza(["dunst", "-conf", "/dev/null"])
         persona.hasta(lambda: self.mostradas() == 0, "el demonio de avisos")
         self.abre_instalada()
         self.guarda("escribe-destino 333")
@@ -92,6 +96,23 @@ class Trabajos(CasoInstalado):
                 self.assertEqual(ultima["appname"], "Orcalin")
                 if titulo.startswith("Guardado"):
                     self.otra()
+
+    def test_el_final_se_avisa_aunque_se_mire_si_la_pantalla_ya_no_esta(self):
+        persona.hasta(lambda: self.mostradas() == 0, "el demonio de avisos")
+        self.abre_instalada()
+        self.guarda(LENTO[0], "espera 4000", "escribe-destino 333")
+        self.app.espera("push button", "Cancelar")
+        otro = self.casa / "otro.okz"
+        otro.touch()
+        subprocess.run([PREFIJO / "bin/orcalin-app", otro], env=SESION.entorno(), check=True)
+        self.app.espera("push button", "Guardar algo")
+        self.espera_delante()
+        persona.hasta(lambda: self.mostradas() == 1, "el aviso")
+        self.espera_delante()
+        self.bus.llama(*DUNST, "NotificationCloseAll")
+        persona.hasta(lambda: self.mostradas() == 0, "el aviso retirado")
+        ultima = self.bus.llama(*DUNST, "NotificationListHistory")[0][0]
+        self.assertEqual(ultima["summary"], "Guardado en «carta & <b>1.okz»")
 
     def test_el_progreso_en_la_barra_de_tareas(self):
         dichas = self.bus.oye("com.canonical.Unity.LauncherEntry", "Update")
