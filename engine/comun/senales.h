@@ -13,7 +13,8 @@ void ignoraSenalesDeEscritura();
 /// From here on SIGTERM, SIGINT and SIGHUP (unless whoever started us had the
 /// last two ignored) remove the ephemeral file, say «Error: » and `texto` on
 /// standard error, and end the process with status 1, whatever it is at. To be
-/// called before any other thread exists. Throws std::system_error.
+/// called before any other thread exists; a second call changes nothing. Throws
+/// std::system_error.
 void atiendeCancelacion(std::string_view texto);
 
 /// The ephemeral file is the one that a cancel removes; there is none or one at
