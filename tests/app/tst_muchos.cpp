@@ -30,24 +30,33 @@ QList<qsizetype> rastro(const Banco &banco) {
 }
 
 // Some jobs of a kind at once, and the wait for their ends.
-using Trabajos = void (*)(const Banco &banco);
+using Trabajos = std::function<void(const Banco &banco)>;
 
-// Jobs with a driver each; `hacer` starts one.
+// Those with a driver each; `hacer` starts one.
 template<typename Hacer>
-void conMotores(Hacer hacer) {
-    std::array<std::unique_ptr<Motor>, kALaVez> motores;
-    std::vector<std::unique_ptr<Testigo>> testigos;
-    for (auto &motor : motores) {
-        motor = std::make_unique<Motor>();
-        testigos.push_back(std::make_unique<Testigo>(*motor));
-        hacer(motor);
-    }
-    for (size_t i = 0; i < motores.size(); ++i)
-        QVERIFY(!motores[i] || testigos[i]->esperaFinal());
+Trabajos conMotores(Hacer hacer) {
+    return [hacer](const Banco &banco) {
+        std::array<std::unique_ptr<Motor>, kALaVez> motores;
+        std::vector<std::unique_ptr<Testigo>> testigos;
+        for (auto &motor : motores) {
+            motor = std::make_unique<Motor>();
+            testigos.push_back(std::make_unique<Testigo>(*motor));
+            hacer(banco, motor);
+        }
+        for (size_t i = 0; i < motores.size(); ++i)
+            QVERIFY(!motores[i] || testigos[i]->esperaFinal());
+    };
 }
 
-void comprime(const Banco &banco, Motor &motor) {
-    motor.comprimir({banco.url("a")}, banco.url("c.okz"), false, kClave);
+void comprime(const Banco &banco, const std::unique_ptr<Motor> &motor) {
+    motor->comprimir({banco.url("a")}, banco.url("c.okz"), false, kClave);
+}
+
+// These entries, or everything.
+Trabajos recuperan(const QStringList &rutas) {
+    return conMotores([rutas](const Banco &banco, auto &motor) {
+        motor->recuperarVarios(banco.url("a.okz"), banco.url("d"), rutas, kClave);
+    });
 }
 
 void listan(const Banco &banco) {
@@ -55,12 +64,6 @@ void listan(const Banco &banco) {
     for (int i = 0; i < kALaVez; ++i)
         todos.push_back(std::async(std::launch::async,
                                    [&banco] { (void)Motor::listar(banco.url("a.okz"), kClave); }));
-}
-
-void recuperan(const Banco &banco, const QStringList &rutas) {
-    conMotores([&](auto &motor) {
-        motor->recuperarVarios(banco.url("a.okz"), banco.url("d"), rutas, kClave);
-    });
 }
 
 void sacan(const Banco &banco) {
@@ -80,40 +83,26 @@ private slots:
     void nadaQueda_data() {
         QTest::addColumn<Trabajos>("trabajos");
         QTest::addColumn<Guion>("guion");
-        const auto filas = [](const char *nombre, Trabajos trabajos, const QByteArray &exito) {
+        const auto filas = [](const char *nombre, const Trabajos &trabajos,
+                              const QByteArray &exito) {
             QTest::addRow("%s, éxito", nombre) << trabajos << Guion{exito};
             QTest::addRow("%s, fallo", nombre) << trabajos << Guion{"error Error: x\\n", "sale 1"};
             QTest::addRow("%s, muerte", nombre) << trabajos << Guion{"senal 9"};
         };
-        const Trabajos comprimen = [](const Banco &banco) {
-            conMotores([&](auto &motor) { comprime(banco, *motor); });
-        };
-        filas("comprimir", comprimen, "error 1/1 ficheros (100%), 0 MiB\\n");
+        filas("comprimir", conMotores(comprime), "error 1/1 ficheros (100%), 0 MiB\\n");
         filas("listar", listan, "salida -0644 1 x\\n");
-        filas(
-            "recuperar dos",
-            [](const Banco &b) {
-                recuperan(b, {"x", "y"});
-            },
-            "salida ruido");
-        filas(
-            "recuperar todo", [](const Banco &b) { recuperan(b, {}); }, "salida ruido");
+        filas("recuperar dos", recuperan({"x", "y"}), "salida ruido");
+        filas("recuperar todo", recuperan({}), "salida ruido");
         filas("sacar para ver", sacan, "crea-entrada x");
-        const Trabajos cancelan = [](const Banco &banco) {
-            conMotores([&](auto &motor) {
-                comprime(banco, *motor);
-                motor->cancelar();
-            });
-        };
-        const Trabajos sueltan = [](const Banco &banco) {
-            conMotores([&](auto &motor) {
-                comprime(banco, *motor);
-                motor.reset();
-            });
-        };
-        QTest::newRow("cancelado") << cancelan << Guion{"espera 60000"};
-        QTest::newRow("sin dueño") << sueltan << Guion{"espera 5"};
-        QTest::newRow("sin motor") << comprimen << Guion{};
+        QTest::newRow("sin motor") << conMotores(comprime) << Guion{};
+        QTest::newRow("cancelado") << conMotores([](const Banco &banco, auto &motor) {
+            comprime(banco, motor);
+            motor->cancelar();
+        }) << Guion{"espera 60000"};
+        QTest::newRow("sin dueño") << conMotores([](const Banco &banco, auto &motor) {
+            comprime(banco, motor);
+            motor.reset();
+        }) << Guion{"espera 5"};
     }
     void nadaQueda() {
         QFETCH(Trabajos, trabajos);
@@ -136,10 +125,8 @@ private slots:
         Banco::ponFicheroComoMotor();
         banco.fichero("a", "a");
         const auto antes = rastro(banco);
-        for (int i = 0; i < kTrabajos; ++i) {
-            Motor motor;
-            comprime(banco, motor);
-        }
+        for (int i = 0; i < kTrabajos; ++i)
+            comprime(banco, std::make_unique<Motor>());
         QCOMPARE(banco.claves().size(), kTrabajos);
         auto despues = rastro(banco);
         despues.last() -= kTrabajos;
