@@ -7,7 +7,8 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
+#include <functional>
+#include <map>
 #include <sstream>
 #include <string>
 #include <sys/stat.h>
@@ -28,22 +29,13 @@ std::string descifra(const std::string &texto) {
             bytes += texto[i];
             continue;
         }
-        switch (texto[++i]) {
-        case 'n':
-            bytes += '\n';
-            break;
-        case 'r':
-            bytes += '\r';
-            break;
-        case 't':
-            bytes += '\t';
-            break;
-        case 'x':
+        const char clase = texto[++i];
+        const size_t conocida = std::string_view("nrt").find(clase);
+        if (clase == 'x') {
             bytes += static_cast<char>(std::stoi(texto.substr(i + 1, 2), nullptr, 16));
             i += 2;
-            break;
-        default:
-            bytes += texto[i];
+        } else {
+            bytes += conocida == std::string_view::npos ? clase : "\n\r\t"[conocida];
         }
     }
     return bytes;
@@ -116,6 +108,11 @@ void parlotea(int ms) {
         di(STDOUT_FILENO, bloque), di(STDERR_FILENO, bloque);
 }
 
+void dejaNieto(void (*hacer)(int), const std::string &ms) {
+    if (::fork() == 0)
+        hacer(std::stoi(ms)), ::_exit(0);
+}
+
 // The entry that was asked for, below the folder that was told.
 std::filesystem::path copiaDe(const std::string &entrada) {
     const std::filesystem::path copia = tras("-o") + '/' + entrada;
@@ -129,13 +126,9 @@ int cuentaVez(const std::string &fichero) {
     return static_cast<int>(std::filesystem::file_size(fichero));
 }
 
-void repite(const std::string &dato) {
-    const size_t corte = dato.find(' ');
-    const std::string bytes = descifra(dato.substr(corte + 1));
-    std::string todo;
-    for (int veces = std::stoi(dato); veces > 0; --veces)
-        todo += bytes;
-    di(STDOUT_FILENO, todo);
+void enSuVez(const std::string &dato) {
+    if (std::stoi(dato) == vez)
+        juegaLinea(dato.substr(dato.find(' ') + 1));
 }
 
 // Ends the run unless the password file holds this.
@@ -148,58 +141,39 @@ void exige(const std::string &contrasena) {
     ::_exit(1);
 }
 
-void juega(const std::string &accion, const std::string &dato) {
-    if (accion == "error")
-        di(STDERR_FILENO, descifra(dato));
-    else if (accion == "salida")
-        di(STDOUT_FILENO, descifra(dato));
-    else if (accion == "espera")
-        espera(std::stoi(dato));
-    else if (accion == "aguarda")
-        aguarda(dato);
-    else if (accion == "inunda")
-        inunda(STDERR_FILENO, std::stol(dato));
-    else if (accion == "inunda-salida")
-        inunda(STDOUT_FILENO, std::stol(dato));
-    else if (accion == "cierra")
-        ::close(STDOUT_FILENO), ::close(STDERR_FILENO);
-    else if (accion == "ignora")
-        ::signal(SIGTERM, SIG_IGN);
-    else if (accion == "deja-nieto" && ::fork() == 0)
-        espera(std::stoi(dato)), ::_exit(0);
-    else if (accion == "deja-nieto-hablador" && ::fork() == 0)
-        parlotea(std::stoi(dato)), ::_exit(0);
-    else if (accion == "escribe-destino")
-        std::ofstream(tras("-o")) << std::string(std::stoul(dato), 'o');
-    else if (accion == "crea-entrada")
-        std::ofstream(copiaDe(tras("--file"))) << dato;
-    else if (accion == "crea")
-        std::ofstream(copiaDe(descifra(dato))) << "x";
-    else if (accion == "enlaza-entrada")
-        std::filesystem::create_symlink(dato, copiaDe(tras("--file")));
-    else if (accion == "cuenta")
-        vez = cuentaVez(dato);
-    else if (accion == "en" && std::stoi(dato) == vez)
-        juegaLinea(dato.substr(dato.find(' ') + 1));
-    else if (accion == "repite")
-        repite(dato);
-    else if (accion == "exige")
-        exige(dato);
-    else if (accion == "argumentos")
-        apuntaArgumentos(dato);
-    else if (accion == "clave")
-        apuntaClave(dato);
-    else if (accion == "descriptores")
-        apuntaDescriptores(dato);
-    else if (accion == "senal")
-        ::raise(std::stoi(dato));
-    else if (accion == "sale")
-        ::_exit(std::stoi(dato));
-}
+using Accion = std::function<void(const std::string &dato)>;
+const std::map<std::string, Accion> kAcciones{
+    {"error", [](auto &dato) { di(STDERR_FILENO, descifra(dato)); }},
+    {"salida", [](auto &dato) { di(STDOUT_FILENO, descifra(dato)); }},
+    {"espera", [](auto &dato) { espera(std::stoi(dato)); }},
+    {"aguarda", aguarda},
+    {"inunda", [](auto &dato) { inunda(STDERR_FILENO, std::stol(dato)); }},
+    {"inunda-salida", [](auto &dato) { inunda(STDOUT_FILENO, std::stol(dato)); }},
+    {"cierra", [](auto &) { ::close(STDOUT_FILENO), ::close(STDERR_FILENO); }},
+    {"ignora", [](auto &) { ::signal(SIGTERM, SIG_IGN); }},
+    {"deja-nieto", [](auto &dato) { dejaNieto(espera, dato); }},
+    {"deja-nieto-hablador", [](auto &dato) { dejaNieto(parlotea, dato); }},
+    {"escribe-destino",
+     [](auto &dato) { std::ofstream(tras("-o")) << std::string(std::stoul(dato), 'o'); }},
+    {"crea-entrada", [](auto &dato) { std::ofstream(copiaDe(tras("--file"))) << dato; }},
+    {"crea", [](auto &dato) { std::ofstream(copiaDe(descifra(dato))) << "x"; }},
+    {"enlaza-entrada",
+     [](auto &dato) { std::filesystem::create_symlink(dato, copiaDe(tras("--file"))); }},
+    {"cuenta", [](auto &dato) { vez = cuentaVez(dato); }},
+    {"en", enSuVez},
+    {"exige", exige},
+    {"argumentos", apuntaArgumentos},
+    {"clave", apuntaClave},
+    {"descriptores", apuntaDescriptores},
+    {"senal", [](auto &dato) { ::raise(std::stoi(dato)); }},
+    {"sale", [](auto &dato) { ::_exit(std::stoi(dato)); }},
+};
 
 void juegaLinea(const std::string &linea) {
     const size_t corte = linea.find(' ');
-    juega(linea.substr(0, corte), corte == std::string::npos ? "" : linea.substr(corte + 1));
+    const auto accion = kAcciones.find(linea.substr(0, corte));
+    if (accion != kAcciones.end())
+        accion->second(corte == std::string::npos ? "" : linea.substr(corte + 1));
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <cmath>
@@ -100,6 +101,13 @@ QList<QByteArray> Banco::argumentos() const {
     QList<QByteArray> todos = lee("args").split('\0');
     todos.removeLast();
     return todos;
+}
+
+QByteArray Banco::ordenes() const {
+    static const QRegularExpression uuid(
+        QStringLiteral("[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}"));
+    const QByteArray todo = argumentos().join('|').replace(ruta("").chopped(1), "~");
+    return QString::fromLatin1(todo).replace(uuid, "*").toLatin1();
 }
 
 void Banco::enlace(const QByteArray &a, const QByteArray &nombre) const {

@@ -37,6 +37,8 @@ public:
 
     /// What the scripted child's "argumentos args" wrote, of all its runs.
     [[nodiscard]] QList<QByteArray> argumentos() const;
+    /// The same with "|" between them, "~" for the folder and "*" for a UUID.
+    [[nodiscard]] QByteArray ordenes() const;
     /// The password files that lie in the temporary folder.
     [[nodiscard]] QStringList claves() const;
 

@@ -9,14 +9,10 @@ class EscritorioFalso : public Escritorio {
 public:
     QList<QUrl> origenes;
     std::optional<QUrl> destino;
-    std::optional<QUrl> archivo;
-
     std::optional<QUrl> carpeta;
-    bool seAbre = true;
 
     QString nombrePropuesto;
     QString mensaje;
-    QList<QUrl> abiertos;
     QList<QUrl> revelados;
 
     QList<std::optional<double>> partes;
@@ -35,16 +31,13 @@ public:
         entretanto();
         return destino;
     }
-    std::optional<QUrl> eligeArchivo() override { return archivo; }
+    std::optional<QUrl> eligeArchivo() override { return {}; }
     std::optional<QUrl> eligeCarpeta(const QString &texto) override {
         mensaje = texto;
         entretanto();
         return carpeta;
     }
-    bool abre(const QUrl &url) override {
-        abiertos.append(url);
-        return seAbre;
-    }
+    bool abre(const QUrl &) override { return true; }
     [[nodiscard]] QString textoDeBytes(qint64 bytes) const override {
         return QString::number(bytes) + QStringLiteral(" b");
     }

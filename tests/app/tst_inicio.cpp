@@ -10,21 +10,10 @@
 
 namespace {
 
-// A provider that notes what it is told, and what had not happened by then.
-class ProveedorFalso : public ProveedorDeServicios {
-public:
-    ProveedorFalso(QStringList &pasos, const Banco &banco)
-        : m_pasos(pasos)
-        , m_banco(banco) {}
-    void registra() override { apunta(QStringLiteral("registra")); }
-    void refresca() override { apunta(QStringLiteral("refresca")); }
-
-private:
-    void apunta(const QString &paso) {
-        m_pasos.append(paso + (m_banco.hay("orcalin-ver") ? " con temporales" : ""));
-    }
-    QStringList &m_pasos;
-    const Banco &m_banco;
+struct ProveedorFalso : ProveedorDeServicios {
+    std::function<void(const QString &)> apunta;
+    void registra() override { apunta("registra"); }
+    void refresca() override { apunta("refresca"); }
 };
 
 } // namespace
@@ -42,29 +31,17 @@ private slots:
         const Banco banco;
         banco.fichero("orcalin-ver/resto", "");
         QStringList pasos;
-        Delegado delegado(std::make_unique<ProveedorFalso>(pasos, banco));
-        delegado.applicationDidFinishLaunching();
-        QCOMPARE(pasos, (QStringList{"registra con temporales", "refresca con temporales"}));
+        auto proveedor = std::make_unique<ProveedorFalso>();
+        proveedor->apunta = [&](const QString &paso) {
+            pasos.append(paso + (banco.hay("orcalin-ver") ? " antes" : " después"));
+        };
+        Delegado(std::move(proveedor)).applicationDidFinishLaunching();
+        QCOMPARE(pasos, (QStringList{"registra antes", "refresca antes"}));
         QVERIFY(!banco.hay("orcalin-ver"));
         Delegado().applicationDidFinishLaunching(); // nobody to offer services to
         banco.fichero("orcalin-ver/de-otro", "");
         Delegado().applicationDidFinishLaunching([] { return false; });
         QVERIFY(banco.hay("orcalin-ver/de-otro"));
-    }
-
-    void losFicherosAbiertos() {
-        const std::pair<QList<QUrl>, QUrl> casos[]{
-            {{url("/a.txt"), url("/x.OKZ"), url("/1.okz")}, url("/x.OKZ")},
-            {{url("/a.txt"), url("/okz")}, QUrl()},
-            {{}, QUrl()},
-        };
-        for (const auto &[dados, archivo] : casos) {
-            init();
-            Delegado::application(dados);
-            QVERIFY(!Abierto::compartido().archivo()); // not before the call has returned
-            QCoreApplication::processEvents();
-            QCOMPARE(Abierto::compartido().archivo().value_or(QUrl()), archivo);
-        }
     }
 
     void unArchivoTraeElExploradorYGuardarAlgoLaPantalla() {

@@ -1,13 +1,7 @@
 // The listing job: command line, failures, engines that misbehave.
 #include "banco.h"
-#include "motor/proceso.h"
 
 #include <QTest>
-
-#include <chrono>
-#include <future>
-
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -40,18 +34,15 @@ private slots:
         const Banco banco({"argumentos args", "clave clave", "salida d0755 0 b\\r\\n-0644 5 b/ñ\\n",
                            "error Error: contraseña, solo un aviso\\n", "salida -0644 1 a"});
         QCOMPARE(lista(banco, "sésamo \n"), (QStringList{"b", "b/ñ", "a"}));
-        const QList<QByteArray> una{"list", banco.ruta("-x\n\xff.okz")};
-        const QByteArray clave = banco.argumentos().value(3);
-        QVERIFY(clave.startsWith(banco.ruta("okz-")));
-        const QList<QByteArray> conClave = una + QList<QByteArray>{"--password-file", clave};
-        QCOMPARE(banco.argumentos(), conClave);
+        const QByteArray conClave = "list|~/-x\n\xff.okz|--password-file|~/okz-*";
+        QCOMPARE(banco.ordenes(), conClave);
         QCOMPARE(banco.lee("clave"), "600 sésamo \n");
         QVERIFY(banco.claves().isEmpty());
 
         banco.ponMotor({"argumentos args"});
         QCOMPARE(lista(banco, std::nullopt), QStringList());
         QCOMPARE(lista(banco, QString()), QStringList());
-        QCOMPARE(banco.argumentos(), conClave + una + una);
+        QCOMPARE(banco.ordenes(), conClave + "|list|~/-x\n\xff.okz|list|~/-x\n\xff.okz");
     }
 
     void porQueNoSeLee() {
@@ -89,16 +80,6 @@ private slots:
         QCOMPARE(lista(banco), (QStringList{"a", "b"}));
         banco.ponMotor({"inunda 1000000", "error \\nError: harto\\n", "sale 1"});
         QCOMPARE(lista(banco), QStringList{"harto"});
-    }
-
-    // The last one: after it every child is killed as it starts.
-    void alSalirNoSeEsperaAUnListado() {
-        const Banco banco({"salida -0644 1 a\\n", "espera 60000"});
-        auto listado = std::async(std::launch::async, [&banco] { return lista(banco); });
-        QCOMPARE(listado.wait_for(200ms), std::future_status::timeout);
-        Proceso::terminaTodos(5s);
-        QCOMPARE(listado.get(), QStringList{kNada});
-        QVERIFY(banco.claves().isEmpty());
     }
 };
 

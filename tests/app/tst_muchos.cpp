@@ -24,52 +24,38 @@ qsizetype temporalesDe(const Banco &banco) {
            carpeta.entryList({QStringLiteral("tsan.*")}).size();
 }
 
-struct Rastro {
-    int descriptores = cuantos("/proc/self/fd");
-    int hilos = cuantos("/proc/self/task");
-    qsizetype temporales;
-
-    explicit Rastro(const Banco &banco)
-        : temporales(temporalesDe(banco)) {}
-    bool operator==(const Rastro &) const = default;
-};
+// Descriptors, threads and temporary files.
+QList<qsizetype> rastro(const Banco &banco) {
+    return {cuantos("/proc/self/fd"), cuantos("/proc/self/task"), temporalesDe(banco)};
+}
 
 // Some jobs of a kind at once, and the wait for their ends.
-using Trabajos = void (*)(const Banco &banco);
+using Trabajos = std::function<void(const Banco &banco)>;
 
-// Jobs with a driver each; `hacer` starts one.
+// Those with a driver each; `hacer` starts one.
 template<typename Hacer>
-void conMotores(Hacer hacer) {
-    std::array<std::unique_ptr<Motor>, kALaVez> motores;
-    std::vector<std::unique_ptr<Testigo>> testigos;
-    for (auto &motor : motores) {
-        motor = std::make_unique<Motor>();
-        testigos.push_back(std::make_unique<Testigo>(*motor));
-        hacer(motor);
-    }
-    for (size_t i = 0; i < motores.size(); ++i)
-        QVERIFY(!motores[i] || testigos[i]->esperaFinal());
+Trabajos conMotores(Hacer hacer) {
+    return [hacer](const Banco &banco) {
+        std::array<std::unique_ptr<Motor>, kALaVez> motores;
+        std::vector<std::unique_ptr<Testigo>> testigos;
+        for (auto &motor : motores) {
+            motor = std::make_unique<Motor>();
+            testigos.push_back(std::make_unique<Testigo>(*motor));
+            hacer(banco, motor);
+        }
+        for (size_t i = 0; i < motores.size(); ++i)
+            QVERIFY(!motores[i] || testigos[i]->esperaFinal());
+    };
 }
 
-void comprime(const Banco &banco, Motor &motor) {
-    motor.comprimir({banco.url("a")}, banco.url("c.okz"), false, kClave);
+void comprime(const Banco &banco, const std::unique_ptr<Motor> &motor) {
+    motor->comprimir({banco.url("a")}, banco.url("c.okz"), false, kClave);
 }
 
-void comprimen(const Banco &banco) {
-    conMotores([&](auto &motor) { comprime(banco, *motor); });
-}
-
-void cancelan(const Banco &banco) {
-    conMotores([&](auto &motor) {
-        comprime(banco, *motor);
-        motor->cancelar();
-    });
-}
-
-void quedanSinMotor(const Banco &banco) {
-    conMotores([&](auto &motor) {
-        comprime(banco, *motor);
-        motor.reset();
+// These entries, or everything.
+Trabajos recuperan(const QStringList &rutas) {
+    return conMotores([rutas](const Banco &banco, auto &motor) {
+        motor->recuperarVarios(banco.url("a.okz"), banco.url("d"), rutas, kClave);
     });
 }
 
@@ -78,20 +64,6 @@ void listan(const Banco &banco) {
     for (int i = 0; i < kALaVez; ++i)
         todos.push_back(std::async(std::launch::async,
                                    [&banco] { (void)Motor::listar(banco.url("a.okz"), kClave); }));
-}
-
-void recuperan(const Banco &banco, const QStringList &rutas) {
-    conMotores([&](auto &motor) {
-        motor->recuperarVarios(banco.url("a.okz"), banco.url("d"), rutas, kClave);
-    });
-}
-
-void recuperanDos(const Banco &banco) {
-    recuperan(banco, {"x", "y"});
-}
-
-void recuperanTodo(const Banco &banco) {
-    recuperan(banco, {});
 }
 
 void sacan(const Banco &banco) {
@@ -111,19 +83,26 @@ private slots:
     void nadaQueda_data() {
         QTest::addColumn<Trabajos>("trabajos");
         QTest::addColumn<Guion>("guion");
-        const auto filas = [](const char *nombre, Trabajos trabajos, const QByteArray &exito) {
+        const auto filas = [](const char *nombre, const Trabajos &trabajos,
+                              const QByteArray &exito) {
             QTest::addRow("%s, éxito", nombre) << trabajos << Guion{exito};
             QTest::addRow("%s, fallo", nombre) << trabajos << Guion{"error Error: x\\n", "sale 1"};
             QTest::addRow("%s, muerte", nombre) << trabajos << Guion{"senal 9"};
         };
-        filas("comprimir", comprimen, "error 1/1 ficheros (100%), 0 MiB\\n");
+        filas("comprimir", conMotores(comprime), "error 1/1 ficheros (100%), 0 MiB\\n");
         filas("listar", listan, "salida -0644 1 x\\n");
-        filas("recuperar dos", recuperanDos, "salida ruido");
-        filas("recuperar todo", recuperanTodo, "salida ruido");
+        filas("recuperar dos", recuperan({"x", "y"}), "salida ruido");
+        filas("recuperar todo", recuperan({}), "salida ruido");
         filas("sacar para ver", sacan, "crea-entrada x");
-        QTest::newRow("cancelado") << Trabajos(cancelan) << Guion{"espera 60000"};
-        QTest::newRow("sin dueño") << Trabajos(quedanSinMotor) << Guion{"espera 5"};
-        QTest::newRow("sin motor") << Trabajos(comprimen) << Guion{};
+        QTest::newRow("sin motor") << conMotores(comprime) << Guion{};
+        QTest::newRow("cancelado") << conMotores([](const Banco &banco, auto &motor) {
+            comprime(banco, motor);
+            motor->cancelar();
+        }) << Guion{"espera 60000"};
+        QTest::newRow("sin dueño") << conMotores([](const Banco &banco, auto &motor) {
+            comprime(banco, motor);
+            motor.reset();
+        }) << Guion{"espera 5"};
     }
     void nadaQueda() {
         QFETCH(Trabajos, trabajos);
@@ -132,12 +111,12 @@ private slots:
         if (guion.isEmpty())
             Banco::quitaMotor();
         banco.fichero("a", "a");
-        const Rastro antes(banco);
+        const auto antes = rastro(banco);
         for (int hechos = 0; hechos < kTrabajos; hechos += kALaVez)
             trabajos(banco);
         colaDeFondo().waitForDone();
         Motor::limpiaTemporales();
-        QTRY_VERIFY(Rastro(banco) == antes);
+        QTRY_COMPARE(rastro(banco), antes);
         QCOMPARE(::waitpid(-1, nullptr, WNOHANG), -1); // no child, not even a dead one
     }
 
@@ -145,15 +124,13 @@ private slots:
         const Banco banco;
         Banco::ponFicheroComoMotor();
         banco.fichero("a", "a");
-        const Rastro antes(banco);
-        for (int i = 0; i < kTrabajos; ++i) {
-            Motor motor;
-            comprime(banco, motor);
-        }
-        Rastro despues(banco);
+        const auto antes = rastro(banco);
+        for (int i = 0; i < kTrabajos; ++i)
+            comprime(banco, std::make_unique<Motor>());
         QCOMPARE(banco.claves().size(), kTrabajos);
-        despues.temporales -= kTrabajos;
-        QVERIFY(despues == antes);
+        auto despues = rastro(banco);
+        despues.last() -= kTrabajos;
+        QCOMPARE(despues, antes);
     }
 };
 

@@ -87,12 +87,15 @@ private slots:
     void losFicherosAbiertosPasanPorAltoLoDemas() {
         Recepcion recepcion;
         const QSignalSpy alFrente(&recepcion, &Recepcion::alFrente);
-        recepcion.atiende({Que::Ficheros, {"https://a.es/a.okz", "file:///b.okz"}});
+        recepcion.atiende(
+            {Que::Ficheros,
+             {"https://a.es/a.okz", "file:///a.txt", "file:///B.OKZ", "file:///c.okz"}});
+        QVERIFY(!Abierto::compartido().archivo()); // not before the call has returned
         QCoreApplication::processEvents();
-        QCOMPARE(Abierto::compartido().archivo().value_or(QUrl()), url("/b.okz"));
+        QCOMPARE(Abierto::compartido().archivo().value_or(QUrl()), url("/B.OKZ"));
         recepcion.atiende({Que::Ficheros, {"file:///a.txt"}});
         QCoreApplication::processEvents();
-        QCOMPARE(Abierto::compartido().archivo().value_or(QUrl()), url("/b.okz"));
+        QCOMPARE(Abierto::compartido().archivo().value_or(QUrl()), url("/B.OKZ"));
         QCOMPARE(alFrente.size(), 2);
     }
 
