@@ -172,6 +172,15 @@ class Servicios(Caso):
         self.orden(self.pdf)
         self.explora(self.archivos[1])
 
+    def test_el_que_cede_no_toca_lo_que_el_otro_tiene_abierto(self):
+        self.abre()
+        self.al_frente()
+        copia = SESION.tmp / "orcalin-ver/una/copia.txt"
+        copia.parent.mkdir(parents=True)
+        copia.touch()
+        self.assertEqual(self.orden("--espera").returncode, 0)
+        self.assertTrue(copia.exists())
+
     def minimiza(self):
         ventana = self.app.ventana()
         subprocess.run(["xdotool", "windowminimize", ventana], check=True)
