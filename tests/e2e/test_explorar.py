@@ -245,7 +245,7 @@ class Clave(Explorar):
         self.comprime([self.sencillos()], self.archivo, CLAVE)
         self.abre(self.archivo)
         self.pide()
-        for mala in ("una", "otra más", CLAVE + " "):
+        for mala in ("una", "otra vez", CLAVE + " "):
             self.manda_clave(mala)
             with self.motor_retenido():
                 self.lee("leyendo el archivo…")
