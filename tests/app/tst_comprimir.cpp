@@ -94,7 +94,7 @@ private slots:
         Banco::ponFicheroComoMotor();
         QCOMPARE(trabajo.entera("x").first(), kPreparando);
         QCOMPARE(trabajo.claves().size(), 1);
-        QVERIFY(!EnMarcha::compresiones().hay()); // nothing that leaving would have to ask about
+        QVERIFY(!EnMarcha::trabajos().hay()); // nothing that leaving would have to ask about
     }
 
     void cancelarPublicaReposoYLuegoElFinal() {
