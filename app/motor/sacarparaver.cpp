@@ -41,7 +41,7 @@ void entrega(Apertura &&apertura, const QString &siNo) {
 void saca(Apertura &&apertura) {
     const auto carpeta = visor::nuevaCarpeta(apertura.visor);
     if (!carpeta)
-        return renuncia(std::move(apertura), QStringLiteral("No se pudo abrir «%1».").arg(apertura.ruta));
+        return renuncia(std::move(apertura), visor::sinCarpeta());
     Extraccion &extraccion = apertura.extraccion;
     extraccion.destino = *carpeta;
     extraccion.clave = clave::escribe(apertura.contrasena);

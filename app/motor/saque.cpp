@@ -54,7 +54,7 @@ void Saque::empieza(const EspacioLibre &libre) {
         return acaba(*falta);
     const auto carpeta = visor::nuevaCarpeta(visor::carpeta());
     if (!carpeta)
-        return acaba(QStringLiteral("No se pudo preparar la carpeta de las copias."));
+        return acaba(visor::sinCarpeta());
     m_motor = *motor;
     m_restos = std::make_shared<Restos>();
     m_restos->carpeta = *carpeta;

@@ -169,7 +169,7 @@ private slots:
             if (que == "ajena" && ::chown(visor.constData(), 1, 1) != 0)
                 QSKIP("solo root puede dar una carpeta a otro");
             QCOMPARE(abre(banco, {"cuenta veces", "crea-entrada hola"}, "a"),
-                     QStringLiteral("[No se pudo abrir «a».]"));
+                     QStringLiteral("[No se pudo preparar la carpeta de las copias.]"));
             QVERIFY2(!banco.hay("veces"), que.constData()); // not even run
             QVERIFY(banco.claves().isEmpty());
         }
