@@ -230,6 +230,9 @@ private slots:
         explorador.recuperarTodo();
         QTRY_COMPARE(explorador.panel(), Panel::Problema);
         explorador.volver();
+        Banco::quitaMotor(); // nor is there one that cannot even begin
+        explorador.recuperarTodo();
+        QCOMPARE(explorador.panel(), Panel::Problema);
         QCOMPARE(escena.escritorio.avisos,
                  (QStringList{"Recuperado: De x.okz a «sacado».", "No se pudo recuperar: roto"}));
     }
