@@ -117,7 +117,7 @@ private slots:
         fila("la contraseña", {"error Error: falta la contraseña\\n"},
              {"falta la contraseña", kPide, "falta la contraseña"});
         fila("no es texto", {"error Error: password \\xff\\n"}, {"", "", ""});
-        fila("mucho antes", {"error Error: lejano\\n", "espera 200"}, {"", "lejano", "lejano"});
+        fila("mucho antes", {"error Error: lejano\\n", "espera 1200"}, {"", "lejano", "lejano"});
         fila("mudo", {"salida Error: x\\n", "cierra", "espera 50"}, {"", "", ""});
         fila("muerto", {"senal 9"}, {"", "", ""});
     }
