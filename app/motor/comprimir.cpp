@@ -81,13 +81,16 @@ struct Motor::Compresion {
 
     void acaba(const Proceso::Final &fin) const {
         clave::quita(clave);
+        std::optional<QString> fallo;
+        if (fin.estado != 0)
+            fallo = mensajeDeFallo(fin.error);
         const qint64 salida = bytesLegibles(destino);
-        publicador.acaba(turno, [*this, salida, fin] { return resultado(salida, fin); });
+        publicador.acaba(turno, [*this, salida, fallo] { return resultado(salida, fallo); });
     }
 
-    Estado resultado(qint64 salida, const Proceso::Final &fin) const {
-        if (fin.estado != 0)
-            return Error{mensajeDeFallo(fin.error)};
+    Estado resultado(qint64 salida, const std::optional<QString> &fallo) const {
+        if (fallo)
+            return Error{*fallo};
         return Hecho{entrada, salida, cronometro.segundos(), destino};
     }
 };
