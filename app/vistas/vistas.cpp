@@ -4,10 +4,24 @@
 #include "imagenes.h"
 #include "inicio/orcalinapp.h"
 
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <QImageReader>
 #include <QQmlApplicationEngine>
+#include <QQmlComponent>
 #include <QQuickWindow>
 
 void qml_register_types_Orcalin(); // made by the build from registros.h
+
+namespace {
+
+// The fonts of the system and the readers of images, which take long to find.
+void preparaPrimerCuadro() {
+    (void)QFontMetrics(QGuiApplication::font()).height();
+    (void)QImageReader::supportedImageFormats();
+}
+
+} // namespace
 
 void vistas::prepara() {
     // A window of this kind is up sooner and takes a third of the memory
@@ -23,7 +37,12 @@ vistas::Ventana::Ventana(OrcalinApp &app)
     qml_register_types_Orcalin();
     m_motorQml->addImageProvider(QStringLiteral("sistema"), new Imagenes); // the engine owns it
     m_motorQml->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&app)}});
-    m_motorQml->load(QUrl(QStringLiteral("qrc:/Orcalin/Ventana.qml")));
+    const QUrl ventana(QStringLiteral("qrc:/Orcalin/Ventana.qml"));
+    // A thread of the engine reads the files. What the first frame needs besides
+    // gets ready here in the meantime; load() then waits for the rest.
+    const QQmlComponent adelanto(m_motorQml.get(), ventana, QQmlComponent::Asynchronous);
+    preparaPrimerCuadro();
+    m_motorQml->load(ventana);
 }
 
 vistas::Ventana::~Ventana() = default;
