@@ -1,11 +1,13 @@
 #include "vistas.h"
 
 #include "escritorio/frente.h"
+#include "escritorio/identidad.h"
 #include "imagenes.h"
 #include "inicio/orcalinapp.h"
 
 #include <QFontMetrics>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QImageReader>
 #include <QQmlApplicationEngine>
 #include <QQmlComponent>
@@ -15,8 +17,12 @@ void qml_register_types_Orcalin(); // made by the build from registros.h
 
 namespace {
 
-// The fonts of the system and the readers of images, which take long to find.
+const QString kVentana = QStringLiteral("qrc:/Orcalin/Ventana.qml");
+
+// What takes long to find and needs nothing of the window's files: done while
+// they are being read.
 void preparaPrimerCuadro() {
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(QLatin1String(kIdentidad)));
     (void)QFontMetrics(QGuiApplication::font()).height();
     (void)QImageReader::supportedImageFormats();
 }
@@ -37,21 +43,23 @@ vistas::Ventana::Ventana(OrcalinApp &app)
     qml_register_types_Orcalin();
     m_motorQml->addImageProvider(QStringLiteral("sistema"), new Imagenes); // the engine owns it
     m_motorQml->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&app)}});
-    const QUrl ventana(QStringLiteral("qrc:/Orcalin/Ventana.qml"));
-    // A thread of the engine reads the files. What the first frame needs besides
-    // gets ready here in the meantime; load() then waits for the rest.
-    const QQmlComponent adelanto(m_motorQml.get(), ventana, QQmlComponent::Asynchronous);
-    preparaPrimerCuadro();
-    m_motorQml->load(ventana);
+    m_leida = std::make_unique<QQmlComponent>(m_motorQml.get(), QUrl(kVentana),
+                                              QQmlComponent::Asynchronous);
 }
 
 vistas::Ventana::~Ventana() = default;
 
-bool vistas::Ventana::hecha() const {
-    return !m_motorQml->rootObjects().isEmpty();
+void vistas::Ventana::haz() {
+    preparaPrimerCuadro();
+    m_motorQml->load(QUrl(kVentana)); // waits for the rest of what is being read
+    m_leida.reset();
 }
 
-void vistas::Ventana::alFrente(const Ficha &ficha) {
-    if (auto *ventana = qobject_cast<QWindow *>(m_motorQml->rootObjects().value(0)))
+bool vistas::Ventana::alFrente(const Ficha &ficha) {
+    if (m_leida)
+        haz();
+    auto *ventana = qobject_cast<QWindow *>(m_motorQml->rootObjects().value(0));
+    if (ventana != nullptr)
         traeAlFrente(*ventana, ficha);
+    return ventana != nullptr;
 }
