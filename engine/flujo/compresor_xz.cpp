@@ -81,6 +81,8 @@ void CompresorXz::toma(Octetos bocado, bool ultimo, Bloque &sale) {
         flujo.next_out = salida.data();
         flujo.avail_out = salida.size();
         const lzma_ret r = lzma_code(&flujo, ultimo ? LZMA_FINISH : LZMA_RUN);
+        if (r == LZMA_MEM_ERROR)
+            throw std::bad_alloc();
         if (r != LZMA_OK && r != LZMA_STREAM_END)
             throw Fallo("la compresión ha fallado");
         sale.insert(sale.end(), salida.data(), flujo.next_out);

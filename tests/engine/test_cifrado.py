@@ -37,9 +37,12 @@ class Contrasena(Caso):
     def test_falta_al_guardar(self):
         orden = ("compress", self.clave, "-o", self.okz, "--encrypt")
         self.otra.touch()
-        for con in ((), ("--password-file", self.d / "no existe"), ("--password-file", self.otra),
-                    ("--password-file", self.d)):
-            self.assertEqual(self.error(*orden, *con), FALTA)
+        no_se_lee = "no se puede leer el fichero de la clave: "
+        for con, mensaje in (((), FALTA), ((self.otra,), FALTA),
+                             ((self.d / "no existe",), no_se_lee + "no existe"),
+                             ((self.d,), no_se_lee + "es una carpeta")):
+            self.assertEqual(self.error(*orden, *(("--password-file", *con) if con else ())),
+                             mensaje)
         self.assertFalse(self.okz.exists())
 
     def test_factor_de_siempre_y_aviso(self):

@@ -7,6 +7,7 @@ which keeps the small file system to itself):
 
 import os
 import random
+import resource
 import signal
 import subprocess
 import sys
@@ -190,6 +191,22 @@ class Cancelar(Cortado):
         p.send_signal(signal.SIGHUP)
         p.communicate()
         self.assertEqual(p.returncode, 0)
+
+
+class SinMemoria(Cortado):
+    def test_lo_dice(self):
+        clave = ("--encrypt", *self.con, *ESCASO)
+        self.corre("compress", self.c, "-o", self.okz, *clave)
+        for mega in (20, *range(32, 48, 2), 70):
+            limite = lambda: resource.setrlimit(resource.RLIMIT_AS, (mega * 1000 * 1024,) * 2)
+            for orden in (("compress", self.c, "-o", self.d / "b.okz", *clave),
+                          ("extract", self.okz, "-o", self.d / "s", *self.con)):
+                r = subprocess.run([MOTOR, *orden], capture_output=True, preexec_fn=limite,
+                                   check=False)
+                if r.returncode != 0:
+                    self.assertIn(r.stderr.decode().splitlines()[-1:],
+                                  (["Error: no hay memoria bastante"],
+                                   ["Error: al sistema no le quedan recursos"]), (mega, orden[0]))
 
 
 class DiscoLleno(Cortado):
