@@ -9,7 +9,7 @@ namespace orcalin {
 
 std::string causa(int numero) {
     using Par = std::pair<int, std::string_view>;
-    static constexpr std::array<Par, 17> textos{{
+    static constexpr std::array<Par, 19> textos{{
         {ENOSPC, "no queda espacio en el disco"},
         {EDQUOT, "se ha agotado la cuota de disco"},
         {EFBIG, "el fichero es demasiado grande para este disco"},
@@ -25,6 +25,7 @@ std::string causa(int numero) {
         {ELOOP, "hay un enlace simbólico de por medio"},
         {EIO, "el disco no responde bien"},
         {ENOMEM, "no hay memoria bastante"},
+        {EAGAIN, "el sistema no da para más hilos"},
         {EMFILE, "hay demasiados ficheros abiertos"},
         {EPIPE, "nadie lee lo que se escribe"},
     }};
