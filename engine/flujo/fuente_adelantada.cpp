@@ -65,9 +65,9 @@ void FuenteAdelantada::adelanta() {
 /// Fills `bloque` as far as the data go: what comes before damage is handed
 /// over, too. False if there is none.
 bool FuenteAdelantada::lee(Bloque &bloque, std::exception_ptr &ultimo) {
-    bloque.resize(largoBloque);
     std::size_t hay = 0;
     try {
+        bloque.resize(largoBloque);
         while (hay < bloque.size()) {
             const auto leidos = lenta->lee(Hueco(bloque).subspan(hay));
             if (leidos == 0)
