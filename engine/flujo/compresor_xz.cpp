@@ -90,6 +90,8 @@ void CompresorXz::toma(Octetos bocado, bool ultimo, Bloque &sale) {
 
 } // namespace
 
+        if (r == LZMA_MEM_ERROR)
+            throw std::bad_alloc();
 Compresion compresionMaxima() {
     const lzma_options_lzma lzma = ajustes(Trato::otro);
     const std::array<lzma_filter, 2> filtros{

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <new>
 #include <zstd.h>
+#include <zstd_errors.h>
 
 namespace orcalin {
 namespace {
@@ -17,6 +18,8 @@ struct Libera {
 };
 
 std::size_t comprobado(std::size_t resultado) {
+    if (ZSTD_getErrorCode(resultado) == ZSTD_error_memory_allocation)
+        throw std::bad_alloc();
     if (ZSTD_isError(resultado) != 0)
         throw Fallo("la compresión ha fallado");
     return resultado;
