@@ -27,6 +27,7 @@ std::string causa(int numero) {
         {ENOMEM, "no hay memoria bastante"},
         {EAGAIN, "el sistema no da para más hilos"},
         {EMFILE, "hay demasiados ficheros abiertos"},
+        {ENFILE, "hay demasiados ficheros abiertos"},
         {EPIPE, "nadie lee lo que se escribe"},
     }};
     const auto *par = std::find_if(textos.begin(), textos.end(),
@@ -34,6 +35,10 @@ std::string causa(int numero) {
     if (par != textos.end())
         return std::string(par->second);
     return "fallo del sistema número " + std::to_string(numero);
+}
+
+bool escasea(int numero) {
+    return numero == EMFILE || numero == ENFILE || numero == ENOMEM;
 }
 
 void falla(std::string_view que, int numero) {

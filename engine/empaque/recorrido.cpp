@@ -84,6 +84,9 @@ void Recorrido::apila(const Pieza &carpeta, std::vector<Pieza> &pila) {
     std::filesystem::directory_iterator actual(carpeta.origen, error);
     for (; !error && actual != std::filesystem::directory_iterator(); actual.increment(error))
         hijos.push_back(actual->path().filename());
+    const std::string queja = "no se puede mirar dentro de " + citado(carpeta.origen);
+    if (escasea(error.value()))
+        falla(queja, error.value());
     if (error)
         avisos.falta("no se puede mirar dentro de " + citado(carpeta.origen) + ": " +
                      causa(error.value()));

@@ -29,7 +29,7 @@ using Plan = std::vector<Pieza>;
 /// Walks the sources without ever following a symbolic link, not even when the
 /// source is one. Leaves out `destino` in both its forms. What cannot be packed
 /// or looked into goes to `avisos`. Throws Fallo if a source does not exist or
-/// is the destination itself.
+/// is the destination itself, or when the process may open no more files.
 Plan planea(const std::vector<std::string> &origenes, const FicheroProvisional &destino,
             Avisos &avisos);
 
