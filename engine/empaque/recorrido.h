@@ -26,6 +26,9 @@ struct Pieza {
 /// Everything there is to pack, in the order of the archive.
 using Plan = std::vector<Pieza>;
 
+/// How long the tar stream of a plan will be, but for extended headers.
+std::uint64_t bytesPrevistos(const Plan &plan);
+
 /// Walks the sources without ever following a symbolic link, not even when the
 /// source is one. Leaves out `destino` in both its forms. What cannot be packed
 /// or looked into goes to `avisos`. Throws Fallo if a source does not exist or
