@@ -25,7 +25,7 @@ std::string causa(int numero) {
         {ELOOP, "hay un enlace simbólico de por medio"},
         {EIO, "el disco no responde bien"},
         {ENOMEM, "no hay memoria bastante"},
-        {EAGAIN, "el sistema no da para más hilos"},
+        {EAGAIN, "al sistema no le quedan recursos"}, // as for one thread more
         {EMFILE, "hay demasiados ficheros abiertos"},
         {ENFILE, "hay demasiados ficheros abiertos"},
         {EPIPE, "nadie lee lo que se escribe"},

@@ -53,8 +53,12 @@ bool FuenteAdelantada::repone() {
 
 void FuenteAdelantada::adelanta() {
     std::exception_ptr ultimo;
-    Bloque bloque;
-    while (deja(bloque) && !ultimo && lee(bloque, ultimo)) {
+    try {
+        Bloque bloque;
+        while (deja(bloque) && !ultimo && lee(bloque, ultimo)) {
+        }
+    } catch (...) { // no memory for a block
+        ultimo = std::current_exception();
     }
     const std::lock_guard guarda(cerrojo);
     fallo = ultimo;
@@ -65,9 +69,9 @@ void FuenteAdelantada::adelanta() {
 /// Fills `bloque` as far as the data go: what comes before damage is handed
 /// over, too. False if there is none.
 bool FuenteAdelantada::lee(Bloque &bloque, std::exception_ptr &ultimo) {
+    bloque.resize(largoBloque);
     std::size_t hay = 0;
     try {
-        bloque.resize(largoBloque);
         while (hay < bloque.size()) {
             const auto leidos = lenta->lee(Hueco(bloque).subspan(hay));
             if (leidos == 0)

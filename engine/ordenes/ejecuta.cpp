@@ -30,8 +30,8 @@ std::string descripcion() {
         return fallo.what();
     } catch (const std::bad_alloc &) {
         return "no hay memoria bastante";
-    } catch (const std::system_error &error) {
-        return causa(error.code().value());
+    } catch (const std::system_error &fallo) { // a thread that could not be had
+        return causa(fallo.code().value());
     } catch (const std::exception &) {
         return "fallo interno";
     }

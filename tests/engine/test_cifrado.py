@@ -29,8 +29,11 @@ class Contrasena(Caso):
         self.assertFalse(self.salida.exists())
         self.okz.unlink()
         self.pon("otra")
-        for con in ((), *(("--password-file", f) for f in (self.d / "no existe", otra, self.d))):
-            self.assertEqual(self.error("compress", self.clave, "-o", self.okz, "--encrypt", *con), FALTA)
+        no_se_lee = "no se puede leer el fichero de la clave: "
+        for con, mensaje in (((), FALTA), ((otra,), FALTA), ((self.d / "no existe",), no_se_lee + "no existe"),
+                             ((self.d,), no_se_lee + "es una carpeta")):
+            con = (*(["--password-file"] * len(con)), *con)
+            self.assertEqual(self.error("compress", self.clave, "-o", self.okz, "--encrypt", *con), mensaje)
         self.assertFalse(self.okz.exists())
 
     def test_factor_de_siempre_y_aviso(self):
