@@ -81,8 +81,11 @@ struct Motor::Compresion {
 
     void acaba(const Proceso::Final &fin) const {
         clave::quita(clave);
+        std::optional<QString> fallo;
+        if (fin.estado != 0)
+            fallo = mensajeDeFallo(fin.error);
         const qint64 salida = bytesLegibles(destino);
-        enPrincipal([*this, salida, fin] { despide(resultado(salida, fin)); });
+        enPrincipal([*this, salida, fallo] { despide(resultado(salida, fallo)); });
     }
 
     // In one step, so that nobody can go between being told and the end.
@@ -95,9 +98,9 @@ struct Motor::Compresion {
         }
     }
 
-    Estado resultado(qint64 salida, const Proceso::Final &fin) const {
-        if (fin.estado != 0)
-            return Error{mensajeDeFallo(fin.error)};
+    Estado resultado(qint64 salida, const std::optional<QString> &fallo) const {
+        if (fallo)
+            return Error{*fallo};
         return Hecho{entrada, salida, cronometro.segundos(), destino};
     }
 };
