@@ -1,13 +1,33 @@
 #include "vistas.h"
 
 #include "escritorio/frente.h"
+#include "escritorio/identidad.h"
 #include "imagenes.h"
 #include "inicio/orcalinapp.h"
 
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QImageReader>
 #include <QQmlApplicationEngine>
+#include <QQmlComponent>
 #include <QQuickWindow>
 
 void qml_register_types_Orcalin(); // made by the build from registros.h
+
+namespace {
+
+const QString kVentana = QStringLiteral("qrc:/Orcalin/Ventana.qml");
+
+// What takes long to find and needs nothing of the window's files: done while
+// they are being read.
+void preparaPrimerCuadro() {
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(QLatin1String(kIdentidad)));
+    (void)QFontMetrics(QGuiApplication::font()).height();
+    (void)QImageReader::supportedImageFormats();
+}
+
+} // namespace
 
 void vistas::prepara() {
     // A window of this kind is up sooner and takes a third of the memory
@@ -23,16 +43,23 @@ vistas::Ventana::Ventana(OrcalinApp &app)
     qml_register_types_Orcalin();
     m_motorQml->addImageProvider(QStringLiteral("sistema"), new Imagenes); // the engine owns it
     m_motorQml->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&app)}});
-    m_motorQml->load(QUrl(QStringLiteral("qrc:/Orcalin/Ventana.qml")));
+    m_leida = std::make_unique<QQmlComponent>(m_motorQml.get(), QUrl(kVentana),
+                                              QQmlComponent::Asynchronous);
 }
 
 vistas::Ventana::~Ventana() = default;
 
-bool vistas::Ventana::hecha() const {
-    return !m_motorQml->rootObjects().isEmpty();
+void vistas::Ventana::haz() {
+    preparaPrimerCuadro();
+    m_motorQml->load(QUrl(kVentana)); // waits for the rest of what is being read
+    m_leida.reset();
 }
 
-void vistas::Ventana::alFrente(const Ficha &ficha) {
-    if (auto *ventana = qobject_cast<QWindow *>(m_motorQml->rootObjects().value(0)))
+bool vistas::Ventana::alFrente(const Ficha &ficha) {
+    if (m_leida)
+        haz();
+    auto *ventana = qobject_cast<QWindow *>(m_motorQml->rootObjects().value(0));
+    if (ventana != nullptr)
         traeAlFrente(*ventana, ficha);
+    return ventana != nullptr;
 }
