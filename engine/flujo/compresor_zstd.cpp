@@ -90,8 +90,10 @@ void CompresorZstd::toma(Octetos bocado, bool ultimo, Bloque &sale) {
 Compresion compresionHabitual(int nivel) {
     // What a thread takes at the higher levels: tables, window, a frame before and after.
     constexpr std::uint64_t porObrero = 160 * mebi;
-    return {Envase::zstd, largoMarco, largoMarco / 4, obrerosQueCaben(porObrero),
-            [nivel] { return std::make_unique<CompresorZstd>(nivel); }};
+    const unsigned obreros = obrerosQueCaben(porObrero);
+    return {Envase::zstd,   largoMarco,
+            largoMarco / 4, (obreros + 1) * largoMarco,
+            obreros,        [nivel] { return std::make_unique<CompresorZstd>(nivel); }};
 }
 
 } // namespace orcalin
