@@ -108,7 +108,8 @@ class Aplicacion:
         for nodo in todos(self.raiz):
             if nodo is self.raiz or nodo.get_state_set().contains(Atspi.StateType.SHOWING):
                 # Qt hides a password field's name together with its text.
-                yield nodo.get_role_name(), nodo.get_name() or nodo.get_description(), nodo
+                nombre = nodo.get_name() or nodo.get_description().partition(". ")[0]
+                yield nodo.get_role_name(), nombre, nodo
 
     def busca(self, papel, nombre=None):
         for su_papel, su_nombre, nodo in self.visibles():
@@ -145,6 +146,15 @@ class Aplicacion:
             nodo.clear_cache()
             return nodo.get_state_set().contains(Atspi.StateType.FOCUSED)
         hasta(tiene, f"el foco en «{nodo.get_name()}»")
+
+    def anuncia(self, condicion, que):
+        """Waits until the control with the focus says so: a screen reader reads
+        out its name and its description, when it comes there and on change."""
+        def dicho():
+            return any(condicion(f"{nodo.get_name()} {nodo.get_description()}")
+                       for _, _, nodo in self.visibles()
+                       if nodo.get_state_set().contains(Atspi.StateType.FOCUSED))
+        self._hasta(dicho, f"el foco en lo que dice «{que}»", ESPERA)
 
     @staticmethod
     def activo(nodo):

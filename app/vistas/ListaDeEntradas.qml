@@ -9,6 +9,8 @@ ListView {
     required property Explorador explorador
     // The row that the context menu is for.
     property int filaDelMenu: -1
+    // The one that could not be opened.
+    property int filaDelFallo: -1
 
     // Something was typed that is no command of the list.
     signal tecleado(texto: string)
@@ -60,6 +62,7 @@ ListView {
     pixelAligned: true
     ScrollBar.vertical: ScrollBar {
         id: barra
+        Accessible.ignored: true
         policy: size < 1 ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
     }
 
@@ -69,7 +72,14 @@ ListView {
     // Else the row of before, which the search may have left out.
     Connections {
         target: lista.explorador.filas
-        function onModelReset() { lista.currentIndex = 0; }
+        function onModelReset() {
+            lista.currentIndex = 0;
+            lista.filaDelFallo = -1;
+        }
+    }
+    Connections {
+        target: lista.explorador
+        function onAbrirFalloCambia() { lista.filaDelFallo = lista.currentIndex; }
     }
 
     Keys.onPressed: event => {
@@ -101,6 +111,7 @@ ListView {
         width: lista.width - (barra.visible ? barra.width : 0)
         height: lista.alto
         actual: lista.activeFocus && ListView.isCurrentItem
+        fallo: index === lista.filaDelFallo ? lista.explorador.abrirFallo : ""
         onPulsada: modificadores => lista.pulsada(index, modificadores)
         onAbierta: lista.explorador.abrir(index)
         onArrastrada: lista.explorador.arrastrar(index)
@@ -110,8 +121,9 @@ ListView {
         }
     }
 
-    Menu {
+    MenuConNombre {
         id: menu
+        nombre: lista.currentItem?.nombre ?? ""
         readonly property bool esCarpeta: lista.currentItem?.esCarpeta ?? false
         MenuItem {
             text: "Abrir"

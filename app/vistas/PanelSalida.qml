@@ -18,11 +18,10 @@ Popup {
     visible: salida.pregunta
     onClosed: salida.sigue()
     onOpened: sigue.forceActiveFocus()
+    Component.onCompleted: contentItem.parent.Accessible.name = pregunta.text
 
     contentItem: ColumnLayout {
         spacing: 14
-        Accessible.role: Accessible.Dialog
-        Accessible.name: pregunta.text
         Texto {
             id: pregunta
             text: "¿Salir sin terminar de guardar?"
@@ -47,6 +46,7 @@ Popup {
             BotonDestacado {
                 id: sigue
                 text: "Seguir guardando"
+                anuncio: pregunta.text
                 onClicked: panel.salida.sigue()
             }
         }

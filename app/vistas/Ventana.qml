@@ -58,7 +58,7 @@ ApplicationWindow {
             Accessible.role: Accessible.MenuItem
             Accessible.name: menu.title.replace("&", "")
         }
-        Menu {
+        MenuConNombre {
             title: "&Archivo"
             MenuItem { action: abrir }
             MenuSeparator {}
