@@ -10,7 +10,7 @@ CON_NOMBRE = {"push button", "check box", "password text", "text", "progress bar
               "list item", "menu item", "popup menu", "dialog", "label", "image"}
 # What the keyboard can go to.
 CON_FOCO = {"push button", "check box", "password text", "text", "list", "list item", "menu item"}
-SIN_MAS = {"application", "frame", "menu bar", "tool bar", "separator"}
+SIN_MAS = {"application", "frame", "menu bar", "tool bar", "tool tip", "separator"}
 
 
 def tiene(nodo, estado):

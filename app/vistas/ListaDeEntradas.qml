@@ -60,11 +60,7 @@ ListView {
     currentIndex: 0
     interactive: true
     pixelAligned: true
-    ScrollBar.vertical: ScrollBar {
-        id: barra
-        Accessible.ignored: true
-        policy: size < 1 ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
-    }
+    ScrollBar.vertical: Deslizador { id: barra }
 
     Accessible.role: Accessible.List
     Accessible.name: "Contenido de " + explorador.nombre

@@ -59,10 +59,8 @@ Item {
                 anchors.fill: parent
                 onClicked: zona.pulsada()
             }
-            ScrollBar {
+            Deslizador {
                 id: barra
-                Accessible.ignored: true
-                policy: size < 1 ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
                 anchors { top: parent.top; bottom: parent.bottom; right: parent.right }
             }
         }

@@ -4,7 +4,8 @@
 #include "imagenes.h"
 #include "inicio/orcalinapp.h"
 
-#include <QQmlApplicationEngine>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QQuickWindow>
 
 void qml_register_types_Orcalin(); // made by the build from registros.h
@@ -18,21 +19,26 @@ void vistas::prepara() {
 }
 
 vistas::Ventana::Ventana(OrcalinApp &app)
-    : m_motorQml(std::make_unique<QQmlApplicationEngine>()) {
+    // Not the engine made for applications: that one puts Qt's own texts in the
+    // user's language over ours.
+    : m_motorQml(std::make_unique<QQmlEngine>()) {
     // Nothing else refers to it, and the linker would leave it out.
     qml_register_types_Orcalin();
     m_motorQml->addImageProvider(QStringLiteral("sistema"), new Imagenes); // the engine owns it
-    m_motorQml->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&app)}});
-    m_motorQml->load(QUrl(QStringLiteral("qrc:/Orcalin/Ventana.qml")));
+    QQmlComponent ventana(m_motorQml.get(), QUrl(QStringLiteral("qrc:/Orcalin/Ventana.qml")));
+    m_raiz.reset(ventana.createWithInitialProperties(
+        {{QStringLiteral("app"), QVariant::fromValue(&app)}}));
+    if (!m_raiz)
+        qCritical("%s", qUtf8Printable(ventana.errorString()));
 }
 
 vistas::Ventana::~Ventana() = default;
 
 bool vistas::Ventana::hecha() const {
-    return !m_motorQml->rootObjects().isEmpty();
+    return m_raiz != nullptr;
 }
 
 void vistas::Ventana::alFrente(const Ficha &ficha) {
-    if (auto *ventana = qobject_cast<QWindow *>(m_motorQml->rootObjects().value(0)))
+    if (auto *ventana = qobject_cast<QWindow *>(m_raiz.get()))
         traeAlFrente(*ventana, ficha);
 }

@@ -4,7 +4,8 @@
 
 struct Ficha;
 class OrcalinApp;
-class QQmlApplicationEngine;
+class QObject;
+class QQmlEngine;
 
 /// The drawing. Main thread only.
 namespace vistas {
@@ -28,7 +29,8 @@ public:
     void alFrente(const Ficha &ficha);
 
 private:
-    std::unique_ptr<QQmlApplicationEngine> m_motorQml;
+    std::unique_ptr<QQmlEngine> m_motorQml;
+    std::unique_ptr<QObject> m_raiz; // goes before its engine
 };
 
 } // namespace vistas
