@@ -1,15 +1,15 @@
 #pragma once
 
+#include "escritorio/identidad.h"
+
 /// The application on the session bus: one object, with both interfaces.
 ///
 ///     gdbus introspect --session --dest es.orcalin.Orcalin
 ///         --object-path /es/orcalin/Orcalin
-///
-/// The path is the one that org.freedesktop.Application derives from the name.
 namespace bus {
 
-constexpr auto kNombre = "es.orcalin.Orcalin";
-constexpr auto kRuta = "/es/orcalin/Orcalin";
+constexpr auto kNombre = kIdentidad;
+constexpr auto kRuta = kObjetoPropio;
 constexpr auto kServicios = "es.orcalin.Servicios";
 constexpr auto kAplicacion = "org.freedesktop.Application";
 

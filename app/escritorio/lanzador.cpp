@@ -34,10 +34,10 @@ void Lanzador::di() {
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
-    auto senal = QDBusMessage::createSignal(QStringLiteral("/es/orcalin/Orcalin"),
+    auto senal = QDBusMessage::createSignal(QLatin1String(kObjetoPropio),
                                             QStringLiteral("com.canonical.Unity.LauncherEntry"),
                                             QStringLiteral("Update"));
-    senal << QStringLiteral("application://%1.desktop").arg(identidad())
+    senal << QStringLiteral("application://%1.desktop").arg(QLatin1String(kIdentidad))
           << QVariantMap{{QStringLiteral("progress"), std::clamp(m_parte.value_or(0), 0.0, 1.0)},
                          {QStringLiteral("progress-visible"), m_parte.has_value()}};
     bus.send(senal);

@@ -9,6 +9,7 @@ namespace {
 
 const QString kServicio = QStringLiteral("org.freedesktop.Notifications");
 const QString kObjeto = QStringLiteral("/org/freedesktop/Notifications");
+const QString kNuestro = QLatin1String(kIdentidad);
 const QString kVer = QStringLiteral("default");
 
 QDBusMessage orden(const char *nombre, const QVariantList &argumentos = {}) {
@@ -48,11 +49,11 @@ void Notificaciones::muestra(const QString &titulo, const QString &texto) {
 }
 
 void Notificaciones::notifica(const QString &titulo, const QString &texto) {
-    const QVariantMap indicios{{QStringLiteral("desktop-entry"), identidad()}};
+    const QVariantMap indicios{{QStringLiteral("desktop-entry"), kNuestro}};
     const QStringList acciones{kVer, QStringLiteral("Ver")};
     constexpr int kComoSiempre = -1; // the daemon knows for how long
     llamaSinEsperar(this,
-                    orden("Notify", {QStringLiteral("Orcalin"), m_id, identidad(), titulo, texto,
+                    orden("Notify", {QStringLiteral("Orcalin"), m_id, kNuestro, titulo, texto,
                                      acciones, indicios, kComoSiempre}),
                     [this](const QDBusMessage &respuesta) {
                         m_id = respuesta.arguments().value(0).toUInt();

@@ -2,6 +2,7 @@
 #include "bus/entrega.h"
 #include "bus/puesto.h"
 #include "escritorio/escritoriolibre.h"
+#include "escritorio/identidad.h"
 #include "motor/fondo.h"
 #include "motor/principal.h"
 #include "motor/proceso.h"
@@ -40,8 +41,8 @@ void presentate() {
     QCoreApplication::setApplicationName(QStringLiteral("orcalin"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORCALIN_VERSION));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("orcalin"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("es.orcalin.Orcalin"));
-    QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("es.orcalin.Orcalin")));
+    QGuiApplication::setDesktopFileName(QLatin1String(kIdentidad));
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(QLatin1String(kIdentidad)));
 }
 
 int cliente(int argc, char **argv, const Peticion &peticion) {

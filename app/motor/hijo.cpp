@@ -16,8 +16,10 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// How long words wait for the end of the child that wrote them.
-constexpr auto kUltimasPalabras = 40ms;
+// How long words wait for more that belong to them, or for the child's end.
+constexpr auto kReposo = 40ms;
+// A large child on a busy machine is long in dying after it has said why.
+constexpr auto kUltimasPalabras = 1s;
 
 // The attributes and actions of one posix_spawn call.
 class Preparativos {
@@ -112,29 +114,26 @@ bool Proceso::Hijo::acabaAntesDe(std::chrono::milliseconds plazo) const {
     return ::poll(&fin, 1, static_cast<int>(plazo.count())) > 0;
 }
 
-// False when the child ended first and its words belong to the end.
-bool Proceso::Hijo::atiendeError(const Lector &lector) {
-    if (acabaAntesDe(kUltimasPalabras))
-        return false;
-    const QByteArray trozo = leeLoQueHay(m_error.lectura);
-    if (trozo.isEmpty())
-        m_error.lectura.cierra(); // closed by the child, which lives on
-    else
-        lector(trozo);
-    return true;
-}
-
-void Proceso::Hijo::reparteError(const Lector &lector) {
-    bool vive = true;
-    while (vive) {
+// Returns the last chunk, if the child ended soon after it.
+QByteArray Proceso::Hijo::reparteError(const Lector &lector) {
+    using Reloj = std::chrono::steady_clock;
+    QByteArray ultimo;
+    Reloj::time_point cuando;
+    while (true) {
         std::array<pollfd, 2> vigilados{
             {{m_pidfd.numero(), POLLIN, 0}, {m_error.lectura.numero(), POLLIN, 0}}};
-        if (espera(vigilados) < 0)
+        if (espera(vigilados) < 0 || vigilados[0].revents != 0 || acabaAntesDe(kReposo))
             break;
-        vive = vigilados[0].revents == 0;
-        if (vive && vigilados[1].revents != 0)
-            vive = atiendeError(lector);
+        const QByteArray trozo = leeLoQueHay(m_error.lectura);
+        if (trozo.isEmpty()) {
+            m_error.lectura.cierra(); // closed by the child, which lives on
+            continue;
+        }
+        lector(trozo);
+        ultimo = trozo;
+        cuando = Reloj::now();
     }
+    return Reloj::now() - cuando < kUltimasPalabras ? ultimo : QByteArray();
 }
 
 QByteArray Proceso::Hijo::leeHastaElFin(const Tuberia &tuberia) const {
@@ -158,8 +157,8 @@ QByteArray Proceso::Hijo::leeHastaElFin(const Tuberia &tuberia) const {
 Proceso::Final Proceso::Hijo::sigue(const Lector &lector) {
     Final final;
     if (lector)
-        reparteError(lector);
-    final.error = leeHastaElFin(m_error);
+        final.error = reparteError(lector);
+    final.error += leeHastaElFin(m_error);
     final.estado = recoge();
     m_error.lectura.cierra();
     m_salida.lectura.cierra();

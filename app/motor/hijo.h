@@ -28,8 +28,7 @@ public:
 
 private:
     [[nodiscard]] bool acabaAntesDe(std::chrono::milliseconds plazo) const;
-    [[nodiscard]] bool atiendeError(const Lector &lector);
-    void reparteError(const Lector &lector);
+    [[nodiscard]] QByteArray reparteError(const Lector &lector);
     [[nodiscard]] QByteArray leeHastaElFin(const Tuberia &tuberia) const;
     int recoge();
 

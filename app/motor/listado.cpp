@@ -1,7 +1,7 @@
 #include "listado.h"
 
-#include "identidades.h"
 #include "lineas.h"
+#include "uuids.h"
 
 #include <QTextBoundaryFinder>
 
@@ -81,7 +81,7 @@ public:
     }
 
 private:
-    Identidades m_identidades;
+    Uuids m_identidades;
 };
 
 // The first bytes of newline characters.

@@ -31,7 +31,7 @@ public:
 
     struct Final {
         int estado = 0;   ///< exit status; 128 + the signal's number when one ended it
-        QByteArray error; ///< what standard error still held, not given to the reader
+        QByteArray error; ///< its last words on standard error
     };
 
     /// Which streams `corre` reads. A stream that is not read takes as much as
@@ -49,8 +49,9 @@ public:
     /// Takes one chunk of standard error, never empty, in order, on the child's
     /// thread. A chunk is whatever the pipe held; it may end inside a line.
     ///
-    /// Words that the child wrote just before its end are left to Final: once
-    /// there is something to read, the child gets 40 ms to end first.
+    /// What the child wrote just before its end is in Final: all that the reader
+    /// never got, and the last chunk that it got if the end came within a second
+    /// of it. Chunks come 40 ms late, so that what is said together stays so.
     using Lector = std::function<void(const QByteArray &trozo)>;
 
     /// Called once, on the child's thread, after the last call of the reader.
@@ -63,8 +64,8 @@ public:
 
     /// Starts the child; call it once. Returns 0, or the errno value that says
     /// why nothing was started; then neither function is ever called. Without a
-    /// reader (an empty function) all of standard error is left to Final, read
-    /// to its end as it comes.
+    /// reader (an empty function) all of standard error is in Final, read to its
+    /// end as it comes.
     [[nodiscard]] int lanza(Lector lector, AlTerminar alTerminar);
 
     /// Runs a child to its end: reads standard output to its end, if it is to be

@@ -69,7 +69,7 @@ private slots:
             {"Error: x: Error: y", "error x: y"},
             {"algo fue mal\\n", kNoSePudo},
             {"Error: \\xff\\n", kNoSePudo},
-            {"Error: lejano\\n\nespera 200", kNoSePudo}, // long before the end
+            {"Error: lejano\\n\nespera 1200", kNoSePudo}, // long before the end
         };
         for (const auto &[dicho, texto] : casos) {
             Compresion trabajo({QByteArray("error ") + dicho, "sale 1"});

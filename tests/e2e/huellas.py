@@ -70,14 +70,15 @@ def _contenido(ruta, modo):
 
 
 def huella(raiz):
-    """{path below the root: (kind and mode, mtime in ns, content or target)}.
-    The names of one file with several count as files of their own."""
+    """{path below the root: (kind and mode, mtime in ns, content or target, the
+    first name of the same file)}."""
     raiz = os.fsencode(raiz)
-    todas = {}
-    for ruta in _rutas(raiz):
+    todas, primeros = {}, {}
+    for ruta in sorted(_rutas(raiz)):
         dato = os.lstat(ruta)
-        todas[os.path.relpath(ruta, raiz)] = (oct(dato.st_mode), dato.st_mtime_ns,
-                                              _contenido(ruta, dato.st_mode))
+        corta = os.path.relpath(ruta, raiz)
+        todas[corta] = (oct(dato.st_mode), dato.st_mtime_ns, _contenido(ruta, dato.st_mode),
+                        primeros.setdefault((dato.st_dev, dato.st_ino), corta))
     return todas
 
 

@@ -8,7 +8,7 @@
 /// Random UUIDs (version 4) by the thousand. Asking the system for each would
 /// take longer than reading the entry that gets it; here the system only seeds.
 /// Used by one thread.
-class Identidades {
+class Uuids {
 public:
     QUuid siguiente();
 

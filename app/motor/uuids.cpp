@@ -1,4 +1,4 @@
-#include "identidades.h"
+#include "uuids.h"
 
 namespace {
 
@@ -9,7 +9,7 @@ uchar octeto(quint64 numero, int n) {
 
 } // namespace
 
-QUuid Identidades::siguiente() {
+QUuid Uuids::siguiente() {
     if (m_usados == m_numeros.size()) {
         m_azar.fillRange(m_numeros.data(), static_cast<qsizetype>(m_numeros.size()));
         m_usados = 0;
