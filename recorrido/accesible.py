@@ -3,7 +3,7 @@ is small: nothing without a name, nothing out of reach, nothing out of sight."""
 
 from itertools import combinations
 
-from persona import Atspi, todos
+from persona import Atspi, caja, todos
 
 # What has a meaning of its own, and so a name.
 CON_NOMBRE = {"push button", "check box", "password text", "text", "progress bar", "list",
@@ -22,14 +22,10 @@ def nombre_de(nodo):
     return nodo.get_name() or nodo.get_description().partition(". ")[0]
 
 
-def caja(nodo):
-    c = nodo.get_extents(Atspi.CoordType.SCREEN)
-    return c.x, c.y, c.x + c.width, c.y + c.height
-
-
 def comun(a, b):
     """The width and the height of what two boxes share."""
-    return min(a[2], b[2]) - max(a[0], b[0]), min(a[3], b[3]) - max(a[1], b[1])
+    return (min(a[0] + a[2], b[0] + b[2]) - max(a[0], b[0]),
+            min(a[1] + a[3], b[1] + b[3]) - max(a[1], b[1]))
 
 
 def faltas(raiz):
@@ -59,7 +55,7 @@ def fuera_de_sitio(vistos):
             continue
         ancho, alto = comun(suya, marco)
         corrida = nodo.get_parent().get_role_name() in ("list", "push button")
-        if ancho < suya[2] - suya[0] or alto < suya[3] - suya[1] and not corrida:
+        if ancho < suya[2] or alto < suya[3] and not corrida:
             yield f"{papel} «{nombre_de(nodo)}»: se sale de la ventana, {suya} de {marco}"
         if papel in ("push button", "check box", "password text", "text", "label", "list",
                      "image") and nodo.get_parent().get_role_name() == "frame":

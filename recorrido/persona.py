@@ -264,8 +264,21 @@ class Receptor:
         self.proceso.communicate()
 
 
-def centro(nodo, escala=1):
-    """The middle of a control on the screen; Qt tells it in its own pixels."""
+def caja(nodo):
+    """Where a control is on the screen: x, y, width, height, in Qt's pixels."""
     nodo.clear_cache()
-    caja = nodo.get_extents(Atspi.CoordType.SCREEN)
-    return (caja.x + caja.width // 2) * escala, (caja.y + caja.height // 2) * escala
+    c = nodo.get_extents(Atspi.CoordType.SCREEN)
+    return c.x, c.y, c.width, c.height
+
+
+def centro(nodo, escala=1):
+    """The middle of a control, in the screen's pixels."""
+    x, y, ancho, alto = caja(nodo)
+    return int((x + ancho // 2) * escala), int((y + alto // 2) * escala)
+
+
+def color(x, y):
+    """Of a pixel of the screen: red, green, blue."""
+    dicho = subprocess.run(["import", "-window", "root", "-crop", f"1x1+{x}+{y}", "-depth", "8",
+                            "rgb:-"], capture_output=True, check=True).stdout
+    return tuple(dicho)

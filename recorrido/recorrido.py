@@ -41,7 +41,7 @@ class Recorrido(TramoExplorador):
         self.app.anuncia(lambda dicho: anuncio in dicho, anuncio)
 
     def abre_aplicacion(self, *ficheros):
-        entorno = self.sesion.entorno(**VARIANTES[self.variante])
+        entorno = self.sesion.entorno(local="es_ES", **VARIANTES[self.variante])
         # With a key that is remembered, the engine is done before it can be looked at.
         entorno["ORCALIN_SIN_LLAVERO"] = "1"
         self.visor = Visor(entorno)

@@ -84,7 +84,7 @@ class TramoExplorador(PasosExplorador):
         self.persona.teclas("Escape")
         self.sin_menu()
         self.persona.teclas("Menu")
-        self.menu_con("Abrir", "Recuperar…")
+        self.app.anuncia(lambda dicho: "Abrir" in dicho, "la primera orden")
         self.persona.teclas("Escape")
         self.sin_menu()
 

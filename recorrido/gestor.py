@@ -5,9 +5,8 @@ import itertools
 import os
 import subprocess
 
-from caso import ARBOL, SESION, persona
+import persona
 
-PREFIJO = SESION.carpeta / "instalado"
 COMPRIMIR = "Comprimir con Orcalin"
 GUION = """#!/bin/sh
 printf '%s\\0' "$@" > '{dicho}.nuevo'
@@ -18,17 +17,18 @@ mv '{dicho}.nuevo' '{dicho}'
 class Grabador:
     """Installs everything, with itself in the place of the application."""
 
-    def __init__(self):
-        subprocess.run(["cmake", "--install", ARBOL, "--prefix", PREFIJO],
+    def __init__(self, sesion, arbol):
+        self.prefijo = sesion.prefijo
+        subprocess.run(["cmake", "--install", arbol, "--prefix", self.prefijo],
                        check=True, capture_output=True)
-        self._dicho = SESION.carpeta / "dicho"
-        programa = PREFIJO / "bin/orcalin-app"
+        self._dicho = sesion.carpeta / "dicho"
+        programa = self.prefijo / "bin/orcalin-app"
         programa.unlink()
         programa.write_text(GUION.format(dicho=self._dicho))
         programa.chmod(0o755)
-        datos = PREFIJO / "share"
+        datos = self.prefijo / "share"
         self.entorno = dict(
-            SESION.entorno(), PATH=f"{programa.parent}:{os.environ['PATH']}",
+            sesion.entorno(), PATH=f"{programa.parent}:{os.environ['PATH']}",
             XDG_DATA_DIRS=f"{datos}:/usr/local/share:/usr/share",
             GIO_USE_VFS="local", GSETTINGS_BACKEND="memory")
         for orden in ("update-mime-database", datos / "mime"), \
