@@ -277,6 +277,12 @@ def centro(nodo, escala=1):
     return int((x + ancho // 2) * escala), int((y + alto // 2) * escala)
 
 
+def delante():
+    """The X server's number of the window with the keyboard; empty: none has it."""
+    return subprocess.run(["xdotool", "getactivewindow"], capture_output=True, text=True,
+                          check=False).stdout.strip()
+
+
 def color(x, y):
     """Of a pixel of the screen: red, green, blue."""
     dicho = subprocess.run(["import", "-window", "root", "-crop", f"1x1+{x}+{y}", "-depth", "8",

@@ -120,6 +120,7 @@ ListView {
     MenuConNombre {
         id: menu
         nombre: lista.currentItem?.nombre ?? ""
+        primera: esCarpeta ? 1 : 0
         readonly property bool esCarpeta: lista.currentItem?.esCarpeta ?? false
         MenuItem {
             text: "Abrir"

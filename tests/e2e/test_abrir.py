@@ -52,7 +52,7 @@ class Abrir(Caso):
         persona.teclas("alt+a")
         for orden in ("Abrir archivo…", "Salir"):
             self.app.espera("menu item", orden)
-        persona.teclas("Down", "Return")
+        persona.teclas("Return")
         self.espera_panel("Abrir archivo")
         persona.teclas("Escape")
         self.espera_sin_panel()

@@ -88,7 +88,7 @@ class Gestores(Caso):
                 siembra()
                 self.abre_gestor(GestorDeTeclado, "pcmanfm-qt", desde_abajo=lugares)
                 self.pide(servicio, rotulo)
-                self._remata(self.app.proceso)
+                self.app.proceso.kill()
 
     def test_nautilus(self):
         """The extension by the library that Nautilus speaks to it with. Its
