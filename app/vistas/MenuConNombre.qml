@@ -12,6 +12,8 @@ Menu {
     property int primera: 0
 
     onAboutToShow: if (Foco.marcado) currentIndex = primera
+    // The very first time there are no items yet before.
+    onOpened: if (Foco.marcado && currentIndex < 0) currentIndex = primera
     onNombreChanged: contentItem.parent.Accessible.name = nombre
     Component.onCompleted: {
         contentItem.parent.Accessible.name = nombre;
