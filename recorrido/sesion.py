@@ -36,7 +36,8 @@ class Sesion:
     """Starts the servers; `cierra` ends them and removes the folder. The
     environment of this process is that of the session from then on."""
 
-    def __init__(self, ancho=1400, alto=1100):
+    def __init__(self, ancho=1400, alto=1100, lienzo=False):
+        """`lienzo`: the server keeps its picture in a file, self.lienzo."""
         self.carpeta = Path(tempfile.mkdtemp(prefix="orcalin-e2e-"))
         self.casa = self.carpeta / "casa"
         self.tmp = self.carpeta / "tmp"
@@ -44,8 +45,10 @@ class Sesion:
         for carpeta in (self.casa, self.tmp, self.carpeta / "run"):
             carpeta.mkdir(mode=0o700)
         self._hijos = []
+        self.lienzo = self.carpeta / "Xvfb_screen0"
         self._prepara_entorno()
-        os.environ["DISPLAY"] = ":" + self._servidor_x(ancho, alto)
+        os.environ["DISPLAY"] = ":" + self._servidor_x(
+            ancho, alto, ["-fbdir", str(self.carpeta)] if lienzo else [])
         # With the letters of the language on it: what has to be typed by a key
         # made for it is lost now and then.
         subprocess.run(["setxkbmap", "es"], check=True)
@@ -75,11 +78,11 @@ class Sesion:
         self._hijos.append(hijo)
         return hijo
 
-    def _servidor_x(self, ancho, alto):
+    def _servidor_x(self, ancho, alto, opciones):
         leer, escribir = os.pipe()
         # Else the server forgets the keyboard when its last client leaves.
         self._lanza(["Xvfb", "-displayfd", str(escribir), "-nolisten", "tcp", "-noreset",
-                     "-screen", "0", f"{ancho}x{alto}x24"], pass_fds=[escribir])
+                     "-screen", "0", f"{ancho}x{alto}x24", *opciones], pass_fds=[escribir])
         os.close(escribir)
         with os.fdopen(leer) as numero:
             return numero.readline().strip()

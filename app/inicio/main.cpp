@@ -13,7 +13,6 @@
 #include "vistas/vistas.h"
 
 #include <QApplication>
-#include <QIcon>
 #include <QLibraryInfo>
 #include <QTimer>
 #include <QTranslator>
@@ -42,7 +41,6 @@ void presentate() {
     QCoreApplication::setApplicationVersion(QStringLiteral(ORCALIN_VERSION));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("orcalin"));
     QGuiApplication::setDesktopFileName(QLatin1String(kIdentidad));
-    QGuiApplication::setWindowIcon(QIcon::fromTheme(QLatin1String(kIdentidad)));
 }
 
 int cliente(int argc, char **argv, const Peticion &peticion) {
@@ -106,11 +104,12 @@ int trabaja(const Orden &orden, Fin antes) {
     EscritorioLibre escritorio;
     OrcalinApp app(std::make_unique<Delegado>(std::make_unique<Puesto>(recepcion)), escritorio);
     std::optional<vistas::Ventana> ventana;
+    if (orden.modo == Orden::Modo::Ventana)
+        ventana.emplace(app); // before the rest gets ready, which is done meanwhile
     QObject::connect(&recepcion, &Recepcion::alFrente, &app, [&](const Ficha &ficha) {
         if (!ventana)
             ventana.emplace(app);
-        ventana->alFrente(ficha);
-        if (!ventana->hecha())
+        if (!ventana->alFrente(ficha))
             QCoreApplication::exit(EXIT_FAILURE);
     });
     QObject::connect(&recepcion, &Recepcion::salir, &app, [&] {

@@ -81,23 +81,16 @@ struct Motor::Compresion {
 
     void acaba(const Proceso::Final &fin) const {
         clave::quita(clave);
-        const qint64 salida = bytesLegibles(destino);
-        enPrincipal([*this, salida, fin] { despide(resultado(salida, fin)); });
-    }
-
-    // In one step, so that nobody can go between being told and the end.
-    void despide(const Estado &final) const {
-        if (Motor *motor = publicador.motor()) {
-            motor->ponEstado(final);
-            EnMarcha::compresiones().sale(turno);
-        } else {
-            EnMarcha::compresiones().saleSola(turno, final);
-        }
-    }
-
-    Estado resultado(qint64 salida, const Proceso::Final &fin) const {
+        std::optional<QString> fallo;
         if (fin.estado != 0)
-            return Error{mensajeDeFallo(fin.error)};
+            fallo = mensajeDeFallo(fin.error);
+        const qint64 salida = bytesLegibles(destino);
+        publicador.acaba(turno, [*this, salida, fallo] { return resultado(salida, fallo); });
+    }
+
+    Estado resultado(qint64 salida, const std::optional<QString> &fallo) const {
+        if (fallo)
+            return Error{*fallo};
         return Hecho{entrada, salida, cronometro.segundos(), destino};
     }
 };
@@ -121,11 +114,11 @@ void Motor::comprimir(const QList<QUrl> &origenes, const QUrl &destino, bool max
         orden.argumentos << "--encrypt" << clave::argumentos(trabajo.clave);
     m_proceso = std::make_unique<Proceso>(std::move(orden));
     trabajo.cronometro.empieza();
-    trabajo.turno = m_turno = EnMarcha::compresiones().entra();
+    trabajo.turno = m_turno = EnMarcha::trabajos().entra({EnMarcha::Obra::Guardar, destino});
     const int fallo = m_proceso->lanza([trabajo](const QByteArray &t) { trabajo.lee(t); },
                                        [trabajo](const Proceso::Final &f) { trabajo.acaba(f); });
     if (fallo == 0)
         return;
-    EnMarcha::compresiones().sale(m_turno);
+    EnMarcha::trabajos().sale(m_turno);
     ponEstado(Error{QStringLiteral("No pude arrancar el motor: ") + motivoDeArranque(fallo)});
 }

@@ -193,6 +193,12 @@ void Proceso::Hijo::senala(int numero) {
         (void)pidfd_send_signal(m_pidfd.numero(), numero, nullptr, 0);
 }
 
+// One that is stopped hears nothing else before it goes on.
+void Proceso::Hijo::pideFin() {
+    senala(SIGTERM);
+    senala(SIGCONT);
+}
+
 void Proceso::Hijo::descarta() {
     senala(SIGKILL);
     recoge();

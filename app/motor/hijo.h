@@ -23,6 +23,9 @@ public:
     /// Sends a signal to the child unless it has been collected. Any thread.
     void senala(int numero);
 
+    /// Asks it to end, also when it has been stopped.
+    void pideFin();
+
     /// For a child that could not be followed: kills and collects it.
     void descarta();
 

@@ -2,6 +2,8 @@
 
 #include <QStringDecoder>
 
+#include <algorithm>
+
 namespace {
 
 bool esFinDeLinea(QChar c) {
@@ -36,9 +38,11 @@ QString lineas::sinPrefijo(QStringView linea) {
 }
 
 QString lineas::primerError(QStringView texto, const QString &siNo) {
-    for (const QStringView linea : separa(texto)) {
-        if (linea.contains(u"Error"))
-            return sinPrefijo(linea);
-    }
-    return siNo;
+    const qsizetype donde = texto.indexOf(u"Error");
+    if (donde < 0)
+        return siNo;
+    const auto *inicio = texto.begin() + donde;
+    while (inicio != texto.begin() && !esFinDeLinea(inicio[-1]))
+        --inicio;
+    return sinPrefijo({inicio, std::find_if(inicio, texto.end(), esFinDeLinea)});
 }

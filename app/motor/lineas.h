@@ -20,7 +20,8 @@ QList<QStringView> separa(QStringView texto);
 QString sinPrefijo(QStringView linea);
 
 /// What the engine complains of: the first line that holds "Error" in this
-/// very spelling, without any "Error: ", or `siNo` when there is none.
+/// very spelling, without any "Error: ", or `siNo` when there is none. An engine
+/// may complain without end: not on the main thread.
 QString primerError(QStringView texto, const QString &siNo);
 
 } // namespace lineas

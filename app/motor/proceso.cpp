@@ -36,11 +36,12 @@ public:
     }
 
     // To all there are. Who comes later gets no chance: the application is leaving.
-    void senala(int numero) {
+    template<typename Hacer>
+    void cierra(Hacer hacer) {
         const std::lock_guard guardia(m_cerrojo);
         m_cerrado = true;
         for (const auto &hijo : m_hijos)
-            hijo->senala(numero);
+            hacer(*hijo);
     }
 
     bool espera(std::chrono::milliseconds plazo) {
@@ -95,14 +96,14 @@ Proceso::Corrida Proceso::corre(const Orden &orden, Lee que) {
 
 void Proceso::termina() {
     if (m_hijo)
-        m_hijo->senala(SIGTERM);
+        m_hijo->pideFin();
 }
 
 void Proceso::terminaTodos(std::chrono::milliseconds gracia) {
     auto &vivos = Vivos<Hijo>::todos();
-    vivos.senala(SIGTERM);
+    vivos.cierra([](Hijo &hijo) { hijo.pideFin(); });
     if (vivos.espera(gracia))
         return;
-    vivos.senala(SIGKILL);
+    vivos.cierra([](Hijo &hijo) { hijo.senala(SIGKILL); });
     vivos.espera(gracia);
 }

@@ -12,11 +12,6 @@
 
 namespace {
 
-FalloAlLeer noSePudo(const QString &ruta, const QString &dicho) {
-    return fallos::Otro{
-        lineas::primerError(dicho, QStringLiteral("No se pudo abrir «%1».").arg(ruta))};
-}
-
 // One opening on its way through the threads.
 struct Apertura {
     QByteArray visor;
@@ -26,39 +21,36 @@ struct Apertura {
     std::function<void(const Motor::Copia &)> hecho;
 };
 
-Motor::Copia resultado(const Apertura &apertura, const QString &dicho) {
-    const auto copia = copia::busca(apertura.extraccion.destino, apertura.ruta.toUtf8());
-    if (!copia)
-        return noSePudo(apertura.ruta, dicho);
-    copia::protege(*copia);
-    return ruta::url(*copia);
+// The end of an opening that came to nothing.
+void renuncia(Apertura &&apertura, const QString &porque) {
+    enPrincipal([apertura = std::move(apertura), porque] { apertura.hecho(fallos::Otro{porque}); });
 }
 
-// The end of an opening: what `hacer` makes of it on the main thread.
-template<typename Hacer>
-void entrega(Apertura &&apertura, Hacer hacer) {
-    enPrincipal([apertura = std::move(apertura), hacer = std::move(hacer)] {
-        apertura.hecho(hacer(apertura));
+// The end of one that the engine has done; `siNo`: what to say where there is
+// no copy.
+void entrega(Apertura &&apertura, const QString &siNo) {
+    enPrincipal([apertura = std::move(apertura), siNo] {
+        const auto copia = copia::busca(apertura.extraccion.destino, apertura.ruta.toUtf8());
+        if (!copia)
+            return apertura.hecho(fallos::Otro{siNo});
+        copia::protege(*copia);
+        apertura.hecho(ruta::url(*copia));
     });
 }
 
 void saca(Apertura &&apertura) {
     const auto carpeta = visor::nuevaCarpeta(apertura.visor);
     if (!carpeta)
-        return entrega(std::move(apertura),
-                       [](const Apertura &a) -> Motor::Copia { return noSePudo(a.ruta, {}); });
+        return renuncia(std::move(apertura), visor::sinCarpeta());
     Extraccion &extraccion = apertura.extraccion;
     extraccion.destino = *carpeta;
     extraccion.clave = clave::escribe(apertura.contrasena);
     const auto corrida = Proceso::corre(extraccion.orden(apertura.ruta), Proceso::Lee::Error);
-    if (corrida.fallo != 0)
-        return entrega(std::move(apertura), [](const Apertura &) -> Motor::Copia {
-            return fallos::Otro{noArranca()}; // the password file stays, as with every job
-        });
+    if (corrida.fallo != 0) // the password file stays, as with every job
+        return renuncia(std::move(apertura), noArranca());
     clave::quita(extraccion.clave);
-    entrega(std::move(apertura), [dicho = lineas::texto(corrida.error)](const Apertura &a) {
-        return resultado(a, dicho);
-    });
+    const QString generico = QStringLiteral("No se pudo abrir «%1».").arg(apertura.ruta);
+    entrega(std::move(apertura), lineas::primerError(lineas::texto(corrida.error), generico));
 }
 
 } // namespace

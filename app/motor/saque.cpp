@@ -54,7 +54,7 @@ void Saque::empieza(const EspacioLibre &libre) {
         return acaba(*falta);
     const auto carpeta = visor::nuevaCarpeta(visor::carpeta());
     if (!carpeta)
-        return acaba(QStringLiteral("No se pudo preparar la carpeta de las copias."));
+        return acaba(visor::sinCarpeta());
     m_motor = *motor;
     m_restos = std::make_shared<Restos>();
     m_restos->carpeta = *carpeta;
@@ -75,11 +75,13 @@ void Saque::sacaOtra() {
     const Extraccion extraccion{m_motor, m_archivo, carpetaDe(i), m_restos->clave};
     (void)::mkdir(extraccion.destino.constData(), S_IRWXU); // the engine says what is wrong
     m_proceso = std::make_unique<Proceso>(extraccion.orden(m_rutas[i]));
-    auto alTerminar = [esta = QPointer(this),
-                       restos = m_restos](const Proceso::Final &fin) mutable {
-        enPrincipal([esta, fin] {
+    auto alTerminar = [esta = QPointer(this), restos = m_restos,
+                       ruta = m_rutas[i]](const Proceso::Final &fin) mutable {
+        const QString dicho = lineas::primerError(
+            lineas::texto(fin.error), QStringLiteral("No se pudo sacar «%1».").arg(ruta));
+        enPrincipal([esta, estado = fin.estado, dicho] {
             if (esta)
-                esta->acabaUna(fin);
+                esta->acabaUna(estado, dicho);
         });
         restos.reset(); // before the child counts as ended: the application may wait for that
     };
@@ -89,12 +91,11 @@ void Saque::sacaOtra() {
 
 // A part of a file would pass for the whole: unlike for viewing, the engine must
 // also say that all went well.
-void Saque::acabaUna(const Proceso::Final &fin) {
+void Saque::acabaUna(int estado, const QString &dicho) {
     const qsizetype i = m_copias.size();
     const auto copia = copia::busca(carpetaDe(i), m_rutas[i].toUtf8(), copia::Enlaces::Tal);
-    if (fin.estado != 0 || !copia)
-        return acaba(lineas::primerError(lineas::texto(fin.error),
-                                         QStringLiteral("No se pudo sacar «%1».").arg(m_rutas[i])));
+    if (estado != 0 || !copia)
+        return acaba(dicho);
     m_copias.append(*copia);
     sacaOtra();
 }

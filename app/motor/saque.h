@@ -54,7 +54,7 @@ private:
 
     [[nodiscard]] QByteArray carpetaDe(qsizetype i) const;
     void sacaOtra();
-    void acabaUna(const Proceso::Final &fin);
+    void acabaUna(int estado, const QString &dicho);
     void acaba(const QString &fallo);
 
     const QUrl m_archivo;

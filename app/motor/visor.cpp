@@ -47,6 +47,10 @@ std::optional<QByteArray> visor::nuevaCarpeta(const QByteArray &visor) {
     return nueva;
 }
 
+QString visor::sinCarpeta() {
+    return QStringLiteral("No se pudo preparar la carpeta de las copias.");
+}
+
 void visor::limpia(const QByteArray &visor) {
     if (!esCarpetaPropia(visor, 0))
         return;

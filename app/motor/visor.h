@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 
 #include <optional>
 
@@ -17,6 +18,9 @@ QByteArray carpeta();
 /// copies. That the new folder cannot be made inside is not told: the engine
 /// reports what it finds.
 std::optional<QByteArray> nuevaCarpeta(const QByteArray &visor);
+
+/// What to say when there is none.
+QString sinCarpeta();
 
 /// Removes it with all it holds, if it is a real folder of this user's; what
 /// cannot be removed stays.

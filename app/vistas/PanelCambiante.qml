@@ -1,14 +1,23 @@
 import QtQuick
 
-// Holds one panel at a time; the next one fades in.
+// Holds one panel at a time; the next one fades in. The first is there at once:
+// whoever opens the window waits for it.
 Loader {
     id: panel
 
-    focus: true
-    onLoaded: aparicion.restart()
+    property bool estrenado: false
 
-    NumberAnimation on opacity {
+    focus: true
+    onLoaded: {
+        if (estrenado)
+            aparicion.restart();
+        estrenado = true;
+    }
+
+    NumberAnimation {
         id: aparicion
+        target: panel
+        property: "opacity"
         from: 0
         to: 1
         duration: Tema.transicion

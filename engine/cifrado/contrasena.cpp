@@ -4,6 +4,7 @@
 #include "comun/medidas.h"
 #include "flujo/descriptor.h"
 
+#include <cerrno>
 #include <fcntl.h>
 
 namespace orcalin {
@@ -11,6 +12,11 @@ namespace {
 
 [[noreturn]] void falta() {
     throw Fallo("hace falta la contraseña");
+}
+
+// Whoever gave one is not helped by being asked for it again.
+[[noreturn]] void noSeLee() {
+    falla("no se puede leer el fichero de la clave", errno);
 }
 
 constexpr std::size_t tope = 64 * kibi;
@@ -21,11 +27,15 @@ Secreto leeContrasena(const std::string &ruta) {
     if (ruta.empty())
         falta();
     const Descriptor fd(open(ruta.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!fd.valido())
+        noSeLee();
     Secreto contrasena(tope + 1);
     std::size_t total = 0;
-    while (fd.valido() && total <= tope) {
+    while (total <= tope) {
         const ssize_t leidos = read(fd.numero(), contrasena.data() + total, tope + 1 - total);
-        if (leidos <= 0)
+        if (leidos < 0)
+            noSeLee();
+        if (leidos == 0)
             break;
         total += static_cast<std::size_t>(leidos);
     }

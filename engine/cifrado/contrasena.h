@@ -8,7 +8,8 @@ namespace orcalin {
 
 /// The password in the file at `ruta`: its bytes as they stand, a line end
 /// included. Throws Fallo, «hace falta la contraseña», if `ruta` is empty or
-/// the file is empty, longer than any password (64 KiB) or cannot be read.
+/// the file is empty or longer than any password (64 KiB); «no se puede leer el
+/// fichero de la clave: …» if it cannot be read.
 Secreto leeContrasena(const std::string &ruta);
 
 } // namespace orcalin

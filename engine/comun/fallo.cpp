@@ -9,7 +9,7 @@ namespace orcalin {
 
 std::string causa(int numero) {
     using Par = std::pair<int, std::string_view>;
-    static constexpr std::array<Par, 17> textos{{
+    static constexpr std::array<Par, 19> textos{{
         {ENOSPC, "no queda espacio en el disco"},
         {EDQUOT, "se ha agotado la cuota de disco"},
         {EFBIG, "el fichero es demasiado grande para este disco"},
@@ -25,7 +25,9 @@ std::string causa(int numero) {
         {ELOOP, "hay un enlace simbólico de por medio"},
         {EIO, "el disco no responde bien"},
         {ENOMEM, "no hay memoria bastante"},
+        {EAGAIN, "al sistema no le quedan recursos"}, // as for one thread more
         {EMFILE, "hay demasiados ficheros abiertos"},
+        {ENFILE, "hay demasiados ficheros abiertos"},
         {EPIPE, "nadie lee lo que se escribe"},
     }};
     const auto *par = std::find_if(textos.begin(), textos.end(),
@@ -33,6 +35,10 @@ std::string causa(int numero) {
     if (par != textos.end())
         return std::string(par->second);
     return "fallo del sistema número " + std::to_string(numero);
+}
+
+bool escasea(int numero) {
+    return numero == EMFILE || numero == ENFILE || numero == ENOMEM;
 }
 
 void falla(std::string_view que, int numero) {

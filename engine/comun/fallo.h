@@ -16,6 +16,10 @@ class Fallo : public std::runtime_error {
 /// the locale, and this program stays in the "C" one (see tar/escritor_tar.h).
 std::string causa(int numero);
 
+/// Whether it is this process that lacks something, whatever it was about to
+/// look at: the next thing will fare no better.
+bool escasea(int numero);
+
 /// Throws Fallo with «que: causa(numero)».
 [[noreturn]] void falla(std::string_view que, int numero);
 

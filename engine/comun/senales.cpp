@@ -14,6 +14,7 @@
 #include <string>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace orcalin {
 namespace {
@@ -104,12 +105,13 @@ void ignoraSenalesDeEscritura() {
 void atiendeCancelacion(std::string_view texto) {
     // A thread of its own: the key derivation, one block of a high compression
     // level and a stuck disk would keep a flag waiting far too long.
-    static std::once_flag vigilado;
-    std::call_once(vigilado, [texto] {
-        const sigset_t senales = atendidas();
-        pthread_sigmask(SIG_BLOCK, &senales, nullptr);
-        std::thread(vigila, senales, "Error: " + std::string(texto)).detach();
-    });
+    // No std::call_once: what is thrown through the C library's ends the process.
+    static bool vigilado = false;
+    if (std::exchange(vigilado, true))
+        return;
+    const sigset_t senales = atendidas();
+    pthread_sigmask(SIG_BLOCK, &senales, nullptr);
+    std::thread(vigila, senales, "Error: " + std::string(texto)).detach();
 }
 
 int creaEfimero(int carpeta, const char *nombre, int modoDeApertura, mode_t permisos) {

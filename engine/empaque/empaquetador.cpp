@@ -77,7 +77,7 @@ void Empaquetador::intenta(const Pieza &pieza) {
     Descriptor fd;
     struct stat estado {};
     if (!abre(pieza, fd, estado))
-        return falta(pieza, causa(errno));
+        return falta(pieza, errno);
     if ((estado.st_mode & S_IFMT) != pieza.clase)
         return falta(pieza, "ha cambiado mientras se guardaba");
     const Ficha nueva = ficha(pieza, fd.numero(), estado);
@@ -161,8 +161,10 @@ bool Empaquetador::guardaRegion(const Pieza &pieza, int fd, Region region) {
         if (leidos < 0 && errno == EINTR)
             continue;
         if (leidos <= 0) {
-            falta(pieza, leidos < 0 ? causa(errno)
-                                    : "ha menguado mientras se guardaba; el resto va con ceros");
+            if (leidos < 0)
+                falta(pieza, errno);
+            else
+                falta(pieza, "ha menguado mientras se guardaba; el resto va con ceros");
             return false;
         }
         const auto parte = Octetos(bloque).first(static_cast<std::size_t>(leidos));
@@ -188,6 +190,12 @@ void Empaquetador::comparaConAntes(const Pieza &pieza, int fd, const struct stat
     if (fstat(fd, &ahora) == 0 && ahora.st_size >= antes.st_size &&
         (ahora.st_size > antes.st_size || distinta(ahora.st_mtim, antes.st_mtim)))
         avisos.avisa(citado(pieza.origen) + " ha cambiado mientras se guardaba");
+}
+
+void Empaquetador::falta(const Pieza &pieza, int porque) {
+    if (escasea(porque))
+        falla("no se puede leer " + citado(pieza.origen), porque);
+    falta(pieza, causa(porque));
 }
 
 void Empaquetador::falta(const Pieza &pieza, const std::string &porque) {

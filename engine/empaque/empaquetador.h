@@ -25,7 +25,8 @@ public:
     /// this. Throws std::bad_alloc or Fallo.
     Empaquetador(SumideroMarcos &marcos, Progreso &progreso, Avisos &avisos);
 
-    /// Throws Fallo only when the archive itself cannot be written.
+    /// Throws Fallo only when the archive itself cannot be written, or no file
+    /// can be read any more.
     void guarda(const Pieza &pieza);
 
     /// Ends the tar stream.
@@ -52,6 +53,7 @@ private:
     bool guardaRegion(const Pieza &pieza, int fd, Region region);
     void guardaHueco(std::int64_t bytes);
     void comparaConAntes(const Pieza &pieza, int fd, const struct stat &antes);
+    void falta(const Pieza &pieza, int porque);
     void falta(const Pieza &pieza, const std::string &porque);
 
     SumideroMarcos &marcos;

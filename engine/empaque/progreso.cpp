@@ -27,13 +27,10 @@ Progreso::Progreso(bool pedido, const Plan &plan)
     : modo(hayTerminal() ? Modo::EnElSitio
            : pedido      ? Modo::Lineas
                          : Modo::Nada)
-    , inicio(Reloj::now()) {
-    constexpr std::uint64_t bloque = 512;
-    for (const auto &pieza : plan) {
+    , inicio(Reloj::now())
+    , previstos(bytesPrevistos(plan)) {
+    for (const auto &pieza : plan)
         ficheros += pieza.cuenta() ? 1 : 0;
-        // A header, and the content up to the end of its last block.
-        previstos += bloque + (pieza.bytes + bloque - 1) / bloque * bloque;
-    }
 }
 
 Progreso::~Progreso() {

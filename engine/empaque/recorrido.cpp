@@ -84,9 +84,11 @@ void Recorrido::apila(const Pieza &carpeta, std::vector<Pieza> &pila) {
     std::filesystem::directory_iterator actual(carpeta.origen, error);
     for (; !error && actual != std::filesystem::directory_iterator(); actual.increment(error))
         hijos.push_back(actual->path().filename());
+    const std::string queja = "no se puede mirar dentro de " + citado(carpeta.origen);
+    if (escasea(error.value()))
+        falla(queja, error.value());
     if (error)
-        avisos.falta("no se puede mirar dentro de " + citado(carpeta.origen) + ": " +
-                     causa(error.value()));
+        avisos.falta(queja + ": " + causa(error.value()));
     // What is pushed last is visited first.
     std::sort(hijos.rbegin(), hijos.rend());
     const std::string base = carpeta.origen == "/" ? "/" : carpeta.origen + "/";
@@ -104,6 +106,15 @@ std::uint64_t Recorrido::bytesDe(const struct stat &estado) {
 }
 
 } // namespace
+
+std::uint64_t bytesPrevistos(const Plan &plan) {
+    constexpr std::uint64_t bloque = 512;
+    std::uint64_t total = 0;
+    // A header, and the content up to the end of its last block.
+    for (const auto &pieza : plan)
+        total += bloque + (pieza.bytes + bloque - 1) / bloque * bloque;
+    return total;
+}
 
 Plan planea(const std::vector<std::string> &origenes, const FicheroProvisional &destino,
             Avisos &avisos) {

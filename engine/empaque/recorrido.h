@@ -26,10 +26,13 @@ struct Pieza {
 /// Everything there is to pack, in the order of the archive.
 using Plan = std::vector<Pieza>;
 
+/// How long the tar stream of a plan will be, but for extended headers.
+std::uint64_t bytesPrevistos(const Plan &plan);
+
 /// Walks the sources without ever following a symbolic link, not even when the
 /// source is one. Leaves out `destino` in both its forms. What cannot be packed
 /// or looked into goes to `avisos`. Throws Fallo if a source does not exist or
-/// is the destination itself.
+/// is the destination itself, or when the process may open no more files.
 Plan planea(const std::vector<std::string> &origenes, const FicheroProvisional &destino,
             Avisos &avisos);
 

@@ -5,11 +5,8 @@
 
 #include <functional>
 #include <memory>
-#include <vector>
 
 namespace orcalin {
-
-using Bloque = std::vector<unsigned char>;
 
 /// Turns stretches of the tar stream into frames, one after the other. Each
 /// thread has its own.
@@ -34,6 +31,7 @@ struct Compresion {
     Envase envase = Envase::zstd;
     std::size_t marco = 0;  ///< most bytes of the tar stream in a frame
     std::size_t aparte = 0; ///< from this size on a frame is not shared between kinds
+    std::size_t espera = 0; ///< bytes that may wait, to be compressed or to be written
     unsigned obreros = 1;   ///< threads that fit into the memory meant for them
     std::function<std::unique_ptr<Compresor>()> compresor;
 };
@@ -41,8 +39,10 @@ struct Compresion {
 /// zstd at a level from 1 to 22, in frames of 16 MiB.
 Compresion compresionHabitual(int nivel);
 
-/// LZMA2 in large frames, with the branch filter that the kind asks for.
-Compresion compresionMaxima();
+/// LZMA2 in large frames, with the branch filter that the kind asks for, for a
+/// stream of about `previstos` bytes. What comes out does not depend on how many
+/// threads there are.
+Compresion compresionMaxima(std::uint64_t previstos);
 
 /// As many threads as cores, but no more than fit into the memory meant for
 /// compression when each needs `bytes`; at least one.

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <new>
 #include <zstd.h>
+#include <zstd_errors.h>
 
 namespace orcalin {
 namespace {
@@ -17,6 +18,8 @@ struct Libera {
 };
 
 std::size_t comprobado(std::size_t resultado) {
+    if (ZSTD_getErrorCode(resultado) == ZSTD_error_memory_allocation)
+        throw std::bad_alloc();
     if (ZSTD_isError(resultado) != 0)
         throw Fallo("la compresión ha fallado");
     return resultado;
@@ -87,8 +90,10 @@ void CompresorZstd::toma(Octetos bocado, bool ultimo, Bloque &sale) {
 Compresion compresionHabitual(int nivel) {
     // What a thread takes at the higher levels: tables, window, a frame before and after.
     constexpr std::uint64_t porObrero = 160 * mebi;
-    return {Envase::zstd, largoMarco, largoMarco / 4, obrerosQueCaben(porObrero),
-            [nivel] { return std::make_unique<CompresorZstd>(nivel); }};
+    const unsigned obreros = obrerosQueCaben(porObrero);
+    return {Envase::zstd,   largoMarco,
+            largoMarco / 4, (obreros + 1) * largoMarco,
+            obreros,        [nivel] { return std::make_unique<CompresorZstd>(nivel); }};
 }
 
 } // namespace orcalin

@@ -2,11 +2,13 @@
 
 #include <cstddef>
 #include <span>
+#include <vector>
 
 namespace orcalin {
 
 using Octetos = std::span<const unsigned char>;
 using Hueco = std::span<unsigned char>;
+using Bloque = std::vector<unsigned char>; ///< bytes on their way, with an owner
 
 /// Where bytes come from: a file, a decryption, a decompression.
 class Fuente {

@@ -53,8 +53,12 @@ bool FuenteAdelantada::repone() {
 
 void FuenteAdelantada::adelanta() {
     std::exception_ptr ultimo;
-    Bloque bloque;
-    while (deja(bloque) && !ultimo && lee(bloque, ultimo)) {
+    try {
+        Bloque bloque;
+        while (deja(bloque) && !ultimo && lee(bloque, ultimo)) {
+        }
+    } catch (...) { // no memory for a block
+        ultimo = std::current_exception();
     }
     const std::lock_guard guarda(cerrojo);
     fallo = ultimo;

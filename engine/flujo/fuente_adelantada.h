@@ -8,7 +8,6 @@
 #include <memory>
 #include <mutex>
 #include <thread>
-#include <vector>
 
 namespace orcalin {
 
@@ -22,8 +21,6 @@ public:
     std::size_t lee(Hueco hueco) override;
 
 private:
-    using Bloque = std::vector<unsigned char>;
-
     void adelanta();
     bool lee(Bloque &bloque, std::exception_ptr &ultimo);
     bool deja(Bloque &bloque);

@@ -13,6 +13,8 @@ namespace {
 [[noreturn]] void cuentaElDano(std::size_t codigo) {
     if (ZSTD_getErrorCode(codigo) == ZSTD_error_frameParameter_windowTooLarge)
         throw Fallo("el archivo necesita demasiada memoria para leerse");
+    if (ZSTD_getErrorCode(codigo) == ZSTD_error_memory_allocation)
+        throw std::bad_alloc();
     throw Fallo("el archivo está dañado");
 }
 

@@ -33,7 +33,7 @@ SumideroMarcos::SumideroMarcos(Receptor &abajoDado, Compresion compresionDada,
     : abajo(abajoDado)
     , compresion(std::move(compresionDada))
     , alAvanzar(std::move(alAvanzarDado))
-    , tope(compresion.obreros == 1 ? 8 * mebi : (compresion.obreros + 1) * compresion.marco) {
+    , tope(compresion.obreros == 1 ? 8 * mebi : compresion.espera) {
     bocado.reserve(largoBocado);
 }
 
@@ -112,6 +112,8 @@ void SumideroMarcos::atiende(bool espera) {
     if (primero.fallo)
         std::rethrow_exception(primero.fallo);
     const auto hecho = std::exchange(primero.sale, {});
+    for (const auto &bloque : hecho)
+        esperan -= bloque.size();
     const bool listo = primero.listo;
     const auto cuantos = comprimidos;
     guarda.unlock();
@@ -167,6 +169,7 @@ void SumideroMarcos::cumple(Encargo &encargo, Compresor &compresor,
             compresor.toma(entra, ultimo, sale);
         }
         esperan -= entra.size();
+        esperan += sale.size();
         comprimidos += entra.size();
         encargo.sale.push_back(std::move(sale));
         hayHecho.notify_one();

@@ -12,8 +12,8 @@ namespace orcalin {
 
 /// Cuts a stream into frames, has them compressed by several threads, and
 /// writes them in order. The receiver below is used on the caller's thread
-/// only. What waits to be compressed is bounded: a frame more than there are
-/// threads, or little where there is only one.
+/// only. What waits, to be compressed or to be written, is bounded (see Compresion);
+/// it is little where there is only one thread.
 class SumideroMarcos : public Receptor {
 public:
     /// Hears, about ten times a second and on the caller's thread, how many
@@ -62,7 +62,7 @@ private:
     Receptor &abajo;
     Compresion compresion;
     AlAvanzar alAvanzar;
-    std::size_t tope; // of bytes that wait
+    std::size_t tope; // of bytes that wait, more or less
     Bloque bocado;    // what has not been passed on yet
     Trato trato = Trato::otro;
     std::uint64_t hastaEste = 0; // where the open frame begins

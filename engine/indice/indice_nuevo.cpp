@@ -9,6 +9,7 @@
 #include <memory>
 #include <new>
 #include <zstd.h>
+#include <zstd_errors.h>
 
 namespace orcalin {
 namespace {
@@ -43,6 +44,8 @@ std::vector<unsigned char> comprimeZstd(const std::vector<unsigned char> &crudo)
     std::vector<unsigned char> hecho(ZSTD_compressBound(crudo.size()));
     const std::size_t largo =
         ZSTD_compress2(contexto.get(), hecho.data(), hecho.size(), crudo.data(), crudo.size());
+    if (ZSTD_getErrorCode(largo) == ZSTD_error_memory_allocation)
+        throw std::bad_alloc();
     // The frame's length is told in 32 bits.
     if (ZSTD_isError(largo) != 0 || largo > UINT32_MAX)
         throw Fallo("la compresión ha fallado");
@@ -56,8 +59,12 @@ std::vector<unsigned char> comprimeZstd(const std::vector<unsigned char> &crudo)
 std::vector<unsigned char> comprimeXz(const std::vector<unsigned char> &crudo) {
     std::vector<unsigned char> hecho(lzma_stream_buffer_bound(crudo.size()));
     std::size_t largo = 0;
-    if (lzma_easy_buffer_encode(LZMA_PRESET_DEFAULT, LZMA_CHECK_CRC32, nullptr, crudo.data(),
-                                crudo.size(), hecho.data(), &largo, hecho.size()) != LZMA_OK)
+    const lzma_ret r =
+        lzma_easy_buffer_encode(LZMA_PRESET_DEFAULT, LZMA_CHECK_CRC32, nullptr, crudo.data(),
+                                crudo.size(), hecho.data(), &largo, hecho.size());
+    if (r == LZMA_MEM_ERROR)
+        throw std::bad_alloc();
+    if (r != LZMA_OK)
         throw Fallo("la compresión ha fallado");
     hecho.resize(largo);
     return hecho;

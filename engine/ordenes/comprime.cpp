@@ -46,7 +46,8 @@ void comprime(const PedidoComprimir &pedido) {
     Sumidero *abajo = &destino;
     if (cifrado)
         abajo = &*cifrado;
-    const auto compresion = pedido.maximo ? compresionMaxima() : compresionHabitual(pedido.nivel);
+    const auto compresion =
+        pedido.maximo ? compresionMaxima(bytesPrevistos(plan)) : compresionHabitual(pedido.nivel);
     escribe(*abajo, compresion, plan, progreso, avisos);
     progreso.acaba();
     avisos.remata("guardar bien");

@@ -5,6 +5,7 @@
 #include "comun/senales.h"
 
 #include <new>
+#include <system_error>
 
 namespace orcalin {
 namespace {
@@ -29,6 +30,8 @@ std::string descripcion() {
         return fallo.what();
     } catch (const std::bad_alloc &) {
         return "no hay memoria bastante";
+    } catch (const std::system_error &fallo) { // a thread that could not be had
+        return causa(fallo.code().value());
     } catch (const std::exception &) {
         return "fallo interno";
     }

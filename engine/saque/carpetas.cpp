@@ -5,8 +5,10 @@
 #include "flujo/provisional.h"
 #include "saque/fallo_de_entrada.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <utility>
@@ -14,7 +16,17 @@
 namespace orcalin {
 namespace {
 
-constexpr std::size_t abiertasALaVez = 400; // under the usual limit of 1024 descriptors
+/// How many folders are kept open: as the limit of descriptors allows, beside
+/// those that a file on its way needs.
+std::size_t cuantasAbiertas() {
+    constexpr std::size_t muchas = 400;
+    constexpr std::size_t otras = 12;
+    rlimit limite{};
+    if (getrlimit(RLIMIT_NOFILE, &limite) != 0 || limite.rlim_cur <= otras)
+        return 1;
+    return std::min<std::size_t>(muchas, limite.rlim_cur - otras);
+}
+
 /// A path of a hundred thousand components costs the square of that.
 constexpr std::size_t rutaMaxima = 16 * kibi;
 
@@ -50,7 +62,8 @@ std::string_view nombreDe(std::string_view ruta) {
 }
 
 Carpetas::Carpetas(mode_t permisosDados)
-    : permisos(permisosDados) {
+    : permisos(permisosDados)
+    , abiertasALaVez(cuantasAbiertas()) {
     Descriptor fd = abreEn(AT_FDCWD, ".");
     if (!fd.valido())
         falla("no se puede entrar en la carpeta de destino", errno);

@@ -62,6 +62,7 @@ private:
     CarpetaAbierta describe(Descriptor fd, std::string_view ruta, bool nueva);
 
     mode_t permisos;
+    std::size_t abiertasALaVez;
     CarpetaAbierta raiz;           // not among those that give way to others
     std::list<std::string> turnos; // the latest first
     std::unordered_map<std::string_view, Guardada> abiertas; // the keys are in `turnos`

@@ -60,14 +60,16 @@ Extraccion::Encargos Extraccion::busca(Indice &indice) {
                 continue;
             if (asiento.tipo == 'h')
                 ligados.emplace_back(asiento.enlazado, asiento.ruta);
+            else if (!std::exchange(encargos[asiento.lugar].conElla, true))
+                encargos[asiento.lugar].comos.push_back(asiento.ruta);
             else
-                encargos[asiento.lugar].push_back(asiento.ruta);
+                throw IndiceFalso();
         }
     } catch (const Fallo &) {
         throw IndiceFalso();
     }
     for (auto &[lugar, ruta] : ligados)
-        encargos[lugar].push_back(std::move(ruta));
+        encargos[lugar].comos.push_back(std::move(ruta));
     return encargos;
 }
 
@@ -87,7 +89,10 @@ void Extraccion::cumple(const Indice &indice, const Encargos &encargos) {
         if (origen + lector->posicion() < lugar)
             continue;
         const Entrada entrada = describe(ficha);
-        saca(*lector, ficha, entrada, i->second);
+        const auto &[conElla, comos] = i->second;
+        if (conElla ? entrada.ruta != comos.front() : entrada.tipo != '-')
+            throw IndiceFalso();
+        saca(*lector, ficha, entrada, comos);
         ++i;
     }
     algo = !encargos.empty();

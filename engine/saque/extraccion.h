@@ -30,9 +30,14 @@ public:
     bool saca();
 
 private:
-    /// What to do at a place of the tar stream: its first path is the entry's
-    /// own, or a link's; the rest are to become links to the first.
-    using Encargos = std::map<std::uint64_t, std::vector<std::string>>;
+    /// What to take out of a place of the tar stream, and as what: the first path
+    /// is the entry's own or, if that was not asked for, a link's; the rest are to
+    /// become links to the first.
+    struct Encargo {
+        bool conElla = false;
+        std::vector<std::string> comos;
+    };
+    using Encargos = std::map<std::uint64_t, Encargo>;
 
     bool porIndice();
     Encargos busca(Indice &indice);

@@ -2,6 +2,7 @@
 
 #include "comun/fallo.h"
 
+#include <cerrno>
 #include <new>
 
 namespace orcalin {
@@ -54,6 +55,8 @@ la_ssize_t EscritorTar::alEscribir(archive *, void *yo, const void *datos, std::
 void EscritorTar::comprueba(la_ssize_t resultado) {
     if (pendiente)
         std::rethrow_exception(pendiente);
+    if (resultado < ARCHIVE_WARN && archive_errno(tar.get()) == ENOMEM)
+        throw std::bad_alloc();
     if (resultado < ARCHIVE_WARN)
         throw Fallo("no se puede formar el archivo");
 }

@@ -3,6 +3,7 @@
 #include "comun/fallo.h"
 #include "comun/medidas.h"
 
+#include <cerrno>
 #include <new>
 #include <utility>
 
@@ -78,6 +79,8 @@ la_ssize_t LectorTar::alLeer(archive *, void *yo, const void **datos) {
 void LectorTar::falla() {
     if (pendiente)
         std::rethrow_exception(pendiente);
+    if (archive_errno(tar.get()) == ENOMEM)
+        throw std::bad_alloc();
     if (agotada && reconocido)
         throw Fallo("el archivo está incompleto");
     throw Fallo(reconocido ? "el archivo está dañado" : "no es un archivo .okz");

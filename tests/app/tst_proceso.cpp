@@ -131,6 +131,13 @@ private slots:
         QCOMPARE(ensayo.fin().estado, 128 + SIGTERM);
         ensayo.proceso.termina(); // after the end: nothing to signal
 
+        banco.ponMotor({"cuenta parado", "senal " + QByteArray::number(SIGSTOP)});
+        Ensayo parado;
+        QTRY_VERIFY(banco.hay("parado"));
+        QVERIFY(!parado.acabado(100ms));
+        parado.proceso.termina();
+        QCOMPARE(parado.fin().estado, 128 + SIGTERM);
+
         banco.ponMotor({"senal " + QByteArray::number(SIGQUIT)});
         QCOMPARE(Ensayo().fin().estado, 128 + SIGQUIT);
     }

@@ -8,7 +8,7 @@ import subprocess
 import time
 import unittest
 
-from motor import Caso, ESCASO, MOTOR, age, desordenado
+from motor import Caso, ESCASO, MOTOR, age, cambiado, desordenado
 
 SELLADO = 64 * 1024 + 16
 MALA = "contraseña incorrecta"
@@ -18,83 +18,62 @@ CORTADO = "el archivo está incompleto"
 
 
 class Contrasena(Caso):
-    def setUp(self):
-        super().setUp()
-        self.otra = self.d / "otra"
-
     def test_falta_o_no_vale(self):
-        self.cifra(self.clave)
-        self.assertEqual(self.error("list", self.okz), FALTA)
-        self.assertEqual(self.error("extract", self.okz, "-o", self.d / "salida"), FALTA)
-        for contenido, mensaje in (("", FALTA), ("tres", MALA),
+        self.comprime(self.clave, *self.en_clave)
+        otra = self.d / "otra"
+        for contenido, mensaje in ((None, FALTA), ("", FALTA), ("tres", MALA),
                                    (self.clave.read_text() + "\n", MALA)):
-            self.otra.write_text(contenido)
-            con = ("--password-file", self.otra)
-            self.assertEqual(self.error("list", self.okz, *con), mensaje)
-            self.assertEqual(self.error("extract", self.okz, "-o", self.d / "salida", *con), mensaje)
-        self.assertFalse((self.d / "salida").exists())
-
-    def test_falta_al_guardar(self):
-        orden = ("compress", self.clave, "-o", self.okz, "--encrypt")
-        self.otra.touch()
-        for con in ((), ("--password-file", self.d / "no existe"), ("--password-file", self.otra),
-                    ("--password-file", self.d)):
-            self.assertEqual(self.error(*orden, *con), FALTA)
+            con = () if contenido is None else ("--password-file", self.pon("otra", contenido))
+            for orden in (("list", self.okz), ("extract", self.okz, "-o", self.salida)):
+                self.assertEqual(self.error(*orden, *con), mensaje)
+        self.assertFalse(self.salida.exists())
+        self.okz.unlink()
+        self.pon("otra")
+        no_se_lee = "no se puede leer el fichero de la clave: "
+        for con, mensaje in (((), FALTA), ((otra,), FALTA), ((self.d / "no existe",), no_se_lee + "no existe"),
+                             ((self.d,), no_se_lee + "es una carpeta")):
+            con = (*(["--password-file"] * len(con)), *con)
+            self.assertEqual(self.error("compress", self.clave, "-o", self.okz, "--encrypt", *con), mensaje)
         self.assertFalse(self.okz.exists())
 
     def test_factor_de_siempre_y_aviso(self):
-        orden = ("compress", self.clave, "-o", self.okz, "--encrypt", "--password-file", self.clave)
+        orden = ("compress", self.clave, "-o", self.okz, "--encrypt", *self.con)
         lineas = self.corre(*orden, "--progress").lineas
-        self.assertEqual(lineas[0], "deriving key")
-        self.assertNotIn("deriving key", lineas[1:])
+        self.assertEqual([l for l in lineas if l == "deriving key"], lineas[:1])
         self.assertRegex(self.okz.read_bytes(), rb"\n-> scrypt \S+ 17\n")
-        self.assertEqual(list(self.lista("--password-file", self.clave)), ["clave"])
-        self.assertNotIn("deriving key", self.corre(*orden, *ESCASO).lineas)
-
-    def test_dos_veces_no_es_lo_mismo(self):
-        self.cifra(self.clave)
-        uno = self.okz.read_bytes()
-        self.cifra(self.clave)
+        self.assertEqual(list(self.lista(*self.con)), ["clave"])
+        self.assertEqual(self.corre(*orden, *ESCASO).lineas, [])
+        uno = self.okz.read_bytes()  # of the same, never the same twice
+        self.corre(*orden, *ESCASO)
         self.assertNotEqual(uno[:100], self.okz.read_bytes()[:100])
         self.assertNotEqual(uno[-100:], self.okz.read_bytes()[-100:])
 
-
     def test_ni_volcados_ni_miradas(self):
         como = self.como_nadie()
-        for ruta in (self.d, self.clave):
-            os.chmod(ruta, 0o777)
-        p = subprocess.Popen([MOTOR, "compress", self.clave, "-o", self.okz, "--encrypt",
-                              "--password-file", self.clave, "--progress"],
-                             stderr=subprocess.PIPE, **como)
-        with p:
+        os.chmod(self.clave, 0o777)
+        with subprocess.Popen([MOTOR, "compress", self.clave, "-o", self.okz, "--encrypt", *self.con,
+                               "--progress"], stderr=subprocess.PIPE, **como) as p:
             self.assertEqual(p.stderr.readline(), b"deriving key\n")
             # Only of a process that can be dumped and traced does it belong to the user.
             self.assertEqual(os.stat(f"/proc/{p.pid}/mem").st_uid, 0)
 
-
-@unittest.skipUnless(os.path.exists("/proc/keys"), "the kernel keeps no keys")
-class Llavero(Caso):
-    def segundos(self, *argumentos, falla=False, entorno=None):
-        def total():
-            r = resource.getrusage(resource.RUSAGE_CHILDREN)
-            return r.ru_utime + r.ru_stime
-        antes = total()
-        self.corre("list", self.okz, "--password-file", *argumentos, falla=falla,
-                   env={**os.environ, **(entorno or {})})
-        return total() - antes
-
+    @unittest.skipUnless(os.path.exists("/proc/keys"), "the kernel keeps no keys")
     def test_la_derivacion_se_paga_una_vez(self):
-        orden = ("compress", "--level", "1", "--encrypt", "--password-file", self.clave)
-        otra = self.d / "otra"
-        otra.write_text("tres tristes tigres")
-        self.corre(*orden, otra, "-o", self.okz)
-        entera = self.segundos(self.clave)
-        self.assertLess(self.segundos(self.clave), entera / 3)
-        self.assertGreater(self.segundos(self.clave, entorno={"ORCALIN_SIN_LLAVERO": "1"}), entera / 2)
-        self.assertGreater(self.segundos(otra, falla=True), entera / 2)
-        self.assertLess(self.segundos(self.clave), entera / 3)
-        self.corre(*orden, otra, "-o", self.okz)  # the same password, another archive
-        self.assertGreater(self.segundos(self.clave), entera / 2)
+        def segundos(clave, falla=False, **entorno):
+            antes = resource.getrusage(resource.RUSAGE_CHILDREN)
+            self.corre("list", self.okz, "--password-file", clave, falla=falla, env={**os.environ, **entorno})
+            r = resource.getrusage(resource.RUSAGE_CHILDREN)
+            return r.ru_utime + r.ru_stime - antes.ru_utime - antes.ru_stime
+        orden = ("compress", "--level", "1", "--encrypt", *self.con, "-o", self.okz)
+        otra = self.pon("otra", "tres tristes tigres")
+        self.corre(*orden, otra)
+        entera = segundos(self.clave)
+        self.assertLess(segundos(self.clave), entera / 3)
+        self.assertGreater(segundos(self.clave, ORCALIN_SIN_LLAVERO="1"), entera / 2)
+        self.assertGreater(segundos(otra, falla=True), entera / 2)
+        self.assertLess(segundos(self.clave), entera / 3)
+        self.corre(*orden, otra)  # the same password, another archive
+        self.assertGreater(segundos(self.clave), entera / 2)
         with open("/proc/keys", encoding="ascii") as llaves:
             for linea in [l for l in llaves if "orcalin:" in l and ": 150" in l]:
                 self.assertRegex(linea, r" (1m|\d+s|expd) 3b000000 ")
@@ -103,96 +82,80 @@ class Llavero(Caso):
 class Manipulado(Caso):
     def setUp(self):
         super().setUp()
-        fichero = self.d / "f"
-        fichero.write_bytes(desordenado(3 * 64 * 1024 + 10))
-        self.cifra(fichero)
+        self.comprime(self.pon("f", desordenado(3 * 64 * 1024 + 10)), *self.en_clave)
         self.bueno = self.okz.read_bytes()
         self.inicio = re.search(rb"\n--- \S{43}\n", self.bueno).end()
 
-    def con(self, datos):
+    def con_datos(self, datos):
         self.assertNotEqual(datos, self.bueno)
         self.okz.write_bytes(datos)
-        return self.error("extract", self.okz, "-o", self.d / "salida", "--password-file", self.clave)
+        return self.error_al_sacar(*self.con)
 
-    def cambiado(self, patron, nuevo):
-        return self.con(re.sub(patron, nuevo, self.bueno, count=1))
+    def con_otra(self, patron, nuevo):
+        return self.con_datos(re.sub(patron, nuevo, self.bueno, count=1))
 
     def test_cabecera(self):
-        def otro(b):
-            return b"A" if b != b"A" else b"B"
-        # Only who knows the password could tell these two from a wrong one.
-        self.assertEqual(self.cambiado(rb"(?<=scrypt )(.)", lambda m: otro(m[1])), MALA)
-        self.assertEqual(self.cambiado(rb"(?<= 4\n)(.)", lambda m: otro(m[1])), MALA)
-        self.assertEqual(self.cambiado(rb"(?<=--- )(.)", lambda m: otro(m[1])), DANO)
-        self.assertEqual(self.cambiado(rb"\.org/v1", b".org/v2"), "no es un archivo .okz")
-
-    def test_solo_la_forma_canonica(self):
         alfabeto = b"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/"
+
+        def otro(m):
+            return b"A" if m[1] != b"A" else b"B"
 
         def sobrante(m):  # sets a bit that encodes nothing
             return alfabeto[alfabeto.index(m[1]) | 1:][:1]
+        # Only who knows the password could tell the first two from a wrong one.
+        for patron, nuevo, mensaje in ((rb"(?<=scrypt )(.)", otro, MALA), (rb"(?<= 4\n)(.)", otro, MALA),
+                                       (rb"(?<=--- )(.)", otro, DANO),
+                                       (rb"\.org/v1", b".org/v2", "no es un archivo .okz")):
+            self.assertEqual(self.con_otra(patron, nuevo), mensaje, patron)
+        # Only the canonical form will do.
         for patron, nuevo in ((rb" 4\n", b" 04\n"), (rb" 4\n", b" +4\n"), (rb" 4\n", b" 4 \n"),
                               (rb" 4\n", b" 4\r\n"), (rb"-> scrypt", b"-> scrypt "),
                               (rb" 4\n", b"== 4\n"), (rb"(\S)(?= 4\n)", sobrante),
                               (rb"(\S)(?=\n---)", sobrante), (rb"(\S)(?=\n---)", rb"\1="),
                               (rb"--- ", b"---  "), (rb"\n---", b"\n\n---"), (rb"\n---", b"\n-> x\n\n---"),
                               (rb"--- \S+\n", b"---\n"), (rb" 4\n", b"\n")):
-            self.assertEqual(self.cambiado(patron, nuevo), DANO, (patron, nuevo))
-
-    def test_lo_que_no_se_acepta_abrir(self):
+            self.assertEqual(self.con_otra(patron, nuevo), DANO, (patron, nuevo))
+        for largo in (22, 30, 70, 120, self.inicio - 1, self.inicio + 10):
+            self.assertIn(self.con_datos(self.bueno[:largo]), (DANO, CORTADO))
         desde = time.monotonic()
         for factor in (b"23", b"30", b"99999999999999999999"):
-            self.assertIn("trabajo", self.cambiado(rb" 4\n", b" " + factor + b"\n"))
+            self.assertIn("trabajo", self.con_otra(rb" 4\n", b" " + factor + b"\n"))
         self.assertLess(time.monotonic() - desde, 2)
-        self.assertIn("cifrado", self.cambiado(rb"-> scrypt", b"-> X25519"))
-
-    def test_cabecera_cortada(self):
-        for largo in (22, 30, 70, 120, self.inicio - 1, self.inicio + 10):
-            self.assertIn(self.con(self.bueno[:largo]), (DANO, CORTADO))
+        self.assertIn("cifrado", self.con_otra(rb"-> scrypt", b"-> X25519"))
 
     def test_carga(self):
         cabeza, carga = self.bueno[:self.inicio + 16], self.bueno[self.inicio + 16:]
         trozos = [carga[i:i + SELLADO] for i in range(0, len(carga), SELLADO)]
         self.assertEqual(len(trozos), 4)
-        for i in (0, len(carga) // 2):
-            self.assertEqual(self.con(cabeza + cambiado(carga, i)), DANO)
-        self.assertEqual(self.con(self.bueno[:self.inicio] + bytes(16) + carga), DANO)
-        for orden in ((1, 0, 2, 3), (0, 1, 2, 2, 3)):
-            self.assertEqual(self.con(cabeza + b"".join(trozos[i] for i in orden)), DANO)
-        for largo in (0, SELLADO, 3 * SELLADO, 3 * SELLADO + 16):
-            self.assertEqual(self.con(cabeza + carga[:largo]), CORTADO)
+        casos = [(cabeza + cambiado(carga, i), DANO) for i in (0, len(carga) // 2)]
+        casos += [(self.bueno[:self.inicio] + bytes(16) + carga, DANO)]
+        casos += [(cabeza + b"".join(trozos[i] for i in orden), DANO)
+                  for orden in ((1, 0, 2, 3), (0, 1, 2, 2, 3))]
+        casos += [(cabeza + carga[:largo], CORTADO)
+                  for largo in (0, SELLADO, 3 * SELLADO, 3 * SELLADO + 16)]
         # Nobody can tell what became of a short last chunk.
-        for datos in (self.bueno + b"x", self.bueno[:-1], cambiado(self.bueno, -1),
-                      cabeza + trozos[0] + trozos[3]):
-            self.assertEqual(self.con(datos), f"{CORTADO} o dañado")
-        self.assertFalse((self.d / "salida/f").exists())
+        casos += [(datos, f"{CORTADO} o dañado")
+                  for datos in (self.bueno + b"x", self.bueno[:-1], cambiado(self.bueno, -1),
+                                cabeza + trozos[0] + trozos[3])]
+        for n, (datos, mensaje) in enumerate(casos):
+            self.assertEqual(self.con_datos(datos), mensaje, n)
+        self.assertFalse((self.salida / "f").exists())
 
-
-def cambiado(datos, i):
-    otro = bytearray(datos)
-    otro[i] ^= 1
-    return bytes(otro)
-
-
-class UltimoTrozoLleno(Caso):
-    def test_donde_acaba(self):
-        claro = self.d / "claro"
+    def test_donde_acaba_un_ultimo_trozo_lleno(self):
         self.comprime(self.clave)
         datos = self.okz.read_bytes()
         relleno = 2 * 64 * 1024 - len(datos) - 8  # a frame that every decoder skips
-        claro.write_bytes(datos + struct.pack("<II", 0x184D2A50, relleno) + bytes(relleno))
+        claro = self.pon("claro", datos + struct.pack("<II", 0x184D2A50, relleno) + bytes(relleno))
         age(["-p", "-o", self.d / "c.age", claro], self.clave.read_text())
         bueno = (self.d / "c.age").read_bytes()
         self.assertEqual((len(bueno) - bueno.index(b"\n--- ")) // SELLADO, 2)
-        con = ("--password-file", self.clave)
-        for nuevo, mensaje in ((bueno, None), (bueno + b"x", DANO), (bueno + bytes(16), DANO),
-                               (bueno + bytes(99), DANO), (cambiado(bueno, -1), DANO),
-                               (bueno[:-SELLADO], CORTADO), (bueno[:-SELLADO + 9], CORTADO)):
+        for nuevo, mensaje in ((bueno + b"x", DANO), (bueno + bytes(16), DANO), (bueno + bytes(99), DANO),
+                               (cambiado(bueno, -1), DANO), (bueno[:-SELLADO], CORTADO),
+                               (bueno[:-SELLADO + 9], CORTADO)):
             self.okz.write_bytes(nuevo)
-            if mensaje:
-                self.assertEqual(self.error("list", self.okz, *con), mensaje)
-            else:
-                self.assertEqual(list(self.lista(*con)), ["clave"])
+            self.assertEqual(self.error("list", self.okz, *self.con), mensaje)
+        self.okz.write_bytes(bueno)
+        self.assertEqual(list(self.lista(*self.con)), ["clave"])
 
 
 if __name__ == "__main__":

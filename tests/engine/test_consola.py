@@ -3,7 +3,6 @@
 import fcntl
 import os
 import pathlib
-import pty
 import re
 import shutil
 import struct
@@ -11,50 +10,29 @@ import subprocess
 import termios
 import unittest
 
-from motor import Caso, ESCASO, MOTOR, PROGRESO, desordenado
+from motor import Caso, MEBI, MOTOR, PROGRESO, cambiado, desordenado, en_terminal
 
 RAIZ = pathlib.Path(__file__).resolve().parents[2]
 ORDENES = ("compress", "list", "extract", "check")
 COLUMNAS = 40
-MEBI = 1024 * 1024
-
-
-def cambiado(datos, i):
-    return datos[:i] + bytes([datos[i] ^ 4]) + datos[i:][1:]
 
 
 class Terminal(Caso):
     def setUp(self):
         super().setUp()
-        self.carpeta = self.d / "carpeta"
-        self.carpeta.mkdir()
-        os.mkfifo(self.carpeta / "tubería")  # nothing to pack: worth a warning
-        (self.carpeta / "grande").write_bytes(desordenado(200 * MEBI))
-
-    def en_terminal(self, *argumentos):
-        """Runs the engine on a narrow terminal; its status and what came out."""
-        pid, terminal = pty.fork()
-        if pid == 0:
-            fcntl.ioctl(2, termios.TIOCSWINSZ, struct.pack("4H", 24, COLUMNAS, 0, 0))
-            os.execve(MOTOR, ["orcalin", *map(os.fspath, argumentos)],
-                      {**os.environ, "TERM": "xterm"})
-        salida = b""
-        try:
-            while trozo := os.read(terminal, 65536):
-                salida += trozo
-        except OSError:  # the other end is closed
-            pass
-        os.close(terminal)
-        return os.waitstatus_to_exitcode(os.waitpid(pid, 0)[1]), salida.decode()
+        os.mkfifo(self.c / "tubería")  # nothing to pack: worth a warning
+        self.pon("c/grande", desordenado(200 * MEBI))
+        self.guarda = ("compress", self.c, "-o", self.okz, "--level", "1")
 
     def test_se_redibuja_en_su_sitio(self):
-        guarda = ("compress", self.carpeta, "-o", self.okz, "--level", "1")
-        ordenes = ((guarda, "Guardando"),
-                   ((*guarda, "--progress", "--encrypt", "--password-file", self.clave, *ESCASO), "Guardando"),
-                   (("extract", self.okz, "-o", self.d, "--password-file", self.clave), "Sacando"),
-                   (("check", self.okz, "--password-file", self.clave), "Comprobando"))
-        for orden, que in ordenes:
-            estado, salida = self.en_terminal(*orden)
+        def estrecha():
+            fcntl.ioctl(2, termios.TIOCSWINSZ, struct.pack("4H", 24, COLUMNAS, 0, 0))
+        for orden, que, queda in (
+                (self.guarda, "Guardando", ["Aviso"]),
+                ((*self.guarda, "--progress", *self.en_clave), "Guardando", ["Aviso"]),
+                (("extract", self.okz, "-o", self.d, *self.con), "Sacando", []),
+                (("check", self.okz, *self.con), "Comprobando", ["El archivo está sano"])):
+            estado, salida = en_terminal((MOTOR, *orden), prepara=estrecha)
             self.assertEqual(estado, 0, salida)
             vistos = re.findall(r"\r\x1b\[K([^\r\n]*)", salida)
             marchas = [v for v in vistos if v.startswith(que)]
@@ -62,14 +40,12 @@ class Terminal(Caso):
             self.assertEqual(max(map(len, marchas)), COLUMNAS - 1)
             self.assertEqual(vistos[-1] if que != "Comprobando" else "", "")
             quedan = [re.sub(r".*\x1b\[K", "", l) for l in re.split(r"\r?\n", salida)]
-            self.assertEqual([l.split(":")[0] for l in quedan if l],
-                             {"Guardando": ["Aviso"], "Sacando": [],
-                              "Comprobando": ["El archivo está sano"]}[que])
+            self.assertEqual([l.split(":")[0] for l in quedan if l], queda)
 
     def test_en_una_tuberia_no_cambia_nada(self):
-        orden = ("compress", self.carpeta, "-o", self.okz, "--level", "1")
-        con = self.corre(*orden, "--progress", env={**os.environ, "TERM": "xterm"})
-        sin = self.corre(*orden, env={**os.environ, "TERM": "xterm"})
+        entorno = {**os.environ, "TERM": "xterm"}
+        con = self.corre(*self.guarda, "--progress", env=entorno)
+        sin = self.corre(*self.guarda, env=entorno)
         self.assertNotIn(b"\r", con.stderr + sin.stderr)
         self.assertGreater(len([l for l in con.lineas if PROGRESO.match(l)]), 1)
         self.assertEqual([l for l in con.lineas if not PROGRESO.match(l)], sin.lineas)
@@ -79,10 +55,10 @@ class Terminal(Caso):
 class Comprobar(Caso):
     def guarda(self, *opciones, cuantos, bytes_):
         for i in range(cuantos):
-            (self.d / f"f{i}").write_bytes(desordenado(bytes_))
-        os.link(self.d / "f0", self.d / "otro")
-        self.corre("compress", *(self.d / f"f{i}" for i in range(cuantos)), self.d / "otro",
-                   "-o", self.okz, *opciones)
+            self.pon(f"c/f{i}", desordenado(bytes_))
+        (self.c / "otro").unlink(missing_ok=True)
+        os.link(self.c / "f0", self.c / "otro")
+        self.comprime(*sorted(self.c.iterdir()), *opciones, nivel=None)
         sano = self.corre("check", self.okz)
         self.assertEqual(sano.lineas, [])
         self.assertEqual(sano.stdout.decode(), f"El archivo está sano: {cuantos + 1} elementos, "
@@ -103,38 +79,33 @@ class Comprobar(Caso):
         self.assertEqual(error, "Error: el archivo está dañado")
         self.assertGreaterEqual(len(perdidas), 2)
         for nombre in ("f0", "f1", "f2", "f3", "f4", "otro"):
-            r = subprocess.run([MOTOR, "extract", self.okz, "-o", self.d / "s", "--file", nombre],
-                               capture_output=True, check=False)
+            r = self.corre("extract", self.okz, "-o", self.salida, "--file", nombre, falla=None)
             self.assertEqual(r.returncode != 0, nombre in perdidas, nombre)
         error, perdidas = self.danado(bueno[:len(bueno) // 2])
         self.assertEqual((error, len(perdidas)), ("Error: el archivo está incompleto", 1))
 
     def test_indice_y_rotulo(self):
         for opciones in (("--level", "1"), ("--max",)):
-            (self.d / "f0").unlink(missing_ok=True)
-            (self.d / "otro").unlink(missing_ok=True)
             bueno = self.guarda(*opciones, cuantos=1, bytes_=1000)
             rotulo = bueno.rindex(b"OKZindex")
             largo = len(bueno) - int.from_bytes(bueno[rotulo + 16:rotulo + 24], "little")
             inocuos = 0
             for desde_el_final in range(1, largo + 1):
                 self.okz.write_bytes(cambiado(bueno, -desde_el_final))
-                r = subprocess.run([MOTOR, "check", self.okz], capture_output=True, check=False)
+                r = self.corre("check", self.okz, falla=None)
                 inocuos += r.returncode == 0
                 self.assertNotIn("dañado: ", r.stderr.decode(), desde_el_final)
             # Without its checksum the index is as good, and compared all the same.
             self.assertLessEqual(inocuos, 1)
 
-    def test_sin_indice_no_es_dano(self):
-        subprocess.run("tar -c clave | zstd -q >a.okz", shell=True, cwd=self.d, check=True)
-        self.corre("check", self.okz)
-
-    def test_cifrado(self):
-        self.cifra(self.clave)
+    def test_sin_indice_y_cifrado(self):
+        self.sh('tar -c clave | zstd -q >"$1"', self.d)
+        self.corre("check", self.okz)  # no index is no damage
+        self.comprime(self.clave, *self.en_clave)
         self.assertEqual(self.error("check", self.okz), "hace falta la contraseña")
-        self.corre("check", self.okz, "--password-file", self.clave)
+        self.corre("check", self.okz, *self.con)
         self.okz.write_bytes(self.okz.read_bytes()[:-1])
-        self.assertIn("dañado", self.error("check", self.okz, "--password-file", self.clave))
+        self.assertIn("dañado", self.error("check", self.okz, *self.con))
 
 
 class Ayuda(Caso):
@@ -151,8 +122,6 @@ class Ayuda(Caso):
             self.assertTrue(texto.startswith("Uso: orcalin " + "".join(orden)), texto)
             for otra in ORDENES if not orden else ():
                 self.assertIn(f"\n  {otra} ", texto)
-
-    def test_lo_que_falla_se_nombra(self):
         for orden, culpable in (((), "orden"), (("compress",), "ORIGEN"), (("compress", "x"), "-o"),
                                 (("list", "a", "--nada"), "--nada"),
                                 (("compress", "x", "-o", "a", "--level", "30"), "--level")):
@@ -170,32 +139,26 @@ class Ayuda(Caso):
                     # fish leaves the dashes out
                     self.assertRegex(texto, rf"(?<![a-z-])({palabra}|-[lso] {palabra.lstrip('-')})\b",
                                      nombre)
-
-    @unittest.skipUnless(shutil.which("man"), "needs man")
-    def test_manual_bien_compuesto(self):
-        r = subprocess.run(["man", "--warnings", "-E", "UTF-8", "-l", "-Tutf8", "-Z",
-                            RAIZ / "docs/man/orcalin.1"], capture_output=True, check=True)
-        self.assertEqual(r.stderr.decode(), "")
-
-    def completa(self, *palabras):
-        guion = ('source "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); COMPREPLY=();'
-                 '_orcalin; printf "%s\\n" "${COMPREPLY[@]}"')
-        r = subprocess.run(["bash", "-c", guion, "bash", RAIZ / "datos/completado/orcalin.bash", "orcalin",
-                            *palabras], cwd=self.d, capture_output=True, check=True)
-        self.assertEqual(r.stderr, b"")
-        return sorted(r.stdout.decode().split("\n")[:-1])
+        if shutil.which("man"):
+            r = subprocess.run(["man", "--warnings", "-E", "UTF-8", "-l", "-Tutf8", "-Z",
+                                RAIZ / "docs/man/orcalin.1"], capture_output=True, check=True)
+            self.assertEqual(r.stderr.decode(), "")
 
     def test_completado_de_bash(self):
-        (self.d / "mis fotos.okz").touch()
+        guion = ('source "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); COMPREPLY=();'
+                 '_orcalin; printf "%s\\n" "${COMPREPLY[@]}"')
+        self.pon("mis fotos.okz")
+        self.pon("mi.txt")
         (self.d / "mis cosas").mkdir()
-        (self.d / "mi.txt").touch()
-        self.assertEqual(self.completa("ex"), ["extract"])
-        self.assertEqual(self.completa("check", "mi"), ["mis cosas", "mis fotos.okz"])
-        self.assertEqual(self.completa("extract", "a.okz", "-o", "mi"), ["mis cosas"])
-        self.assertEqual(self.completa("list", "--pass"), ["--password-file"])
-        self.assertEqual(self.completa("list", "--password-file", "mi"),
-                         ["mi.txt", "mis cosas", "mis fotos.okz"])
-        self.assertEqual(self.completa("compress", "mi.t"), ["mi.txt"])
+        for palabras, propuestas in (
+                (("ex",), ["extract"]), (("check", "mi"), ["mis cosas", "mis fotos.okz"]),
+                (("extract", "a.okz", "-o", "mi"), ["mis cosas"]),
+                (("list", "--pass"), ["--password-file"]),
+                (("list", "--password-file", "mi"), ["mi.txt", "mis cosas", "mis fotos.okz"]),
+                (("compress", "mi.t"), ["mi.txt"])):
+            r = subprocess.run(["bash", "-c", guion, "bash", RAIZ / "datos/completado/orcalin.bash",
+                                "orcalin", *palabras], cwd=self.d, capture_output=True, check=True)
+            self.assertEqual((sorted(r.stdout.decode().split("\n")[:-1]), r.stderr), (propuestas, b""))
 
 
 if __name__ == "__main__":

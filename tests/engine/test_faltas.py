@@ -1,4 +1,4 @@
-"""Runs that are cut short: killed, cancelled, or out of room, at any moment.
+"""Runs that are cut short: killed, cancelled, or out of something, at any moment.
 
 As a command, with more rounds than the tests take (as root under `unshare -m`,
 which keeps the small file system to itself):
@@ -13,9 +13,8 @@ import sys
 import time
 import unittest
 
-from motor import Caso, ESCASO, MOTOR, desordenado, foto
+from motor import Caso, MEBI, MOTOR, desordenado, foto
 
-MEBI = 1024 * 1024
 veces = 4
 SENALES = [s for s in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)
            if signal.getsignal(s) != signal.SIG_IGN]  # as under nohup
@@ -26,23 +25,20 @@ class Cortado(Caso):
 
     def setUp(self):
         super().setUp()
-        self.c = self.d / "c"
-        self.c.mkdir()
         for n in range(40):
-            (self.c / f"f{n}").write_bytes(desordenado(20_000) + b"texto " * 5_000)
-        (self.c / "grande").write_bytes(desordenado(MEBI) * 3)
+            self.pon(f"c/f{n}", desordenado(20_000) + b"texto " * 5_000)
+        self.pon("c/grande", desordenado(MEBI) * 3)
         self.cuentas = {}
         self.addCleanup(lambda: veces > 10 and print(type(self).__name__, self.cuentas))
-        self.con = ("--password-file", self.clave)
 
     def cuenta(self, que):
         self.cuentas[que] = self.cuentas.get(que, 0) + 1
 
     def siguiente(self):
         """Another tree and another way to pack it."""
-        (self.c / "marca").write_bytes(desordenado(16))
+        self.pon("c/marca", desordenado(16))
         modos = (("--level", "3"), ("--level", "19", "--progress"), ("--max",),
-                 ("--level", "1", "--encrypt", *self.con, *ESCASO))
+                 ("--level", "1", *self.en_clave))
         return ("compress", self.c, "-o", self.okz, *random.choice(modos))
 
     def provisionales(self, donde=None):
@@ -70,6 +66,11 @@ class Cortado(Caso):
         self.corre(*orden)
         return time.monotonic() - desde
 
+    def compara_lo_que_hay(self, carpeta, buenos):
+        for ruta, ficha in foto(carpeta).items():
+            if ruta != b".":
+                self.assertEqual(ficha[2], buenos[ruta][2], ruta)
+
 
 class Matar(Cortado):
     def test_en_cualquier_momento(self):
@@ -94,16 +95,13 @@ class Matar(Cortado):
         otros = {".orcalin-1-2.tmp.txt", ".orcalin-1-.tmp", ".orcalin--2.tmp", "orcalin-1-2.tmp",
                  ".orcalin-1-2-3.tmp", ".orcalin-.tmp"}
         sitio = self.d / "sitio"
-        sitio.mkdir()
         for nombre in {resto, vivo, *otros}:
-            (sitio / nombre).write_text("x")
+            self.pon(f"sitio/{nombre}")
         (sitio / ".orcalin-1-4.tmp").symlink_to(self.clave)
         (sitio / ".orcalin-1-5.tmp").mkdir()
-        quedan = {p.name for p in sitio.iterdir()} - {resto}
         if os.geteuid() == 0:
-            (sitio / ".orcalin-1-6.tmp").write_text("x")
-            os.chown(sitio / ".orcalin-1-6.tmp", 1, 1)
-            quedan |= {".orcalin-1-6.tmp"}
+            os.chown(self.pon("sitio/.orcalin-1-6.tmp"), 1, 1)
+        quedan = {p.name for p in sitio.iterdir()} - {resto}
         cerrojo = subprocess.Popen(["flock", sitio / vivo, "-c", "echo; cat"], stdin=subprocess.PIPE,
                                    stdout=subprocess.PIPE)
         self.addCleanup(cerrojo.communicate)
@@ -111,22 +109,23 @@ class Matar(Cortado):
         self.comprime(self.clave)
         self.extrae(a="sitio")  # it cleans where it writes, and an archive does, too
         self.assertEqual({p.name for p in sitio.iterdir()}, quedan | {"clave"})
-        (sitio / resto).write_text("x")
+        self.pon(f"sitio/{resto}")
         self.corre("compress", self.clave, "-o", sitio / "a.okz")
         self.assertEqual({p.name for p in sitio.iterdir()}, quedan | {"clave", "a.okz"})
 
 
 class Cancelar(Cortado):
     def juzga_cancelado(self, p, texto):
-        """Whether the run was cancelled; it may have ended before, or not begun."""
+        """How the run ended; that may have been before the signal, or before it began."""
         self.assertLess(p.tardanza, 1)
         self.cuentas["lo que más tardó"] = max(self.cuentas.get("lo que más tardó", 0), p.tardanza)
         if p.returncode == 1:
-            self.assertEqual(p.lineas[-1], "Error: " + texto)
-            self.assertEqual(len([l for l in p.lineas if "Error" in l]), 1)
+            self.assertEqual([l for l in p.lineas if "Error" in l], ["Error: " + texto])
         else:
             self.assertIn(p.returncode, (0, *(-s for s in SENALES)))
-        return {0: "acabado", 1: "cancelado"}.get(p.returncode, "antes de empezar")
+        como = {0: "acabado", 1: "cancelado"}.get(p.returncode, "antes de empezar")
+        self.cuenta(como)
+        return como
 
     def test_al_guardar(self):
         plazo = self.plazo(self.siguiente())
@@ -141,7 +140,6 @@ class Cancelar(Cortado):
                                        (*orden[:4], "--encrypt", *self.con)))
             p = self.corta(orden, random.choice(SENALES), plazo)
             como = self.juzga_cancelado(p, "guardado cancelado")
-            self.cuenta(como)
             self.assertEqual(self.provisionales(), [])
             if como == "acabado":
                 self.assertEqual(self.marca(), (self.c / "marca").read_bytes())
@@ -151,20 +149,19 @@ class Cancelar(Cortado):
     def test_al_sacar(self):
         self.comprime(self.c)
         buenos = foto(self.c)
-        plazo = self.plazo(("extract", self.okz, "-o", self.d / "todo"))
+        orden = ("extract", self.okz, "-o")
+        plazo = self.plazo((*orden, self.d / "todo"))
         for n in range(veces):
-            salida = self.d / "s"
-            p = self.corta(("extract", self.okz, "-o", salida), random.choice(SENALES), plazo)
-            self.cuenta(self.juzga_cancelado(p, "extracción cancelada"))
-            self.assertEqual(self.provisionales(salida), [])
-            for ruta, ficha in foto(salida / "c").items():
-                if ruta != b".":
-                    self.assertEqual(ficha[2], buenos[ruta][2], ruta)
+            p = self.corta((*orden, self.salida), random.choice(SENALES), plazo)
+            self.juzga_cancelado(p, "extracción cancelada")
+            self.assertEqual(self.provisionales(self.salida), [])
+            self.compara_lo_que_hay(self.salida / "c", buenos)
             if n % 2:
-                subprocess.run(["rm", "-r", salida], check=False)
+                subprocess.run(["rm", "-r", self.salida], check=False)
 
     def test_aunque_nadie_lea(self):
         lectura, escritura = os.pipe()
+        self.addCleanup(os.close, lectura)
         os.set_blocking(escritura, False)
         try:
             while True:
@@ -172,7 +169,6 @@ class Cancelar(Cortado):
         except BlockingIOError:
             os.set_blocking(escritura, True)
         p = subprocess.Popen([MOTOR, *self.siguiente()[:4], "--progress", "--max"], stderr=escritura)
-        self.addCleanup(os.close, lectura)
         os.close(escritura)
         while p.poll() is None and not self.provisionales():
             time.sleep(0.01)
@@ -180,16 +176,17 @@ class Cancelar(Cortado):
         self.assertEqual(p.wait(timeout=1), 1)
         self.assertEqual(self.provisionales(), [])
 
-    def test_quien_arranca_decide(self):
-        # In the background of a script, and under nohup.
+    def test_lo_que_no_la_corta(self):
+        # In the background of a script, under nohup; stopped and taken up again.
         p = subprocess.Popen(["sh", "-c", 'trap "" INT HUP; exec "$@"', "sh", MOTOR,
                               "compress", self.c, "-o", self.okz, "--level", "19", "--progress"],
                              stderr=subprocess.PIPE)
         p.stderr.readline()
-        p.send_signal(signal.SIGINT)
-        p.send_signal(signal.SIGHUP)
+        for senal in (signal.SIGINT, signal.SIGHUP, signal.SIGSTOP, signal.SIGCONT):
+            p.send_signal(senal)
         p.communicate()
         self.assertEqual(p.returncode, 0)
+        self.corre("check", self.okz)
 
 
 class DiscoLleno(Cortado):
@@ -203,7 +200,8 @@ class DiscoLleno(Cortado):
             self.skipTest("a small file system cannot be mounted here")
         self.addCleanup(subprocess.run, ["umount", self.disco], check=True)
 
-    def lleno(self, *orden):
+    def lleno(self, *orden, minimo):
+        self.pon("disco/estorbo", desordenado(random.randrange(minimo, 30 * MEBI + minimo)))
         mensaje = self.error(*orden)
         self.assertIn("no queda espacio en el disco", mensaje)
         self.assertEqual(self.provisionales(self.disco), [])
@@ -212,30 +210,58 @@ class DiscoLleno(Cortado):
     def test_al_guardar(self):
         self.okz = self.disco / "a.okz"
         self.comprime(self.clave)
-        (self.c / "mucho").write_bytes(desordenado(33 * MEBI))
+        self.pon("c/mucho", desordenado(33 * MEBI))
         for _ in range(veces):
-            orden = self.siguiente()
-            (self.disco / "estorbo").write_bytes(desordenado(random.randrange(1000, 30 * MEBI)))
-            self.lleno(*orden[:4], "--level", "1")
+            self.lleno("compress", self.c, "-o", self.okz, "--level", "1", minimo=1000)
             self.assertEqual(list(self.lista()), ["clave"])
         (self.disco / "estorbo").unlink()
         self.assertEqual([p.name for p in self.disco.iterdir()], ["a.okz"])
 
     def test_al_sacar(self):
-        (self.c / "grande").write_bytes(desordenado(30 * MEBI))
+        self.pon("c/grande", desordenado(30 * MEBI))
         self.comprime(self.c)
         buenos = foto(self.c)
-        for n in range(veces):
-            (self.disco / "c").mkdir()
-            (self.disco / "c/grande").write_text("el de antes")
-            (self.disco / "estorbo").write_bytes(desordenado(random.randrange(2 * MEBI, 31 * MEBI)))
-            self.lleno("extract", self.okz, "-o", self.disco)
-            self.assertEqual((self.disco / "c/grande").read_text(), "el de antes")
-            (self.disco / "c/grande").unlink()
-            for ruta, ficha in foto(self.disco / "c").items():
-                if ruta != b".":
-                    self.assertEqual(ficha[2], buenos[ruta][2], (n, ruta))
+        for _ in range(veces):
+            viejo = self.pon("disco/c/grande", "el de antes")
+            self.lleno("extract", self.okz, "-o", self.disco, minimo=MEBI)
+            self.assertEqual(viejo.read_text(), "el de antes")
+            viejo.unlink()
+            self.compara_lo_que_hay(self.disco / "c", buenos)
             subprocess.run(["rm", "-r", self.disco / "c", self.disco / "estorbo"], check=True)
+
+
+class SinMedios(Cortado):
+    def test_ni_memoria_ni_descriptores(self):
+        """However little there is: all of it, or one line and nothing spoilt."""
+        for n in range(20):
+            self.pon(f"c/d{n}/a/b/c/f")  # folders that would rather stay open
+        guarda = ("compress", self.c, "-o", self.okz)
+        self.comprime(self.clave)
+        viejo = self.okz.read_bytes()
+        for opciones in (("--level", "3"), ("--max",), ("--level", "1", *self.en_clave)):
+            for limite in ("-n 5", "-n 8", *(f"-v {m << 10}" for m in (12, 20, 40, 160))):
+                if self.con_limite(limite, *guarda, *opciones) != 0:
+                    self.assertEqual(self.okz.read_bytes(), viejo, limite)
+                self.okz.write_bytes(viejo)
+            self.comprime(self.c, *opciones, nivel=None)
+            todo = self.okz.read_bytes()
+            for datos in (todo, todo[:-1])[:1 if "--encrypt" in opciones else 2]:  # and without an index
+                self.okz.write_bytes(datos)
+                for limite in ("-n 8", *(f"-v {m << 10}" for m in (12, 16, 24, 32, 64))):
+                    for orden in (("list",), ("check",), ("extract", "-o", self.salida)):
+                        estado = self.con_limite(limite, orden[0], self.okz, *orden[1:], *self.con)
+                        self.assertTrue(estado == 0 or "-v" in limite, orden)
+            self.okz.write_bytes(viejo)
+
+    def con_limite(self, limite, *orden):
+        r = subprocess.run(["sh", "-c", f'ulimit {limite} && exec "$@"', "sh", MOTOR, *orden],
+                           capture_output=True, check=False)
+        self.juzga(r, r.returncode != 0)
+        if r.returncode != 0:
+            self.assertRegex(r.lineas[-1], ": hay demasiados ficheros abiertos$|no hay memoria bastante$|"
+                             "al sistema no le quedan recursos$", (limite, orden))
+        self.assertEqual(self.provisionales(), [])
+        return r.returncode
 
 
 if __name__ == "__main__":

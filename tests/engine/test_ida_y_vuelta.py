@@ -5,48 +5,68 @@ import os
 import random
 import re
 import struct
-import subprocess
 import unittest
 
-from motor import Caso, ESCASO, NADIE, age, foto, siembra
+from motor import Caso, MEBI, NADIE, age, foto
 
-MARCO = 16 * 1024 * 1024
+MARCO = 16 * MEBI
 TROZO = 64 * 1024
+
+
+def siembra(raiz):
+    """A tree with one of everything that people keep, at `raiz`."""
+    (raiz / "sub/vacía").mkdir(parents=True)
+    nombres = ["normal.txt", " espacio delante", "detrás ", "-guion", "--file", "a\nb\tc", "\"'\\$",
+               "canci\u00f3n", "cancio\u0301n", os.fsdecode(b"latin\xf1\xff"), "l\u2028\u0085s",
+               "x" * 255, "Error: contraseña"]
+    for i, nombre in enumerate(nombres):
+        (raiz / nombre).write_bytes(nombre.encode(errors="surrogateescape") * i)
+    profunda = raiz / "/".join(["carpeta de nombre largo"] * 12)
+    profunda.mkdir(parents=True)
+    (profunda / "ñandú").write_text("hondo")
+    os.link(raiz / "normal.txt", raiz / "sub/duro")
+    for destino, enlace in (("normal.txt", "blando"), ("../no/existe/ñ", "sub/roto"), ("sub", "a carpeta")):
+        os.symlink(destino, raiz / enlace)
+    os.setxattr(raiz / "normal.txt", "user.nota", b"uno\0dos")
+    os.chmod(raiz / "-guion", 0o640)
+    os.chmod(raiz / "detrás ", 0o4755)
+    for n, ruta in enumerate([*raiz.rglob("*"), raiz]):
+        os.utime(ruta, ns=(0, 1_234_567_890_123_456_789 + n), follow_symlinks=False)
+    os.utime(raiz / "-guion", ns=(0, -5_000_000_000))
+    os.chmod(raiz / "sub/vacía", 0o555)
+    os.chmod(raiz / "sub", 0o555)
 
 
 class IdaYVuelta(Caso):
     def setUp(self):
         super().setUp()
-        self.dentro = self.d / "dentro"
-        self.raiz = self.dentro / "álbum"
+        self.raiz = self.c / "álbum"
         siembra(self.raiz)
-        self.antes = foto(self.dentro)
 
     def compara(self, fuera):
-        despues = foto(fuera)
-        self.assertEqual(self.antes.keys(), despues.keys())
-        for ruta, ficha in self.antes.items():
+        antes, despues = foto(self.c), foto(fuera)
+        self.assertEqual(antes.keys(), despues.keys())
+        for ruta, ficha in antes.items():
             self.assertEqual(ficha, despues[ruta], ruta)
 
     def con_shell(self, orden):
         fuera = self.d / "fuera"
-        fuera.mkdir()
-        subprocess.run(["sh", "-c", orden, "sh", self.okz], cwd=fuera, check=True,
-                       capture_output=True)
+        self.sh(orden, fuera)
         self.compara(fuera)
 
-    def test_extract(self):
+    def test_extract_y_bsdtar(self):
         self.comprime(f"{self.raiz}//")
         self.compara(self.extrae())
         self.compara(self.extrae())  # onto what is there already
+        self.con_shell('bsdtar -xpf "$1"')
 
-    def test_extract_cifrado(self):
-        self.cifra(self.raiz)
-        self.assertEqual(b"lbum" in self.okz.read_bytes(), False)
-        self.compara(self.extrae("--password-file", self.clave))
-
-    def test_bsdtar(self):
-        self.comprime(self.raiz)
+    def test_cifrado_y_age_y_bsdtar(self):
+        self.comprime(self.raiz, *self.en_clave)
+        self.assertNotIn(b"lbum", self.okz.read_bytes())
+        self.compara(self.extrae(*self.con))
+        claro = self.d / "claro.okz"
+        self.assertEqual(age(["-d", "-o", claro, self.okz], self.clave.read_text()), 0)
+        self.okz = claro
         self.con_shell('bsdtar -xpf "$1"')
 
     def test_zstd_y_tar(self):
@@ -54,62 +74,42 @@ class IdaYVuelta(Caso):
         # their folders a new time.
         os.unlink(self.raiz / "sub/roto")
         os.utime(self.raiz / "sub", ns=(0, 5))
-        self.antes = foto(self.dentro)
         self.comprime(self.raiz)
         self.con_shell('zstd -dc "$1" | tar --xattrs -xp')
 
-    def test_age_y_bsdtar(self):
-        self.cifra(self.raiz)
-        claro = self.d / "claro.okz"
-        self.assertEqual(age(["-d", "-o", claro, self.okz], self.clave.read_text()), 0)
-        self.okz = claro
-        self.con_shell('bsdtar -xpf "$1"')
-
     def test_lo_que_otros_escriben(self):
-        tar = self.d / "otro.tar.zst"
-        subprocess.run(["tar", "--format=pax", "--xattrs", "--zstd", "-cf", tar, "-C", self.dentro,
-                        "."], check=True, capture_output=True)
-        self.okz = tar
+        self.sh('tar --format=pax --xattrs --zstd -cf "$1" .', self.c)
         self.assertNotIn(".", self.lista())
         self.compara(self.extrae(a="claro"))
-        self.okz = self.d / "otro.age"
-        self.assertEqual(age(["-p", "-o", self.okz, tar], self.clave.read_text()), 0)
-        self.compara(self.extrae("--password-file", self.clave, a="cifrado"))
+        otro = self.d / "otro.age"
+        self.assertEqual(age(["-p", "-o", otro, self.okz], self.clave.read_text()), 0)
+        self.okz = otro
+        self.compara(self.extrae(*self.con, a="cifrado"))
 
 
 class Fiel(Caso):
-    def setUp(self):
-        super().setUp()
-        self.c = self.d / "c"
-        self.c.mkdir()
-
     def ida_y_vuelta(self):
         self.comprime(self.c)
-        salida = self.extrae()
-        self.assertEqual(foto(self.c), foto(salida / "c"))
-        return salida / "c"
+        self.assertEqual(foto(self.c), foto(self.extrae() / "c"))
 
     def test_huecos(self):
-        for nombre, bytes_, desde in (("hueco", 2**33, None), ("delante", 10**7, 0),
-                                      ("detrás", 10**7 + 1, 10**7), ("medio", 2**32, 2**31 + 5)):
+        letras = {"delante": (10**7, 0), "detrás": (10**7 + 1, 10**7), "medio": (2**32, 2**31 + 5)}
+        for nombre, (bytes_, desde) in {"hueco": (2**33, None), **letras}.items():
             with open(self.c / nombre, "wb") as f:
                 f.truncate(bytes_)
                 if desde is not None:
                     f.seek(desde)
-                    f.write(b"x" * 1)
+                    f.write(b"x")
         self.comprime(self.c)
         self.assertEqual(self.lista()["c/hueco"][2], 2**33)
         self.corre("check", self.okz)
-        tar = self.d / "tar"
-        tar.mkdir()
-        subprocess.run(["sh", "-c", 'zstd -dc "$1" | tar -x', "sh", self.okz], cwd=tar, check=True)
-        for salida in (self.extrae(), tar, self.extrae("--file", "c", a="otra")):
+        self.sh('zstd -dc "$1" | tar -x', self.d / "tar")
+        for salida in (self.extrae(), self.d / "tar", self.extrae("--file", "c", a="otra")):
             for f in self.c.iterdir():
-                sacado = salida / "c" / f.name
-                self.assertEqual(sacado.stat().st_size, f.stat().st_size)
-                self.assertLess(sacado.stat().st_blocks, 100)
-                self.assertEqual(sacado.stat().st_mtime_ns, f.stat().st_mtime_ns)
-            for nombre, desde in (("delante", 0), ("detrás", 10**7), ("medio", 2**31 + 5)):
+                antes, despues = f.stat(), (salida / "c" / f.name).stat()
+                self.assertEqual((antes.st_size, antes.st_mtime_ns), (despues.st_size, despues.st_mtime_ns))
+                self.assertLess(despues.st_blocks, 100)
+            for nombre, (_, desde) in letras.items():
                 with open(salida / "c" / nombre, "rb") as f:
                     f.seek(desde)
                     self.assertEqual(f.read(1), b"x")
@@ -118,23 +118,19 @@ class Fiel(Caso):
         horas = {"a": -315521754_750000000, "b": -2_000000001, "c": -1_000000000, "d": 1, "e": 0,
                  "f": 4_000_000_000_000000001}
         for nombre, hora in horas.items():
-            (self.c / nombre).touch()
-            os.utime(self.c / nombre, ns=(0, hora))
+            os.utime(self.pon(f"c/{nombre}"), ns=(0, hora))
         self.ida_y_vuelta()
-        subprocess.run(["sh", "-c", 'zstd -dc "$1" | tar -x --warning=none', "sh", self.okz],
-                       cwd=self.d / "salida", check=True)
-        self.assertEqual({f.name: f.stat().st_mtime_ns for f in (self.d / "salida/c").iterdir()},
-                         horas)
+        self.sh('zstd -dc "$1" | tar -x --warning=none', self.salida)
+        self.assertEqual({f.name: f.stat().st_mtime_ns for f in (self.salida / "c").iterdir()}, horas)
 
     def test_de_root(self):
-        if os.geteuid() != 0:
-            self.skipTest("needs root")
+        como = self.como_nadie()
         for nombre in ("ajeno", "capaz", "listado"):
-            (self.c / nombre).write_text(nombre)
+            self.pon(f"c/{nombre}", nombre)
         os.symlink("x", self.c / "enlace")
         (self.c / "carpeta").mkdir()
-        for ruta in (self.c / "ajeno", self.c / "enlace", self.c / "carpeta"):
-            os.chown(ruta, 12345, 23456, follow_symlinks=False)
+        for nombre in ("ajeno", "enlace", "carpeta"):
+            os.chown(self.c / nombre, 12345, 23456, follow_symlinks=False)
         os.chmod(self.c / "ajeno", 0o6755)
         os.chmod(self.c / "carpeta", 0o3777)
         os.setxattr(self.c / "capaz", "security.capability",
@@ -143,55 +139,43 @@ class Fiel(Caso):
                             16, 6, 2**32 - 1, 32, 0, 2**32 - 1)
         os.setxattr(self.c / "listado", "system.posix_acl_access", lista)
         os.setxattr(self.c / "carpeta", "system.posix_acl_default", lista)
-        (self.c / "carpeta/heredero").touch()
-        os.removexattr(self.c / "carpeta/heredero", "system.posix_acl_access")
+        os.removexattr(self.pon("c/carpeta/heredero"), "system.posix_acl_access")
         os.setxattr(self.c / "carpeta", "trusted.nota", b"x")
-        salida = self.ida_y_vuelta()
+        self.ida_y_vuelta()
         for ruta in self.c.rglob("*"):
-            e, s = ruta.lstat(), (salida / ruta.relative_to(self.c)).lstat()
+            e, s = ruta.lstat(), (self.salida / ruta.relative_to(self.d)).lstat()
             self.assertEqual((e.st_uid, e.st_gid), (s.st_uid, s.st_gid), ruta)
-        os.chmod(self.d, 0o777)
-        nadie = self.extrae(a="nadie", **self.como_nadie()) / "c"
-        self.assertEqual((nadie / "ajeno").stat().st_mode & 0o7777, 0o755)
-        self.assertEqual((nadie / "ajeno").stat().st_uid, NADIE)
+        ajeno = (self.extrae(a="nadie", **como) / "c/ajeno").stat()
+        self.assertEqual((ajeno.st_mode & 0o7777, ajeno.st_uid), (0o755, NADIE))
 
     def test_sobre_carpetas_cerradas(self):
         como = self.como_nadie()
-        os.chmod(self.d, 0o777)
-        (self.c / "a/b").mkdir(parents=True)
-        (self.c / "a/b/f").write_text("uno")
+        self.pon("c/a/b/f", "uno")
         os.chmod(self.c / "a/b", 0o555)
         os.chmod(self.c / "a", 0)
         self.comprime(self.c)
         for _ in range(2):
-            salida = self.extrae(**como)
-            self.assertEqual(foto(self.c), foto(salida / "c"))
+            self.assertEqual(foto(self.c), foto(self.extrae(**como) / "c"))
 
     def test_muchas_carpetas_y_muy_hondas(self):
-        honda = "/".join(f"nivel{n}" for n in range(450))  # more than are kept open
-        for n in range(450):
-            (self.c / f"d{n}").mkdir()
-            (self.c / f"d{n}/f").write_text(str(n))
-        (self.c / honda).mkdir(parents=True)
-        (self.c / honda / "f").write_text("hondo")
+        for n in range(450):  # more than are kept open
+            self.pon(f"c/d{n}/f", str(n))
+        self.pon("c/" + "/".join(f"nivel{n}" for n in range(450)) + "/f", "hondo")
         self.ida_y_vuelta()
 
 
 class Fronteras(Caso):
-    def ida_y_vuelta(self, cuantos, *cifrado, semilla=7, ceros=0, nivel="1"):
-        fichero = self.d / "f"
+    def ida_y_vuelta(self, cuantos, *opciones, semilla=7, ceros=0, nivel="1"):
         # The same bytes and time in every run, so that sizes can be foreseen. The
         # zeros give the content an end that does not fall in with tar's own.
-        fichero.write_bytes(random.Random(semilla).randbytes(cuantos) + bytes(ceros))
+        fichero = self.pon("f", random.Random(semilla).randbytes(cuantos) + bytes(ceros))
         os.utime(fichero, (1e9, 1e9))
-        self.corre("compress", fichero, "-o", self.okz, "--level", nivel, *cifrado)
-        salida = self.extrae(*cifrado[1:3])
-        self.assertEqual((salida / "f").read_bytes(), fichero.read_bytes(), cuantos)
+        self.comprime(fichero, *opciones, nivel=nivel)
+        self.assertEqual((self.extrae(*self.con) / "f").read_bytes(), fichero.read_bytes(), cuantos)
 
     def carga(self, cuantos, semilla):
         """Bytes of plaintext in the encrypted archive of a file of so many."""
-        self.ida_y_vuelta(cuantos, "--encrypt", "--password-file", self.clave, *ESCASO,
-                          semilla=semilla, ceros=20000, nivel="19")
+        self.ida_y_vuelta(cuantos, *self.en_clave, semilla=semilla, ceros=20000, nivel="19")
         datos = self.okz.read_bytes()
         cifrados = len(datos) - re.search(rb"\n--- .*\n", datos).end() - 16
         return cifrados - 16 * math.ceil(cifrados / (TROZO + 16))
@@ -212,29 +196,24 @@ class Fronteras(Caso):
                 self.assertTrue(self.alcanza(carga), carga)
 
     def test_marcos(self):
-        for cuantos in (MARCO - 2048, MARCO - 1024, MARCO, MARCO + 1):
+        for cuantos in (0, MARCO - 2048, MARCO - 1024, MARCO, MARCO + 1):
             self.ida_y_vuelta(cuantos)
-        marcos = subprocess.run(["zstd", "-lv", self.okz], capture_output=True, text=True, check=True)
-        self.assertIn("# Zstandard Frames: 2", marcos.stdout)
-        self.assertIn("Check: XXH64", marcos.stdout)
-
-    def test_vacio(self):
-        self.ida_y_vuelta(0)
+        marcos = self.sh('zstd -lv "$1"', self.d).stdout.decode()
+        self.assertIn("# Zstandard Frames: 2", marcos)
+        self.assertIn("Check: XXH64", marcos)
 
     def test_max_es_menor_y_lo_leen_todos(self):
-        fichero = self.d / "f"
-        letra = random.Random(7)
-        lejos = bytes(letra.choices(b"abcdefgh", k=2 * TROZO))
-        fichero.write_bytes(lejos + bytes(18 * 1024 * 1024) + lejos)
+        lejos = bytes(random.Random(7).choices(b"abcdefgh", k=2 * TROZO))
+        datos = lejos + bytes(18 * MEBI) + lejos
+        fichero = self.pon("f", datos)
         self.comprime(fichero, nivel="19")
         normal = self.okz.stat().st_size
-        self.corre("compress", fichero, "-o", self.okz, "--max")
+        self.comprime(fichero, "--max", nivel=None)
         self.assertLess(self.okz.stat().st_size, 0.6 * normal)
-        self.assertEqual(self.lista(), {"f": ("-", "0644", fichero.stat().st_size)})
-        self.assertEqual((self.extrae("--file", "f") / "f").read_bytes(), fichero.read_bytes())
-        subprocess.run(["xz", "-tq", self.okz], check=True)
-        salida = subprocess.run(["bsdtar", "-xOf", self.okz], check=True, capture_output=True)
-        self.assertEqual(salida.stdout, fichero.read_bytes())
+        self.assertEqual(self.lista(), {"f": ("-", "0644", len(datos))})
+        self.assertEqual((self.extrae("--file", "f") / "f").read_bytes(), datos)
+        self.sh('xz -tq "$1"', self.d)
+        self.assertEqual(self.sh('bsdtar -xOf "$1"', self.d).stdout, datos)
 
 
 if __name__ == "__main__":
