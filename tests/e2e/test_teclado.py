@@ -20,7 +20,7 @@ class Teclado(PasosExplorador, Caso):
     def setUp(self):
         super().setUp()
         (self.casa / "carpeta").mkdir()
-        (self.casa / "carpeta/dentro").write_bytes(os.urandom(6_000_000))  # takes its time
+        (self.casa / "carpeta/dentro").write_bytes(os.urandom(24_000_000))  # takes its time
         (self.casa / "nota.txt").write_text("hola\n")
 
     def tabula(self, tecla="Tab"):
@@ -46,6 +46,12 @@ class Teclado(PasosExplorador, Caso):
         persona.teclea(str(texto))
         persona.teclas("Return")
 
+    def renuncia(self, panel):
+        self.espera_panel(panel)
+        self.app.espera_foco(self.app.espera("text", "Nombre de fichero:"))
+        persona.teclas("Escape")
+        self.espera_sin_panel()
+
     def elige(self):
         """A folder and a file, in the list of the panel."""
         self.enfoca(ZONA, "space")
@@ -61,15 +67,13 @@ class Teclado(PasosExplorador, Caso):
         persona.hasta(sensible, "«Elegir» activo")
         self.enfoca(("push button", "Elegir"), "space")
         self.espera_sin_panel()
-        for dicho in ("2 archivos · 6.0 MB", "carpeta", "nota.txt"):
+        for dicho in ("2 archivos · 24.0 MB", "carpeta", "nota.txt"):
             self.lee(dicho)
 
     def test_orden_intro_y_escape(self):
         self.abre()
         self.enfoca(ZONA, "space")
-        self.espera_panel("Elegir archivos y carpetas")
-        persona.teclas("Escape")
-        self.espera_sin_panel()
+        self.renuncia("Elegir archivos y carpetas")
         self.vacia()
         self.elige()
         self.enfoca(ZONA)
@@ -82,9 +86,7 @@ class Teclado(PasosExplorador, Caso):
         for mando in (ZONA, MAXIMO, CIFRAR, CLAVE, GUARDAR):
             with self.subTest(mando=mando):
                 self.enfoca(mando, "Return")
-                self.espera_panel("Guardar")
-                persona.teclas("Escape")
-                self.espera_sin_panel()
+                self.renuncia("Guardar")
         self.cierra()
 
     def test_un_viaje_entero(self):
@@ -108,7 +110,7 @@ class Teclado(PasosExplorador, Caso):
         persona.teclas("Escape")
         self.enfoca(MAXIMO, "space", "Return")
         self.escribe_en_panel("Nombre de fichero:", archivo)
-        self.app.anuncia(lambda dicho: "Guardado: de 6.0 MB a 6.0 MB" in dicho, "el final")
+        self.app.anuncia(lambda dicho: "Guardado: de 24.0 MB a 24.0 MB" in dicho, "el final")
         self.assertEqual(self.con_foco(), OTRA)
         x, y, _, alto = persona.caja(self.app.espera(*OTRA))
         # It came by the focus without Tab, and shows it.
@@ -149,7 +151,7 @@ class Teclado(PasosExplorador, Caso):
         self.vacia()
         self.enfoca(ZONA, "space")
         self.escribe_en_panel("Nombre de fichero:", self.casa / "carpeta/dentro")
-        self.lee("6.0 MB")
+        self.lee("24.0 MB")
         self.enfoca(MAXIMO, "space", "Return")
         self.escribe_en_panel("Nombre de fichero:", self.casa / "otro.okz")
         self.espera_foco(("push button", "Cancelar"))
