@@ -94,3 +94,21 @@ class GestorDeTeclado(Gestor):
         self.abre_menu()
         persona.teclas(*["Up"] * next(self._lugares), "Return")
         return persona.hasta(self.grabador.toma, f"la llamada de «{rotulo}»", 3)
+
+
+def insiste(hace, que):
+    """Does it until it gives True: a folder that is still being read has not all
+    its files yet, nor its menu all orders."""
+    ultima = []
+
+    def una_vez():
+        try:
+            ultima[:] = [hace()]
+        except persona.NoVisto as fallo:
+            ultima[:] = [fallo]
+            persona.teclas("Escape", "Escape")
+        return ultima[0] is True
+    try:
+        persona.hasta(una_vez, que)
+    except persona.NoVisto as fallo:
+        raise persona.NoVisto(f"{fallo}; lo último: {ultima!a}") from None

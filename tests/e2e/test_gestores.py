@@ -8,7 +8,7 @@ import unittest
 from unittest import mock
 
 from caso import ARBOL, SESION, Caso, persona
-from gestor import COMPRIMIR, Gestor, GestorDeTeclado, Grabador
+from gestor import COMPRIMIR, Gestor, GestorDeTeclado, Grabador, insiste
 
 NOMBRES = ["dos palabras.txt", "la 'una' y la \"otra\".txt", "mañana.txt", "-o.txt",
            "dos\nlíneas.txt", "$HOME %f %U `id` & ;.txt"]
@@ -38,23 +38,6 @@ class Gestores(Caso):
         self.app = clase(programa, self.carpeta, self.grabador, **opciones)
         self.addCleanup(self._remata, self.app.proceso)
 
-    def insiste(self, hace, que):
-        """A folder that is still being read has not all its files yet."""
-        ultima = []
-
-        def una_vez():
-            try:
-                ultima[:] = [hace()]
-            except persona.NoVisto as fallo:
-                ultima[:] = [fallo]
-                persona.teclas("Escape", "Escape")
-                return False
-            return ultima[0] is True
-        try:
-            persona.hasta(una_vez, que)
-        except persona.NoVisto as fallo:
-            self.fail(f"{fallo}; lo último: {ultima!a}")
-
     def pide(self, servicio, rotulo):
         """Until all that is in the folder arrives."""
         esperado = ["--servicio", servicio, *sorted(map(str, self.carpeta.iterdir()))]
@@ -62,7 +45,7 @@ class Gestores(Caso):
         def todo():
             dicho = self.app.pide(rotulo)
             return dicho[:2] + sorted(dicho[2:]) == esperado or dicho
-        self.insiste(todo, f"«{rotulo}» con todo")
+        insiste(todo, f"«{rotulo}» con todo")
 
     def test_thunar(self):
         self.con_de_todo()
@@ -77,7 +60,7 @@ class Gestores(Caso):
             self.app.abre_menu()
             return persona.hasta(lambda: self.app.orden(
                 lambda nombre: "Orcalin" in nombre and "Open With" in nombre), "", 3) is not None
-        self.insiste(ofrecido, "la orden de abrir")
+        insiste(ofrecido, "la orden de abrir")
 
     def test_pcmanfm(self):
         for siembra, servicio, rotulo, lugares in (

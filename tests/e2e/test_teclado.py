@@ -4,7 +4,7 @@ import os
 import unittest
 
 from caso import Caso, persona
-from pasosexplorador import PasosExplorador
+from pasosteclado import PasosTeclado
 from visor import Visor
 
 ZONA = ("push button", "Elegir qué guardar")
@@ -16,41 +16,12 @@ OTRA = ("push button", "Guardar otra cosa")
 LETRAS = "ñ 1º"
 
 
-class Teclado(PasosExplorador, Caso):
+class Teclado(PasosTeclado, Caso):
     def setUp(self):
         super().setUp()
         (self.casa / "carpeta").mkdir()
         (self.casa / "carpeta/dentro").write_bytes(os.urandom(24_000_000))  # takes its time
         (self.casa / "nota.txt").write_text("hola\n")
-
-    def tabula(self, tecla="Tab"):
-        antes = self.con_foco()
-        persona.teclas(tecla)
-        return persona.hasta(lambda: self.con_foco() not in (None, antes) and self.con_foco(),
-                             "el foco en otro sitio")
-
-    def espera_foco(self, mando):
-        persona.hasta(lambda: self.con_foco() == mando, f"el foco en {mando}")
-
-    def enfoca(self, mando, *teclas):
-        """Goes there with Tab, and presses these."""
-        for _ in range(8):
-            if self.con_foco() == mando:
-                return persona.teclas(*teclas) if teclas else None
-            self.tabula()
-        return self.fail(f"el tabulador no llega a {mando}")
-
-    def escribe_en_panel(self, rotulo, texto):
-        self.app.espera_foco(self.app.espera("text", rotulo))
-        persona.teclas("ctrl+a")
-        persona.teclea(str(texto))
-        persona.teclas("Return")
-
-    def renuncia(self, panel):
-        self.espera_panel(panel)
-        self.app.espera_foco(self.app.espera("text", "Nombre de fichero:"))
-        persona.teclas("Escape")
-        self.espera_sin_panel()
 
     def elige(self):
         """A folder and a file, in the list of the panel."""
@@ -60,11 +31,7 @@ class Teclado(PasosExplorador, Caso):
         persona.teclas("shift+Tab")
         self.app.espera_foco(self.app.espera("tree"))
         persona.teclas("Home", "shift+Down")
-        elegir = self.app.espera("push button", "Elegir")
-        def sensible():
-            elegir.clear_cache()
-            return elegir.get_state_set().contains(persona.Atspi.StateType.SENSITIVE)
-        persona.hasta(sensible, "«Elegir» activo")
+        self.espera_sensible("Elegir")
         self.enfoca(("push button", "Elegir"), "space")
         self.espera_sin_panel()
         for dicho in ("2 archivos · 24.0 MB", "carpeta", "nota.txt"):
