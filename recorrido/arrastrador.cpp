@@ -12,8 +12,8 @@
 #include <utility>
 
 void di(const char *que, int valor) {
-    std::printf("%s %d\n", que, valor);
-    std::fflush(stdout);
+    (void)std::printf("%s %d\n", que, valor);
+    (void)std::fflush(stdout);
 }
 
 class Fuente : public QWidget {
@@ -28,8 +28,8 @@ protected:
     void paintEvent(QPaintEvent *) override {
         if (std::exchange(m_visto, true))
             return;
-        std::puts("listo");
-        std::fflush(stdout);
+        (void)std::puts("listo");
+        (void)std::fflush(stdout);
     }
 
     void mouseMoveEvent(QMouseEvent *) override {

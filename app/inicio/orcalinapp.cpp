@@ -2,7 +2,6 @@
 
 #include "abierto.h"
 #include "escritorio/escritorio.h"
-#include "motor/enmarcha.h"
 #include "motor/ruta.h"
 
 namespace {
@@ -20,11 +19,7 @@ OrcalinApp::OrcalinApp(std::unique_ptr<Delegado> delegado, Escritorio &escritori
     , m_escritorio(escritorio)
     , m_abierto(Abierto::compartido()) {
     connect(&m_abierto, &Abierto::vaACambiar, this, &OrcalinApp::pideBody);
-    connect(&EnMarcha::compresiones(), &EnMarcha::acabaSola, this,
-            [this](const Motor::Estado &estado) {
-                const Final final = Pantalla::final(estado, m_escritorio);
-                m_escritorio.avisa(Aviso::Siempre, final.titulo, final.texto);
-            });
+    connect(&EnMarcha::trabajos(), &EnMarcha::acabaSolo, this, &OrcalinApp::avisaDelFinal);
     body();
 }
 
@@ -37,6 +32,13 @@ void OrcalinApp::abrirDialogo() {
 
 void OrcalinApp::guardarAlgo() {
     m_abierto.ponArchivo(std::nullopt);
+}
+
+void OrcalinApp::avisaDelFinal(const EnMarcha::Trabajo &trabajo, const Motor::Estado &estado) {
+    const Final final = trabajo.obra == EnMarcha::Obra::Guardar
+                            ? Pantalla::final(estado, m_escritorio)
+                            : Explorador::final(estado, trabajo.archivo);
+    m_escritorio.avisa(Aviso::Siempre, final.titulo, final.texto);
 }
 
 // Several writes of one turn of the event loop make one new screen.

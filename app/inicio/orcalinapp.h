@@ -1,6 +1,7 @@
 #pragma once
 
 #include "delegado.h"
+#include "motor/enmarcha.h"
 #include "pantallas/explorador.h"
 #include "pantallas/pantalla.h"
 #include "salida.h"
@@ -50,6 +51,7 @@ private:
         bool operator==(const Identidad &) const = default;
     };
 
+    void avisaDelFinal(const EnMarcha::Trabajo &trabajo, const Motor::Estado &estado);
     void pideBody();
     void body();
     [[nodiscard]] Identidad identidad() const;

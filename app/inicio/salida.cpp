@@ -2,13 +2,44 @@
 
 #include "motor/enmarcha.h"
 
+namespace {
+
+// Of saving, of taking out, or of both.
+QString palabras(const QString &guardar, const QString &recuperar, const QString &ambas) {
+    const auto &trabajos = EnMarcha::trabajos();
+    if (!trabajos.hay(EnMarcha::Obra::Recuperar))
+        return guardar;
+    return trabajos.hay(EnMarcha::Obra::Guardar) ? ambas : recuperar;
+}
+
+} // namespace
+
 Salida::Salida(QObject *padre)
     : QObject(padre) {
-    connect(&EnMarcha::compresiones(), &EnMarcha::acaban, this, &Salida::sigue);
+    connect(&EnMarcha::trabajos(), &EnMarcha::mengua, this, &Salida::mira);
+}
+
+QString Salida::titular() const {
+    return palabras(QStringLiteral("¿Salir sin terminar de guardar?"),
+                    QStringLiteral("¿Salir sin terminar de recuperar?"),
+                    QStringLiteral("¿Salir sin terminar de guardar y de recuperar?"));
+}
+
+QString Salida::consecuencia() const {
+    const auto guardar =
+        QStringLiteral("Lo que se está guardando se cancela y no queda nada a medias.");
+    const auto recuperar =
+        QStringLiteral("Lo que ya se ha recuperado se queda; el resto sigue solo en el archivo.");
+    return palabras(guardar, recuperar, guardar + QLatin1Char(' ') + recuperar);
+}
+
+QString Salida::rotuloSeguir() const {
+    return palabras(QStringLiteral("Seguir guardando"), QStringLiteral("Seguir recuperando"),
+                    QStringLiteral("Seguir"));
 }
 
 bool Salida::pide() {
-    ponPregunta(EnMarcha::compresiones().hay());
+    ponPregunta(EnMarcha::trabajos().hay());
     if (!m_pregunta)
         emit sale();
     return !m_pregunta;
@@ -21,6 +52,13 @@ void Salida::sigue() {
 void Salida::sal() {
     ponPregunta(false);
     emit sale();
+}
+
+void Salida::mira() {
+    if (!EnMarcha::trabajos().hay())
+        ponPregunta(false);
+    else if (m_pregunta)
+        emit preguntaCambia(); // its words
 }
 
 void Salida::ponPregunta(bool pregunta) {

@@ -2,11 +2,14 @@
 
 #include <QObject>
 
-/// The way out of the application: a compression under way is not given up
-/// without a question. Main thread only.
+/// The way out of the application: what is being saved or taken out is not given
+/// up without a question. Main thread only.
 class Salida : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool pregunta READ pregunta NOTIFY preguntaCambia)
+    Q_PROPERTY(QString titular READ titular NOTIFY preguntaCambia)
+    Q_PROPERTY(QString consecuencia READ consecuencia NOTIFY preguntaCambia)
+    Q_PROPERTY(QString rotuloSeguir READ rotuloSeguir NOTIFY preguntaCambia)
 
 public:
     explicit Salida(QObject *padre = nullptr);
@@ -14,6 +17,10 @@ public:
     /// Whether the question stands. It goes when there is nothing left to ask
     /// about.
     [[nodiscard]] bool pregunta() const { return m_pregunta; }
+    /// Its words, by what is under way.
+    [[nodiscard]] QString titular() const;
+    [[nodiscard]] QString consecuencia() const;
+    [[nodiscard]] QString rotuloSeguir() const;
 
 public slots:
     /// The user wants to leave: leaves, or asks. Returns whether it leaves.
@@ -29,6 +36,7 @@ signals:
     void sale();
 
 private:
+    void mira();
     void ponPregunta(bool pregunta);
 
     bool m_pregunta = false;

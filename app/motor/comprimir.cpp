@@ -85,17 +85,7 @@ struct Motor::Compresion {
         if (fin.estado != 0)
             fallo = mensajeDeFallo(fin.error);
         const qint64 salida = bytesLegibles(destino);
-        enPrincipal([*this, salida, fallo] { despide(resultado(salida, fallo)); });
-    }
-
-    // In one step, so that nobody can go between being told and the end.
-    void despide(const Estado &final) const {
-        if (Motor *motor = publicador.motor()) {
-            motor->ponEstado(final);
-            EnMarcha::compresiones().sale(turno);
-        } else {
-            EnMarcha::compresiones().saleSola(turno, final);
-        }
+        publicador.acaba(turno, [*this, salida, fallo] { return resultado(salida, fallo); });
     }
 
     Estado resultado(qint64 salida, const std::optional<QString> &fallo) const {
@@ -124,11 +114,11 @@ void Motor::comprimir(const QList<QUrl> &origenes, const QUrl &destino, bool max
         orden.argumentos << "--encrypt" << clave::argumentos(trabajo.clave);
     m_proceso = std::make_unique<Proceso>(std::move(orden));
     trabajo.cronometro.empieza();
-    trabajo.turno = m_turno = EnMarcha::compresiones().entra();
+    trabajo.turno = m_turno = EnMarcha::trabajos().entra({EnMarcha::Obra::Guardar, destino});
     const int fallo = m_proceso->lanza([trabajo](const QByteArray &t) { trabajo.lee(t); },
                                        [trabajo](const Proceso::Final &f) { trabajo.acaba(f); });
     if (fallo == 0)
         return;
-    EnMarcha::compresiones().sale(m_turno);
+    EnMarcha::trabajos().sale(m_turno);
     ponEstado(Error{QStringLiteral("No pude arrancar el motor: ") + motivoDeArranque(fallo)});
 }

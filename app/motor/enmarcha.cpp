@@ -1,22 +1,29 @@
 #include "enmarcha.h"
 
-EnMarcha &EnMarcha::compresiones() {
+#include <algorithm>
+
+EnMarcha &EnMarcha::trabajos() {
     static EnMarcha unica;
     return unica;
 }
 
-EnMarcha::Turno EnMarcha::entra() {
-    m_turnos.insert(++m_ultimo);
+bool EnMarcha::hay(Obra obra) const {
+    return std::any_of(m_trabajos.begin(), m_trabajos.end(),
+                       [obra](const Trabajo &trabajo) { return trabajo.obra == obra; });
+}
+
+EnMarcha::Turno EnMarcha::entra(Trabajo trabajo) {
+    m_trabajos.insert(++m_ultimo, std::move(trabajo));
     return m_ultimo;
 }
 
-void EnMarcha::saleSola(Turno turno, const estados::Estado &final) {
-    if (m_turnos.contains(turno))
-        emit acabaSola(final);
+void EnMarcha::saleSolo(Turno turno, const estados::Estado &final) {
+    if (const auto trabajo = m_trabajos.constFind(turno); trabajo != m_trabajos.cend())
+        emit acabaSolo(Trabajo(*trabajo), final);
     sale(turno);
 }
 
 void EnMarcha::sale(Turno turno) {
-    if (m_turnos.remove(turno) && m_turnos.isEmpty())
-        emit acaban();
+    if (m_trabajos.remove(turno))
+        emit mengua();
 }

@@ -2,40 +2,48 @@
 
 #include "estado.h"
 
+#include <QHash>
 #include <QObject>
-#include <QSet>
+#include <QUrl>
 
-/// The compressions of this process that are neither at an end nor cancelled,
-/// with or without a screen that shows them: a screen may go before its job.
-/// Main thread only.
+/// The jobs of this process that leaving would cut short: what is neither at an
+/// end nor cancelled, with or without a screen that shows it, since a screen may
+/// go before its job. Main thread only.
 class EnMarcha : public QObject {
     Q_OBJECT
 
 public:
     using Turno = quint64; ///< names one of them; 0 none
 
+    enum class Obra { Guardar, Recuperar };
+    struct Trabajo {
+        Obra obra;
+        QUrl archivo; ///< that is made, or taken out of
+    };
+
     /// The one instance of the process.
-    static EnMarcha &compresiones();
+    static EnMarcha &trabajos();
 
-    [[nodiscard]] bool hay() const { return !m_turnos.isEmpty(); }
+    [[nodiscard]] bool hay() const { return !m_trabajos.isEmpty(); }
+    [[nodiscard]] bool hay(Obra obra) const;
 
-    Turno entra();
+    Turno entra(Trabajo trabajo);
     /// Again, or for none, does nothing.
     void sale(Turno turno);
     /// The same for one that has reached its end with nobody left to publish
     /// it.
-    void saleSola(Turno turno, const estados::Estado &final);
+    void saleSolo(Turno turno, const estados::Estado &final);
 
 signals:
     /// One has ended that no Motor shows any more, `Hecho` or `Error`. What
     /// was cancelled before ends without it.
-    void acabaSola(const estados::Estado &final);
-    /// The last one has gone.
-    void acaban();
+    void acabaSolo(const EnMarcha::Trabajo &trabajo, const estados::Estado &final);
+    /// There are fewer now.
+    void mengua();
 
 private:
     using QObject::QObject;
 
-    QSet<Turno> m_turnos;
+    QHash<Turno, Trabajo> m_trabajos;
     Turno m_ultimo = 0;
 };

@@ -27,6 +27,6 @@ void Motor::cancelar() {
     if (m_proceso)
         m_proceso->termina();
     m_proceso.reset();
-    EnMarcha::compresiones().sale(m_turno);
+    EnMarcha::trabajos().sale(m_turno);
     ponEstado(Reposo{});
 }

@@ -22,8 +22,8 @@ class Proceso;
 ///
 /// Lives on the main thread, and `estado` is written there only; work done on
 /// other threads is posted to it. What arrives for a Motor that is gone is
-/// dropped, and its child runs on to its end; of a compression, EnMarcha tells
-/// how it ended.
+/// dropped, and its child runs on to its end; EnMarcha tells how a compression or
+/// an extraction into a folder ended.
 class Motor : public QObject {
     Q_OBJECT
 

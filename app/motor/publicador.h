@@ -23,8 +23,21 @@ public:
         });
     }
 
-    /// The Motor, or null when it is gone. Main thread.
-    [[nodiscard]] Motor *motor() const { return m_motor; }
+    /// The same with the last state of a job, which is at its end with that.
+    /// For a Motor that is gone, EnMarcha tells of it.
+    template<typename Hacer>
+    void acaba(EnMarcha::Turno turno, Hacer hacer) const {
+        // In one step, so that nobody can go between being told and the end.
+        enPrincipal([motor = m_motor, turno, hacer = std::move(hacer)] {
+            const Motor::Estado final = hacer();
+            if (!motor) {
+                EnMarcha::trabajos().saleSolo(turno, final);
+                return;
+            }
+            motor->ponEstado(final);
+            EnMarcha::trabajos().sale(turno);
+        });
+    }
 
 private:
     QPointer<Motor> m_motor; // looked at on the main thread only

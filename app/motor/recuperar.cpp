@@ -35,10 +35,16 @@ struct Motor::Recuperacion {
     QUrl destino;
     Extraccion extraccion;
     Cronometro cronometro;
+    EnMarcha::Turno turno = 0;
+
+    void empieza() {
+        turno = EnMarcha::trabajos().entra({EnMarcha::Obra::Recuperar, extraccion.archivo});
+        cronometro.empieza();
+    }
 
     // The end of the job: the message of its failure, or none.
     void publicaFinal(const std::optional<QString> &fallo) const {
-        publicador.publica([*this, fallo]() -> Estado {
+        publicador.acaba(turno, [*this, fallo]() -> Estado {
             if (fallo)
                 return Error{*fallo};
             const qint64 bytes = tamano(destino);
@@ -86,9 +92,10 @@ void Motor::recuperarVarios(const QUrl &archivo, const QUrl &destino, const QStr
     Recuperacion trabajo{Publicador(this),
                          destino,
                          {*motor, archivo, ruta::nativa(destino), clave::escribe(contrasena)},
-                         {}};
+                         {},
+                         0};
     ponEstado(avance(0, rutas.size()));
-    trabajo.cronometro.empieza();
+    trabajo.empieza();
     enFondo([trabajo, rutas] { trabajo.sacaUnaTrasOtra(rutas); });
 }
 
@@ -106,10 +113,13 @@ void Motor::recuperar(const QUrl &archivo, const QUrl &destino,
     Recuperacion trabajo{Publicador(this),
                          destino,
                          {*motor, archivo, ruta::nativa(destino), clave::escribe(contrasena)},
-                         {}};
+                         {},
+                         0};
     Proceso hijo(trabajo.extraccion.orden(patron));
-    trabajo.cronometro.empieza();
+    trabajo.empieza();
     const int fallo = hijo.lanza({}, [trabajo](const Proceso::Final &fin) { trabajo.acaba(fin); });
-    if (fallo != 0)
-        ponEstado(Error{noArranca()});
+    if (fallo == 0)
+        return;
+    EnMarcha::trabajos().sale(trabajo.turno);
+    ponEstado(Error{noArranca()});
 }

@@ -12,7 +12,7 @@ Explorador::Explorador(QUrl archivo, Escritorio &escritorio, QObject *padre)
     , m_archivo(std::move(archivo))
     , m_escritorio(escritorio)
     , m_filas(escritorio)
-    , m_seguimiento(m_motor, escritorio, [this] { return final(); }) {
+    , m_seguimiento(m_motor, escritorio, [this] { return final(m_motor.estado(), m_archivo); }) {
     connect(&m_motor, &Motor::estadoCambia, this, &Explorador::cambia);
     connect(&m_filas, &Filas::seleccionCambia, this, &Explorador::listaCambia);
     connect(&m_filas, &Filas::modelReset, this, &Explorador::listaCambia);
@@ -47,11 +47,12 @@ QString Explorador::texto() const {
     return m_fallo.value_or(QStringLiteral("leyendo el archivo…"));
 }
 
-Final Explorador::final() const {
-    if (const auto *hecho = std::get_if<Motor::Hecho>(&m_motor.estado()))
+Final Explorador::final(const Motor::Estado &estado, const QUrl &archivo) {
+    if (const auto *hecho = std::get_if<Motor::Hecho>(&estado))
         return {QStringLiteral("Recuperado"),
-                QStringLiteral("De %1 a «%2».").arg(nombre(), ruta::ultimoComponente(hecho->ruta))};
-    return {QStringLiteral("No se pudo recuperar"), texto()};
+                QStringLiteral("De %1 a «%2».")
+                    .arg(ruta::ultimoComponente(archivo), ruta::ultimoComponente(hecho->ruta))};
+    return {QStringLiteral("No se pudo recuperar"), std::get<Motor::Error>(estado).texto};
 }
 
 QString Explorador::cuenta() const {

@@ -61,6 +61,9 @@ public:
     /// Why the last opening or drag failed; empty when it did not.
     [[nodiscard]] QString abrirFallo() const { return m_abrirFallo.value_or(QString()); }
 
+    /// How taking something out of the archive ended; `estado` is Hecho or Error.
+    static Final final(const Motor::Estado &estado, const QUrl &archivo);
+
 public slots:
     /// Lists the archive in the background; when it is put on screen, and again
     /// by the two below. Of two that overlap the one that ends last counts.
@@ -109,7 +112,6 @@ private:
     void ponAbrirFallo(std::optional<QString> fallo);
     void recuperar(const QStringList &rutas);
     void lleva(const Raices &raices, const QString &rotulo);
-    [[nodiscard]] Final final() const;
     [[nodiscard]] std::optional<QString> clave() const;
 
     const QUrl m_archivo;

@@ -2,6 +2,15 @@
 #include "escritorio/escritorio.h"
 #include "filas.h"
 
+namespace {
+
+bool esEnlace(const Entrada &entrada) {
+    // NOLINTNEXTLINE(misc-redundant-expression): takes the two letters for the same
+    return entrada.tipo == 'l' || entrada.tipo == 'h';
+}
+
+} // namespace
+
 QVariant Filas::data(const QModelIndex &indice, int papel) const {
     if (!checkIndex(indice, CheckIndexOption::IndexIsValid))
         return {};
@@ -40,7 +49,7 @@ QHash<int, QByteArray> Filas::roleNames() const {
 QString Filas::icono(const Entrada &entrada) const {
     if (entrada.tipo == 'd')
         return QStringLiteral("folder");
-    if (entrada.tipo == 'l' || entrada.tipo == 'h')
+    if (esEnlace(entrada))
         return QStringLiteral("link");
     return QStringLiteral("doc");
 }
@@ -55,7 +64,7 @@ QString Filas::descripcion(const Entrada &entrada) const {
         partes.append(QStringLiteral("en ") + carpeta);
     if (entrada.tipo == 'd')
         partes.append(QStringLiteral("carpeta"));
-    else if (entrada.tipo == 'l' || entrada.tipo == 'h')
+    else if (esEnlace(entrada))
         partes.append(QStringLiteral("enlace"));
     else
         partes.append(QStringLiteral("archivo"));

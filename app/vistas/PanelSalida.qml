@@ -3,7 +3,7 @@ import QtQuick.Controls.Fusion
 import QtQuick.Layouts
 import Orcalin
 
-// The question before a compression is given up. Whoever just goes on pressing
+// The question before something is given up. Whoever just goes on pressing
 // keys stays.
 Popup {
     id: panel
@@ -25,14 +25,14 @@ Popup {
         Accessible.name: pregunta.text
         Texto {
             id: pregunta
-            text: "¿Salir sin terminar de guardar?"
+            text: panel.salida.titular
             font.weight: Font.DemiBold
             wrapMode: Text.Wrap
             maximumLineCount: 3
             Layout.fillWidth: true
         }
         Leyenda {
-            text: "Lo que se está guardando se cancela y no queda nada a medias."
+            text: panel.salida.consecuencia
             wrapMode: Text.Wrap
             maximumLineCount: 4
             Layout.fillWidth: true
@@ -46,7 +46,7 @@ Popup {
             }
             BotonDestacado {
                 id: sigue
-                text: "Seguir guardando"
+                text: panel.salida.rotuloSeguir
                 onClicked: panel.salida.sigue()
             }
         }

@@ -13,7 +13,7 @@ constexpr std::int64_t porBloque = 512; // of st_blocks, whatever the file syste
 
 std::vector<Region> regionesDe(int fd, const struct stat &estado) {
     const std::int64_t bytes = estado.st_size;
-    const std::vector<Region> todo{{0, bytes}};
+    std::vector<Region> todo{{0, bytes}};
     // Almost every file is done with here, without asking the system.
     if (estado.st_blocks >= bytes / porBloque)
         return todo;

@@ -106,9 +106,10 @@ private slots:
             app.pantalla()->guardar();
         };
         const auto vaYVuelve = [&] {
-            const QPointer pantalla(app.pantalla());
-            Abierto::compartido().ponArchivo(url("/a.okz"));
-            QTRY_VERIFY(!pantalla);
+            const QPointer<QObject> antes(app.pantalla() ? static_cast<QObject *>(app.pantalla())
+                                                         : app.explorador());
+            Abierto::compartido().ponArchivo(url("/b.okz"));
+            QTRY_VERIFY(!antes);
             app.guardarAlgo();
             QTRY_VERIFY(app.pantalla());
         };
@@ -123,14 +124,24 @@ private slots:
         vaYVuelve();
         banco.fichero("dos", "");
         QTRY_COMPARE(escritorio.avisos.size(), 2);
-        QCOMPARE(escritorio.avisos,
+
+        Abierto::compartido().ponArchivo(url("/a.okz"));
+        QTRY_VERIFY(app.explorador());
+        banco.ponMotor({"aguarda tres"});
+        escritorio.carpeta = banco.url("");
+        app.explorador()->recuperarTodo();
+        vaYVuelve();
+        banco.fichero("tres", "");
+        QTRY_COMPARE(escritorio.avisos.size(), 3);
+        QCOMPARE(escritorio.avisos.first(2),
                  (QStringList{"Guardado en «x.okz»: 5 b  →  3 b\nahorras 2 b · 40% menos",
                               "No se pudo guardar: lleno"}));
+        QVERIFY(escritorio.avisos.last().startsWith("Recuperado: De a.okz a «"));
         QCOMPARE(escritorio.ultimoAviso, Aviso::Siempre);
     }
 
-    void salirPreguntaMientrasSeComprime() {
-        const Banco banco({"aguarda ya"});
+    void salirPreguntaMientrasHayAlgoQuePerder() {
+        const Banco banco({"cuenta veces", "en 1 aguarda ya", "en 2 aguarda luego"});
         const QUrl origen = banco.fichero("a", "a");
         Salida salida;
         const QSignalSpy sale(&salida, &Salida::sale);
@@ -140,9 +151,16 @@ private slots:
         salida.sigue();
         QVERIFY(!salida.pregunta());
 
+        QTRY_VERIFY(banco.hay("veces"));
+        Motor otro;
+        otro.recuperarVarios(url("/a.okz"), banco.url(""), {"a"}, std::nullopt);
         motor.reset(); // the job goes on without its screen
         QVERIFY(!salida.pide());
+        QCOMPARE(salida.titular(), "¿Salir sin terminar de guardar y de recuperar?");
         banco.fichero("ya", "");
+        QTRY_COMPARE(salida.titular(), "¿Salir sin terminar de recuperar?");
+        QVERIFY(salida.pregunta());
+        banco.fichero("luego", "");
         QTRY_VERIFY(!salida.pregunta()); // nothing is left to ask about
         QCOMPARE(sale.size(), 0);
         QVERIFY(salida.pide());

@@ -153,7 +153,7 @@ private slots:
             QCOMPARE(kTrabajos[i](banco, "x"), casos[i].second);
             QCOMPARE(banco.claves().size(), kTrabajos[i] == recupera ? 0 : 1);
         }
-        QVERIFY(!EnMarcha::compresiones().hay()); // nothing that leaving would have to ask about
+        QVERIFY(!EnMarcha::trabajos().hay()); // nothing that leaving would have to ask about
     }
 
     // As much as a pipe holds may be said before the listing is complete.

@@ -10,6 +10,7 @@ import argparse
 import os
 import random
 import shutil
+import subprocess
 import sys
 import time
 from pathlib import Path
@@ -24,10 +25,10 @@ MEBI = 1 << 20
 # What a person's disk is full of, a gigabyte of it: ending, MiB each, how many.
 MEDIOS = (("mp4", 700, 1), ("jpg", 4, 40), ("mp3", 8, 10), ("zip", 60, 1))
 REALES = ("/usr/include", "/usr/share/doc", "/usr/lib/x86_64-linux-gnu")
-REAL_POR_GIGA = 5 * MEBI  # of each: it is a high level, and takes its time over it
+REAL_POR_GIGA = 3 * MEBI  # of each: it is a high level, and takes its time over it
 MENUDOS_POR_GIGA = 2000
 TOPE_VENTANA, TOPE_MOTOR = 300, 700  # MiB
-TOPE_RESPUESTA = 5  # seconds
+TOPE_RESPUESTA = 2  # seconds more than another program of the session takes
 
 
 def planta(raiz, gigas):
@@ -85,7 +86,11 @@ class Viaje(PasosExplorador):
         super().__init__(*todo)
         self.archivo = self.casa / "viaje.okz"
         self.principio = time.monotonic()
-        self.respuesta = self.motor = 0
+        self.faltas = []
+        self._de_nuevo()
+
+    def _de_nuevo(self):
+        self.respuesta = self.otra = self.motor = 0
 
     def dice(self, texto):
         print(f"{time.monotonic() - self.principio:6.0f} s  {texto}", flush=True)
@@ -97,16 +102,22 @@ class Viaje(PasosExplorador):
             antes = time.monotonic()
             visto = condicion()
             self.respuesta = max(self.respuesta, time.monotonic() - antes)
+            antes = time.monotonic()
+            subprocess.run(["xdotool", "get_desktop"], capture_output=True, check=True)
+            self.otra = max(self.otra, time.monotonic() - antes)
             hijos = Path(f"/proc/{pid}/task/{pid}/children").read_text(encoding="utf-8").split()
             self.motor = max(self.motor, *map(memoria, hijos), 0)
             return visto
         antes = time.monotonic()
         visto = self.persona.hasta(mira, que, PACIENCIA)
         self.dice(f"{que}: {time.monotonic() - antes:.0f} s; the window answered within "
-                  f"{self.respuesta:.2f} s and took {memoria(pid)} MiB, the engine {self.motor}")
-        assert self.respuesta < TOPE_RESPUESTA and memoria(pid) < TOPE_VENTANA, "the window suffers"
-        assert self.motor < TOPE_MOTOR, "the engine takes too much"
-        self.respuesta = self.motor = 0
+                  f"{self.respuesta:.2f} s (another program: {self.otra:.2f}) and took "
+                  f"{memoria(pid)} MiB, the engine {self.motor}")
+        if self.respuesta > TOPE_RESPUESTA + self.otra or memoria(pid) > TOPE_VENTANA:
+            self.faltas.append(f"{que}: the window suffers")
+        if self.motor > TOPE_MOTOR:
+            self.faltas.append(f"{que}: the engine takes too much")
+        self._de_nuevo()
         return visto
 
     def guarda(self, propuesto):
@@ -131,8 +142,8 @@ class Viaje(PasosExplorador):
         self.app.pulsa("push button", "Volver")
         self.app.espera("push button", "Elegir qué guardar")
         restos = [*self.casa.glob("*okz*"), *self.casa.glob(".orcalin*"), *self.sesion.tmp.iterdir()]
-        assert not restos, restos
-        self.dice(f"cancelled: drop area back after {vista:.1f} s, nothing left behind")
+        self.faltas += [f"left behind: {resto}" for resto in restos]
+        self.dice(f"cancelled: drop area back after {vista:.1f} s, {len(restos)} files left behind")
 
     def abre_y_mira(self, originales, nota, visor):
         self.app.pulsa("push button", "Guardar otra cosa")
@@ -165,14 +176,14 @@ class Viaje(PasosExplorador):
         self.abre_y_mira(originales, nota, visor)
         destino = self.saca()
         self.cierra()
-        distinto = [linea for original in originales
-                    for linea in diferencias(original, destino / original.name)]
+        for original in originales:
+            self.faltas += diferencias(original, destino / original.name)
         disco = (destino / "mezcla/disco.img").stat()
         if disco.st_blocks * 512 > disco.st_size // 2:
-            distinto.append("disco.img: its holes are filled")
-        self.dice(f"compared: contents, modes, times and links of both: {len(distinto)} differences")
-        print("".join(f"  {linea}\n" for linea in distinto), end="")
-        return not distinto
+            self.faltas.append("disco.img: its holes are filled")
+        self.dice(f"compared: contents, modes, times and links of both: {len(self.faltas)} faults")
+        print("".join(f"  {linea}\n" for linea in self.faltas), end="")
+        return not self.faltas
 
 
 def main():
