@@ -85,6 +85,17 @@ class Programa:
             total += sum(map(int, campos[11:15]))
         return total * TIC
 
+    def quiere_correr(self):
+        """Whether some thread only waits for its turn, or for the disk."""
+        for pid in self.procesos():
+            for tarea in Path(f"/proc/{pid}/task").glob("*/stat"):
+                try:
+                    if tarea.read_text().rsplit(")", 1)[1].split()[0] in "RD":
+                        return True
+                except OSError:  # it has just gone
+                    continue
+        return False
+
     def memoria(self):
         """MiB, of what is shared its part."""
         total = 0
@@ -145,7 +156,8 @@ def observa(pantalla, programa, inicio, antes, plazo=60, todo=False):
             cuadros.append((ahora, cuadro))
         if ahora - usos[-1][0] > 0.02:
             usos.append((ahora, programa.cpu()))
-            if calma(cuadros, usos, ahora):
+            # A busy machine may let a program wait for longer than that.
+            if calma(cuadros, usos, ahora) and not programa.quiere_correr():
                 return Medida(cuadros, usos, todo)
             if ahora - inicio > plazo or not programa.vive():
                 return None

@@ -147,14 +147,14 @@ class Aplicacion:
             return nodo.get_state_set().contains(Atspi.StateType.FOCUSED)
         hasta(tiene, f"el foco en «{nodo.get_name()}»")
 
-    def anuncia(self, condicion, que):
+    def anuncia(self, condicion, que, espera=ESPERA):
         """Waits until the control with the focus says so: a screen reader reads
         out its name and its description, when it comes there and on change."""
         def dicho():
             return any(condicion(f"{nodo.get_name()} {nodo.get_description()}")
                        for _, _, nodo in self.visibles()
                        if nodo.get_state_set().contains(Atspi.StateType.FOCUSED))
-        self._hasta(dicho, f"el foco en lo que dice «{que}»", ESPERA)
+        self._hasta(dicho, f"el foco en lo que dice «{que}»", espera)
 
     @staticmethod
     def activo(nodo):

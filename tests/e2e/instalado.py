@@ -22,6 +22,13 @@ def pon_actor():
     shutil.copy(f"{ARBOL}/tests/app/actor", MOTOR)
 
 
+def pon_motor(texto):
+    """Any program, and what is none."""
+    MOTOR.unlink(missing_ok=True)
+    MOTOR.write_text(texto)
+    MOTOR.chmod(0o755)
+
+
 def pon_guion(*acciones):
     GUION.write_text("\n".join(acciones) + "\n")
 
@@ -43,6 +50,10 @@ class CasoInstalado(Caso):
     def abre_instalada(self, *ficheros):
         self.abre(*ficheros, binario=PREFIJO / "bin/orcalin-app",
                   entorno=dict(SESION.entorno(), ACTOR_GUION=str(GUION)))
+
+    def entrega(self, *ficheros):
+        """Another start, which hands the files to the window that is there."""
+        subprocess.run([PREFIJO / "bin/orcalin-app", *ficheros], env=SESION.entorno(), check=True)
 
     def viva(self):
         """It answers at once, and its menu opens and closes."""

@@ -18,53 +18,37 @@ class Abrir(Caso):
     def tearDown(self):
         self.cierra()
 
-    def explora(self):
-        self.app.espera("push button", "Guardar algo")
+    def explora_y_vuelve(self):
         self.app.espera("text", "Buscar dentro de b.OKZ")
-
-    def test_con_un_archivo_en_la_orden(self):
-        self.abre(self.texto, self.archivo)
-        self.explora()
         self.app.pulsa("push button", "Guardar algo")
         self.vacia()
+        self.assertIsNone(self.app.busca("push button", "Guardar algo"))
 
     def test_sin_ningun_archivo_en_la_orden(self):
         self.abre(self.texto)
         self.vacia()
-        self.assertIsNone(self.app.busca("push button", "Guardar algo"))
 
-    def test_con_el_panel(self):
-        self.abre()
+    def test_en_la_orden_en_los_paneles_y_soltado(self):
+        self.abre(self.texto, self.archivo)
+        self.explora_y_vuelve()
         persona.teclas("ctrl+o")
         self.espera_panel("Abrir archivo")
+        self.app.espera_foco(self.app.espera("text", "Nombre de fichero:"))
         persona.teclas("Escape")
         self.espera_sin_panel()
         self.vacia()
-        persona.teclas("ctrl+o")
-        self.app.espera_foco(self.app.espera("text", "Nombre de fichero:"))
-        self.assertIsNone(self.app.busca("table cell", "a.txt"), "ofrece lo que no es un archivo")
-        persona.teclea(str(self.archivo))
-        persona.teclas("Return")
-        self.explora()
-
-    def test_con_el_menu(self):
-        self.abre()
         persona.teclas("alt+a")
         for orden in ("Abrir archivo…", "Salir"):
             self.app.espera("menu item", orden)
         persona.teclas("Return")
-        self.espera_panel("Abrir archivo")
-        persona.teclas("Escape")
-        self.espera_sin_panel()
-
-    def test_soltandolo_solo(self):
-        self.abre()
+        self.app.espera_foco(self.app.espera("text", "Nombre de fichero:"))
+        self.assertIsNone(self.app.busca("table cell", "a.txt"), "ofrece lo que no es un archivo")
+        persona.teclea(str(self.archivo))
+        persona.teclas("Return")
+        self.explora_y_vuelve()
         self.suelta(self.archivo)
-        self.explora()
-
-    def test_soltado_con_otro_se_guarda(self):
-        self.abre()
-        self.suelta(self.archivo, self.texto)
+        self.explora_y_vuelve()
+        self.suelta(self.texto, self.archivo)  # with another it is saved
         self.app.lee(lambda t: t.startswith("2 archivos · "), "la cabecera")
         self.lee("b.OKZ")
         self.assertIsNone(self.app.busca("push button", "Guardar algo"))
