@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Controls.Fusion
 import QtQuick.Layouts
+import QtQuick.Templates as T
 import Orcalin
 
 // The contents: search bar, list, and what can be done with it.
@@ -8,10 +9,17 @@ FocusScope {
     id: panel
 
     required property Explorador explorador
+    readonly property Item encima: T.Overlay.overlay
 
     Connections {
         target: panel.explorador
-        function onFocoBusqueda() { campo.forceActiveFocus(); }
+        function onFocoBusqueda() {
+            // An open menu or question keeps the keyboard, and leaves it to the field.
+            if (panel.encima.visibleChildren.length > 0)
+                campo.focus = true;
+            else
+                campo.forceActiveFocus();
+        }
     }
     Shortcut {
         sequences: [StandardKey.Find]

@@ -168,6 +168,12 @@ class Faltas(PasosExplorador, CasoInstalado):
             self.pincha(self.fila("grande.txt"))
             self.recuperables("Recuperar este")
 
+    def suelta(self, *rutas):
+        """On a busy machine a source may let go before it has its answer: what
+        it was told does not matter here."""
+        self.arrastra(*rutas).suelta()
+        self.lee(rutas[0].name)
+
     def empieza(self, trabajo):
         self.vez += 1
         if trabajo == "guardar":

@@ -72,6 +72,16 @@ class Guionizado(PasosExplorador, CasoInstalado):
         self.recupera("Recuperar todo", self.casa)
         self.falla_con("No encuentro el motor.")
 
+    def test_la_lista_llega_con_un_menu_abierto(self):
+        self.explora(f"aguarda {YA}", *LISTADO)
+        persona.teclas("alt+a")
+        self.app.espera("menu item", "Salir")
+        YA.touch()
+        self.lee("3 elementos")
+        persona.teclas("Escape")  # for the menu, which still has the keyboard
+        persona.hasta(lambda: self.app.busca("menu item", "Salir") is None, "el menú cerrado")
+        self.app.espera_foco(self.buscador())
+
     def test_lista_lo_que_no_es_texto(self):
         self.explora(r"salida -0644          1 a\n\xff\xfe\x80\n", "sale 0")
         self.lee("0 elementos")

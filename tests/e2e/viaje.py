@@ -7,6 +7,7 @@ much where temporary files go. Not part of the tests: takes its time.
 """
 
 import argparse
+import contextlib
 import os
 import random
 import shutil
@@ -74,11 +75,10 @@ def copia(de, a, tope):
 
 def memoria(pid):
     """The most MiB that a process has had; 0 if it is gone."""
-    try:
+    with contextlib.suppress(OSError, IndexError):
         estado = Path(f"/proc/{pid}/status").read_text(encoding="utf-8")
         return int(estado.partition("VmHWM:")[2].split()[0]) // 1024
-    except (OSError, IndexError):
-        return 0
+    return 0
 
 
 class Viaje(PasosExplorador):
@@ -105,8 +105,9 @@ class Viaje(PasosExplorador):
             antes = time.monotonic()
             subprocess.run(["xdotool", "get_desktop"], capture_output=True, check=True)
             self.otra = max(self.otra, time.monotonic() - antes)
-            hijos = Path(f"/proc/{pid}/task/{pid}/children").read_text(encoding="utf-8").split()
-            self.motor = max(self.motor, *map(memoria, hijos), 0)
+            with contextlib.suppress(OSError):
+                for hijos in Path(f"/proc/{pid}/task").glob("*/children"):
+                    self.motor = max(self.motor, 0, *map(memoria, hijos.read_text().split()))
             return visto
         antes = time.monotonic()
         visto = self.persona.hasta(mira, que, PACIENCIA)
@@ -120,18 +121,13 @@ class Viaje(PasosExplorador):
         self._de_nuevo()
         return visto
 
-    def guarda(self, propuesto):
-        self.guarda_en(self.archivo, propuesto)
-        # The panel's own walk of a large folder is not the window's.
-        self.persona.hasta(lambda: self.app.busca("dialog") is None, "el panel cerrado")
-
     def por_ciento(self):
         barra = self.app.busca("progress bar")
-        return int(barra.get_description().partition(" %")[0]) if barra and \
-            " %" in barra.get_description() else 0
+        dicho = barra.get_description().partition(" %") if barra else ("", "", "")
+        return int(dicho[0]) if dicho[1] else 0
 
     def se_arrepiente(self, propuesto):
-        self.guarda(propuesto)
+        self.guarda_en(self.archivo, propuesto)
         cuando = random.randrange(1, 90)
         self.vigila(lambda: self.por_ciento() >= cuando, f"saving, up to {cuando} %")
         self.app.pulsa("push button", "Cancelar")
@@ -171,7 +167,7 @@ class Viaje(PasosExplorador):
         propuesto = "mezcla.okz" if len(originales) == 1 else "Archivo.okz"
         self.suelta(*originales)
         self.se_arrepiente(propuesto)
-        self.guarda(propuesto)
+        self.guarda_en(self.archivo, propuesto)
         self.vigila(lambda: self.app.busca("push button", "Guardar otra cosa"), "saving")
         self.abre_y_mira(originales, nota, visor)
         destino = self.saca()
