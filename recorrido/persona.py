@@ -108,7 +108,8 @@ class Aplicacion:
         for nodo in todos(self.raiz):
             if nodo is self.raiz or nodo.get_state_set().contains(Atspi.StateType.SHOWING):
                 # Qt hides a password field's name together with its text.
-                yield nodo.get_role_name(), nodo.get_name() or nodo.get_description(), nodo
+                nombre = nodo.get_name() or nodo.get_description().partition(". ")[0]
+                yield nodo.get_role_name(), nombre, nodo
 
     def busca(self, papel, nombre=None):
         for su_papel, su_nombre, nodo in self.visibles():
@@ -145,6 +146,15 @@ class Aplicacion:
             nodo.clear_cache()
             return nodo.get_state_set().contains(Atspi.StateType.FOCUSED)
         hasta(tiene, f"el foco en «{nodo.get_name()}»")
+
+    def anuncia(self, condicion, que, espera=ESPERA):
+        """Waits until the control with the focus says so: a screen reader reads
+        out its name and its description, when it comes there and on change."""
+        def dicho():
+            return any(condicion(f"{nodo.get_name()} {nodo.get_description()}")
+                       for _, _, nodo in self.visibles()
+                       if nodo.get_state_set().contains(Atspi.StateType.FOCUSED))
+        self._hasta(dicho, f"el foco en lo que dice «{que}»", espera)
 
     @staticmethod
     def activo(nodo):
@@ -254,8 +264,27 @@ class Receptor:
         self.proceso.communicate()
 
 
-def centro(nodo, escala=1):
-    """The middle of a control on the screen; Qt tells it in its own pixels."""
+def caja(nodo):
+    """Where a control is on the screen: x, y, width, height, in Qt's pixels."""
     nodo.clear_cache()
-    caja = nodo.get_extents(Atspi.CoordType.SCREEN)
-    return (caja.x + caja.width // 2) * escala, (caja.y + caja.height // 2) * escala
+    c = nodo.get_extents(Atspi.CoordType.SCREEN)
+    return c.x, c.y, c.width, c.height
+
+
+def centro(nodo, escala=1):
+    """The middle of a control, in the screen's pixels."""
+    x, y, ancho, alto = caja(nodo)
+    return int((x + ancho // 2) * escala), int((y + alto // 2) * escala)
+
+
+def delante():
+    """The X server's number of the window with the keyboard; empty: none has it."""
+    return subprocess.run(["xdotool", "getactivewindow"], capture_output=True, text=True,
+                          check=False).stdout.strip()
+
+
+def color(x, y):
+    """Of a pixel of the screen: red, green, blue."""
+    dicho = subprocess.run(["import", "-window", "root", "-crop", f"1x1+{x}+{y}", "-depth", "8",
+                            "rgb:-"], capture_output=True, check=True).stdout
+    return tuple(dicho)

@@ -20,9 +20,11 @@ VARIANTES = {
 
 class Recorrido(TramoExplorador):
     def __init__(self, sesion, arbol, fotos, variante):
-        import persona  # only now is there a bus to talk to
+        import accesible  # only now is there a bus to talk to
+        import persona
 
         super().__init__(persona, sesion, arbol)
+        self.accesible = accesible
         self.fotos = Path(fotos)
         self.variante = variante
         self.escala = VARIANTES[variante].get("escala", 1)
@@ -30,11 +32,16 @@ class Recorrido(TramoExplorador):
 
     # What a step is made of.
 
-    def foto(self, nombre):
+    def foto(self, nombre, anuncio=""):
+        """A panel is as it should be: a picture of it. `anuncio` is what a
+        screen reader must say of it by itself."""
         self.app.foto(self.fotos / f"{nombre}-{self.variante}.png")
+        faltas = self.accesible.faltas(self.app.raiz)
+        assert not faltas, f"{nombre}: {'; '.join(faltas)}"
+        self.app.anuncia(lambda dicho: anuncio in dicho, anuncio)
 
     def abre_aplicacion(self, *ficheros):
-        entorno = self.sesion.entorno(**VARIANTES[self.variante])
+        entorno = self.sesion.entorno(local="es_ES", **VARIANTES[self.variante])
         # With a key that is remembered, the engine is done before it can be looked at.
         entorno["ORCALIN_SIN_LLAVERO"] = "1"
         self.visor = Visor(entorno)
@@ -69,14 +76,16 @@ class Recorrido(TramoExplorador):
     def uno(self):
         self.lee("fotos del viaje")
         self.app.lee(lambda t: t.endswith(" MB"), "el tamaño de la carpeta")
-        self.foto("3-uno")
+        self.app.espera("image", "carpeta")
+        self.foto("3-uno", "fotos del viaje, carpeta, ")
 
     def varios(self):
         self.suelta(*sorted(self.casa.glob("[cfp]*")))
         self.app.lee(lambda t: t.startswith("3 archivos · ") and t.endswith("B"), "la cabecera")
         for nombre in ("cartas.txt", "fotos del viaje"):
             self.lee(nombre)
-        self.foto("4-varios")
+        self.app.espera("image", "archivo")
+        self.foto("4-varios", "3 archivos · ")
 
     def opciones(self):
         self.app.pulsa("check box", "Comprimir al máximo")
@@ -99,7 +108,12 @@ class Recorrido(TramoExplorador):
         self.lee("c++")
         barra = self.app.espera("progress bar", "c++")
         self.persona.hasta(lambda: 30 <= self.lleno(barra) < 100, "la barra a medias")
-        self.foto("6-trabajo")
+        self.foto("6-trabajo", "c++, ")
+        self.persona.teclas("ctrl+q")
+        self.app.espera("dialog", "¿Salir sin terminar de guardar?")
+        self.foto("21-salida", "¿Salir sin terminar de guardar?")
+        self.persona.teclas("Escape")
+        self.persona.hasta(lambda: self.app.busca("dialog") is None, "la pregunta retirada")
 
     @staticmethod
     def lleno(barra):
@@ -124,7 +138,8 @@ class Recorrido(TramoExplorador):
         self.app.lee(lambda t: "  →  " in t, "los tamaños")
         self.app.lee(lambda t: t.startswith("en ") and t.endswith(" s"), "la duración")
         self.app.espera("push button", "Ver en el Finder")
-        self.foto("7-resultado")
+        self.app.espera("image", "Guardado")
+        self.foto("7-resultado", "Guardado: de ")
         assert archivo.read_bytes().startswith(b"age-encryption.org/v1\n"), "no está cifrado"
         self.app.pulsa("push button", "Guardar otra cosa")
         self.lee("Arrastra aquí lo que quieras guardar")
@@ -137,7 +152,8 @@ class Recorrido(TramoExplorador):
         self.guarda_en(self.casa / "nada.okz", "efímero.txt.okz")
         self.app.espera("push button", "Volver")
         self.app.lee(lambda t: "efímero.txt" in t, "el motivo del fallo")
-        self.foto("8-fallo")
+        self.app.espera("image", "Fallo")
+        self.foto("8-fallo", "Fallo: ")
         self.app.pulsa("push button", "Volver")
         self.lee("efímero.txt")
         self.cierra()

@@ -25,20 +25,20 @@ class TramoExplorador(PasosExplorador):
         self.app.espera_foco(self.app.espera("password text", "Contraseña"))
         abrir = self.app.espera("push button", "Abrir")
         assert not self.app.activo(abrir), "«Abrir» está activo sin contraseña"
-        self.foto("9-clave")
+        self.foto("9-clave", "Este archivo está cifrado")
 
     def cargando(self):
         self.manda_clave("una mosca")
         with self.motor_retenido():
             self.lee("leyendo el archivo…")
-            self.foto("10-cargando")
+            self.foto("10-cargando", "leyendo el archivo…")
 
     def clave_mala(self):
         self.lee("Este archivo está cifrado")
         campo = self.app.espera("password text", "Contraseña")
         largo = campo.get_text_iface().get_character_count()
         assert largo == len("una mosca"), f"quedan {largo} letras de la contraseña"
-        self.foto("11-clave-mala")
+        self.foto("11-clave-mala", "Este archivo está cifrado")
         self.manda_clave(CLAVE)
 
     def lista(self):
@@ -56,7 +56,7 @@ class TramoExplorador(PasosExplorador):
         self.persona.teclea("MAÑANA")
         self.lee(f"3 de {ENTRADAS}")
         assert len(self.filas()) == 3, self.filas()
-        self.foto("13-busqueda")
+        self.foto("13-busqueda", f"3 de {ENTRADAS}")
         self.app.pulsa("push button", "Borrar la búsqueda")
         self.lee(f"{ENTRADAS} elementos")
 
@@ -84,7 +84,7 @@ class TramoExplorador(PasosExplorador):
         self.persona.teclas("Escape")
         self.sin_menu()
         self.persona.teclas("Menu")
-        self.menu_con("Abrir", "Recuperar…")
+        self.app.anuncia(lambda dicho: "Abrir" in dicho, "la primera orden")
         self.persona.teclas("Escape")
         self.sin_menu()
 
@@ -99,7 +99,7 @@ class TramoExplorador(PasosExplorador):
     def apertura(self):
         self.abre_fila(self.fila("mañana 1.txt"))
         with self.motor_retenido():
-            self.foto("17-abriendo")
+            self.foto("17-abriendo", "sacándose del archivo")
         ruta, modo = self.persona.hasta(self.visor.toma, "el archivo en su aplicación")
         with open(ruta, "rb") as copia:
             assert copia.read() == (self.casa / "viaje/apuntes/mañana 1.txt").read_bytes(), ruta
@@ -114,12 +114,12 @@ class TramoExplorador(PasosExplorador):
         self.recupera("Recuperar este", destino)
         with self.motor_retenido():
             self.lee("recuperando 1 de 1…")
-            self.foto("18-recuperando")
+            self.foto("18-recuperando", "recuperando 1 de 1…")
 
     def hecho(self):
         self.recuperado()
         self.app.espera("push button", "Ver en el Finder")
-        self.foto("19-recuperado")
+        self.foto("19-recuperado", "Recuperado")
         sacados = [r.name for r in (self.casa / "sacado").rglob("*") if r.is_file()]
         assert sacados == ["mañana 1.txt"], sacados
         self.app.pulsa("push button", "Volver")
@@ -134,7 +134,7 @@ class TramoExplorador(PasosExplorador):
         self.abre_aplicacion(danado)
         self.app.espera("push button", "Volver")
         self.app.lee(lambda t: "okz" in t and t != danado.name, "el motivo del fallo")
-        self.foto("20-danado")
+        self.foto("20-danado", "Fallo: ")
         self.app.pulsa("push button", "Volver")
         self.app.espera("push button", "Volver")
         self.app.pulsa("push button", "Guardar algo")

@@ -102,9 +102,10 @@ class Sesion:
                           stdout=subprocess.PIPE, text=True)
         return bus.stdout.readline().strip()
 
-    def entorno(self, oscuro=False, escala=1):
+    def entorno(self, oscuro=False, escala=1, local="C"):
         """The environment for an application in this session."""
-        entorno = dict(os.environ, TMPDIR=str(self.tmp), QT_SCALE_FACTOR=str(escala))
+        entorno = dict(os.environ, TMPDIR=str(self.tmp), QT_SCALE_FACTOR=str(escala),
+                       **self._en(f"{local}.UTF-8"))
         config = self.carpeta / ("oscuro" if oscuro else "claro")
         config.mkdir(exist_ok=True)
         entorno["XDG_CONFIG_HOME"] = str(config)
@@ -113,6 +114,15 @@ class Sesion:
             (config / "kdeglobals").write_text(OSCURO)
             entorno.update(XDG_CURRENT_DESKTOP="KDE", KDE_SESSION_VERSION="5")
         return entorno
+
+    def _en(self, local):
+        """A locale need not be installed: its name is what Qt goes by, and the C
+        library is content with another's tables under that name."""
+        locales = self.carpeta / "locales"
+        locales.mkdir(exist_ok=True)
+        if not (locales / local).exists():
+            (locales / local).symlink_to("/usr/lib/locale/C.utf8")
+        return {"LOCPATH": str(locales), "LC_ALL": local}
 
     def vacia(self):
         """Leaves the home and the temporary folder as they were at first."""

@@ -2,12 +2,12 @@
 
 #include "motor/fondo.h"
 
-ContenidoCompartido preparaContenido(QList<Entrada> entradas) {
+ContenidoCompartido preparaContenido(const QList<Entrada> &entradas) {
     auto nuevo = std::make_shared<Contenido>();
     nuevo->plegado.reserva(static_cast<size_t>(entradas.size()));
     for (const Entrada &entrada : entradas)
         nuevo->plegado.anade(entrada.ruta);
-    nuevo->entradas = std::move(entradas);
+    nuevo->entradas = Entradas(entradas);
     return nuevo;
 }
 

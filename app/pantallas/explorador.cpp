@@ -7,6 +7,8 @@
 
 #include <QPointer>
 
+#include <malloc.h>
+
 Explorador::Explorador(QUrl archivo, Escritorio &escritorio, QObject *padre)
     : QObject(padre)
     , m_archivo(std::move(archivo))
@@ -98,13 +100,17 @@ void Explorador::cargar() {
             });
             return;
         }
-        auto contenido = preparaContenido(std::get<QList<Entrada>>(std::move(leido)));
+        auto contenido = preparaContenido(std::get<QList<Entrada>>(leido));
         enPrincipal([esta, contenido = std::move(contenido)]() mutable {
             if (esta)
                 esta->acabaCarga(std::move(contenido));
             else
                 sueltaContenido(contenido);
         });
+        // The list it was made from is several times as large, in small pieces:
+        // those the allocator would keep for this thread.
+        leido = {};
+        ::malloc_trim(0);
     });
 }
 

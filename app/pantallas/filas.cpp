@@ -33,8 +33,8 @@ void Filas::ponContenido(ContenidoCompartido contenido) {
     beginResetModel();
     sueltaContenido(m_contenido);
     m_contenido = std::move(contenido);
-    m_seleccion.estrena(static_cast<size_t>(m_contenido->entradas.size()));
-    m_arrastradas.estrena(static_cast<size_t>(m_contenido->entradas.size()));
+    m_seleccion.estrena(m_contenido->entradas.cuantas());
+    m_arrastradas.estrena(m_contenido->entradas.cuantas());
     m_ancla = 0;
     m_visibles.clear();
     if (!m_busca.isEmpty())
@@ -71,7 +71,7 @@ void Filas::ponArrastradas(const std::vector<uint32_t> &indices) {
 }
 
 qsizetype Filas::entradas() const {
-    return m_contenido->entradas.size();
+    return static_cast<qsizetype>(m_contenido->entradas.cuantas());
 }
 
 QStringList Filas::rutasElegidas() const {
@@ -82,7 +82,7 @@ QStringList Filas::rutasElegidas() const {
     return rutas;
 }
 
-const Entrada &Filas::entrada(int fila) const {
+Entrada Filas::entrada(int fila) const {
     return m_contenido->entradas[indiceDe(fila)];
 }
 

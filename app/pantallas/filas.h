@@ -55,7 +55,7 @@ public:
     [[nodiscard]] std::vector<uint32_t> indicesElegidos() const { return m_seleccion.todas(); }
     [[nodiscard]] bool elegida(int fila) const { return m_seleccion.tiene(indiceDe(fila)); }
     [[nodiscard]] const ContenidoCompartido &contenido() const { return m_contenido; }
-    [[nodiscard]] const Entrada &entrada(int fila) const;
+    [[nodiscard]] Entrada entrada(int fila) const;
 
     [[nodiscard]] int rowCount(const QModelIndex &padre = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &indice, int papel) const override;

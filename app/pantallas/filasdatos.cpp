@@ -14,7 +14,7 @@ bool esEnlace(const Entrada &entrada) {
 QVariant Filas::data(const QModelIndex &indice, int papel) const {
     if (!checkIndex(indice, CheckIndexOption::IndexIsValid))
         return {};
-    const Entrada &suya = entrada(indice.row());
+    const Entrada suya = entrada(indice.row());
     switch (papel) {
     case Qt::DisplayRole:
     case Nombre:

@@ -23,6 +23,7 @@ class Pantalla : public QObject {
     Q_PROPERTY(Contenido contenido READ contenido NOTIFY origenesCambian)
     Q_PROPERTY(QString cabecera READ cabecera NOTIFY cabeceraCambia)
     Q_PROPERTY(QString peso READ peso NOTIFY cabeceraCambia)
+    Q_PROPERTY(QString resumen READ resumen NOTIFY cabeceraCambia)
     Q_PROPERTY(bool maximo READ maximo WRITE ponMaximo NOTIFY opcionesCambian)
     Q_PROPERTY(bool cifrar READ cifrar WRITE ponCifrar NOTIFY opcionesCambian)
     Q_PROPERTY(QString contrasena READ contrasena WRITE ponContrasena NOTIFY opcionesCambian)
@@ -34,6 +35,7 @@ class Pantalla : public QObject {
     Q_PROPERTY(QString ahorro READ ahorro NOTIFY estadoCambia)
     Q_PROPERTY(QString duracion READ duracion NOTIFY estadoCambia)
     Q_PROPERTY(QString mensaje READ mensaje NOTIFY estadoCambia)
+    Q_PROPERTY(QString anuncio READ anuncio NOTIFY estadoCambia)
 
 public:
     /// In the order of the cases of `Motor::Estado`.
@@ -64,6 +66,8 @@ public:
     [[nodiscard]] QString cabecera() const;
     /// The size of everything selected in words; "…" while it is measured.
     [[nodiscard]] QString peso() const;
+    /// All that the drop area shows, for who hears it.
+    [[nodiscard]] QString resumen() const;
 
     /// The options; the password counts only while `cifrar` is on.
     [[nodiscard]] bool maximo() const { return m_maximo; }
@@ -88,6 +92,10 @@ public:
 
     /// The failure panel's text.
     [[nodiscard]] QString mensaje() const;
+
+    /// What a screen reader says of the job by itself: that it goes on, every
+    /// tenth of the way, and how it ended well.
+    [[nodiscard]] QString anuncio() const;
 
     /// Whether the item is a folder; not when that cannot be read. A symbolic
     /// link is not one: it is packed as a link.
@@ -124,6 +132,8 @@ public slots:
 
     /// The image name for the item in this place of `nombres`, filled or not.
     [[nodiscard]] QString icono(int indice, bool relleno) const;
+    /// What it shows, in a word.
+    [[nodiscard]] QString clase(int indice) const;
 
 signals:
     void estadoCambia();

@@ -29,8 +29,8 @@ qint64 bytesBajo(const Contenido &contenido, const QSet<QStringView> &carpetas) 
     qint64 bytes = 0;
     if (carpetas.isEmpty())
         return bytes;
-    for (const Entrada &entrada : contenido.entradas)
-        if (cuelga(sinBarra(entrada.ruta), carpetas))
+    for (size_t i = 0; i < contenido.entradas.cuantas(); ++i)
+        if (const Entrada entrada = contenido.entradas[i]; cuelga(sinBarra(entrada.ruta), carpetas))
             bytes = std::min(kTope, bytes + std::clamp<qint64>(entrada.bytes, 0, kTope));
     return bytes;
 }
@@ -38,14 +38,15 @@ qint64 bytesBajo(const Contenido &contenido, const QSet<QStringView> &carpetas) 
 } // namespace
 
 Raices raicesDe(const Contenido &contenido, const std::vector<uint32_t> &elegidas) {
+    QList<Entrada> suyas; // what the sets below look at
+    suyas.reserve(static_cast<qsizetype>(elegidas.size()));
     QSet<QStringView> carpetas;
     for (const uint32_t indice : elegidas)
-        if (const Entrada &entrada = contenido.entradas[indice]; entrada.tipo == 'd')
-            carpetas.insert(sinBarra(entrada.ruta));
+        if (suyas.append(contenido.entradas[indice]); suyas.last().tipo == 'd')
+            carpetas.insert(sinBarra(suyas.last().ruta));
     Raices raices{{}, bytesBajo(contenido, carpetas)};
     QSet<QStringView> vistas;
-    for (const uint32_t indice : elegidas) {
-        const Entrada &entrada = contenido.entradas[indice];
+    for (const Entrada &entrada : std::as_const(suyas)) {
         const QStringView ruta = sinBarra(entrada.ruta);
         if (vistas.contains(ruta) || cuelga(ruta, carpetas))
             continue;

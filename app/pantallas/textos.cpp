@@ -56,6 +56,12 @@ QString Pantalla::peso() const {
     return m_bytes ? m_escritorio.textoDeBytes(*m_bytes) : QStringLiteral("…");
 }
 
+QString Pantalla::resumen() const {
+    if (contenido() != Contenido::Uno)
+        return cabecera();
+    return QStringList{titular(), clase(0), peso()}.join(QStringLiteral(", "));
+}
+
 bool Pantalla::puedeGuardar() const {
     return !m_origenes.isEmpty() && !(m_cifrar && m_contrasena.isEmpty());
 }
@@ -111,6 +117,21 @@ QString Pantalla::mensaje() const {
     return error != nullptr ? error->texto : QString();
 }
 
+QString Pantalla::anuncio() const {
+    if (const auto *hecho = si<Motor::Hecho>(m_motor)) {
+        QStringList partes{QStringLiteral("Guardado: de %1 a %2")
+                               .arg(m_escritorio.textoDeBytes(hecho->entrada),
+                                    m_escritorio.textoDeBytes(hecho->salida)),
+                           ahorro(), duracion()};
+        partes.removeAll(QString());
+        return partes.join(QStringLiteral(", "));
+    }
+    if (panel() != Panel::Trabajando)
+        return {};
+    const int decimas = static_cast<int>(pct() * 10);
+    return decimas > 0 ? QStringLiteral("%1, %2 %").arg(titular()).arg(decimas * 10) : titular();
+}
+
 Final Pantalla::final(const Motor::Estado &estado, const Escritorio &escritorio) {
     if (const auto *error = std::get_if<Motor::Error>(&estado))
         return {QStringLiteral("No se pudo guardar"), error->texto};
@@ -128,6 +149,11 @@ QString Pantalla::icono(int indice, bool relleno) const {
     const bool carpeta = esCarpeta(m_origenes.value(indice));
     return (carpeta ? QStringLiteral("folder") : QStringLiteral("doc")) +
            (relleno ? QStringLiteral(".fill") : QString());
+}
+
+QString Pantalla::clase(int indice) const {
+    return esCarpeta(m_origenes.value(indice)) ? QStringLiteral("carpeta")
+                                               : QStringLiteral("archivo");
 }
 
 QString Pantalla::nombrePropuesto() const {

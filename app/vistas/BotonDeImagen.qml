@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls.Fusion
+import Orcalin
 
 // A borderless button that shows one of the system images.
 AbstractButton {
@@ -20,7 +21,7 @@ AbstractButton {
     background: Rectangle {
         radius: 4
         color: "transparent"
-        border.width: boton.visualFocus ? 2 : 0
+        border.width: boton.activeFocus && Foco.marcado ? 2 : 0
         border.color: Tema.acento
     }
     contentItem: Item {

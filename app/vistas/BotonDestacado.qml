@@ -8,6 +8,8 @@ Boton {
 
     // Where Return already means something else there is no default.
     property bool porTecla: true
+    // The way back: Escape takes it, too.
+    property bool porEscape: false
 
     highlighted: true
     contentItem: Texto {
@@ -24,7 +26,7 @@ Boton {
             return boton.down ? Qt.darker(Tema.destacado, 1.15)
                  : boton.hovered ? Qt.lighter(Tema.destacado, 1.08) : Tema.destacado;
         }
-        border.width: boton.visualFocus ? 2 : 0
+        border.width: boton.senalado ? 2 : 0
         border.color: Tema.texto
     }
 
@@ -32,6 +34,11 @@ Boton {
         sequences: ["Return", "Enter"]
         enabled: boton.porTecla && boton.enabled && boton.visible
             && !(boton.Window.activeFocusItem instanceof Boton)
+        onActivated: boton.clicked()
+    }
+    Shortcut {
+        sequence: "Escape"
+        enabled: boton.porEscape && boton.visible
         onActivated: boton.clicked()
     }
 }

@@ -1,8 +1,11 @@
 import QtQuick
 import QtQuick.Controls.Fusion
+import Orcalin
 
 CheckBox {
     id: casilla
+
+    readonly property bool senalado: activeFocus && Foco.marcado
 
     leftPadding: 0
     spacing: 8
@@ -17,8 +20,8 @@ CheckBox {
         implicitHeight: 16
         radius: 3
         color: casilla.checked ? Tema.destacado : Tema.paleta.base
-        border.width: casilla.visualFocus ? 2 : 1
-        border.color: casilla.visualFocus ? Tema.texto : casilla.checked ? Tema.destacado : Tema.borde
+        border.width: casilla.senalado ? 2 : 1
+        border.color: casilla.senalado ? Tema.texto : casilla.checked ? Tema.destacado : Tema.borde
 
         ImagenSistema {
             visible: casilla.checked

@@ -17,6 +17,7 @@ Rectangle {
     required property bool esCarpeta
     required property string descripcion
     property bool actual: false
+    property string fallo
 
     readonly property color tinta: elegida ? Tema.sobreDestacado : Tema.texto
     readonly property color tintaSuave: elegida ? Tema.sobreDestacado : Tema.secundario
@@ -38,6 +39,7 @@ Rectangle {
 
     Accessible.role: Accessible.ListItem
     Accessible.name: descripcion
+    Accessible.description: abriendose ? "sacándose del archivo" : fallo
     Accessible.selectable: true
     Accessible.selected: elegida
     Accessible.focusable: true

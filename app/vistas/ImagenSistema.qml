@@ -1,13 +1,15 @@
 import QtQuick
 import QtQuick.Window
 
-// One of the system images in one colour. It never carries a meaning alone.
+// One of the system images in one colour. What it means it says in words, too,
+// where no text beside it does.
 Item {
     id: imagen
 
     required property string nombre
     required property int lado
     property color tinte: Tema.secundario
+    property string significado
 
     function hexadecimal(c: color): string {
         const dos = v => Math.round(v * 255).toString(16).padStart(2, "0");
@@ -16,7 +18,9 @@ Item {
 
     implicitWidth: lado
     implicitHeight: lado
-    Accessible.ignored: true
+    Accessible.role: Accessible.Graphic
+    Accessible.name: significado
+    Accessible.ignored: significado === ""
 
     Image {
         anchors.fill: parent

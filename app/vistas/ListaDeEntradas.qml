@@ -9,6 +9,8 @@ ListView {
     required property Explorador explorador
     // The row that the context menu is for.
     property int filaDelMenu: -1
+    // The one that could not be opened.
+    property int filaDelFallo: -1
 
     // Something was typed that is no command of the list.
     signal tecleado(texto: string)
@@ -58,10 +60,7 @@ ListView {
     currentIndex: 0
     interactive: true
     pixelAligned: true
-    ScrollBar.vertical: ScrollBar {
-        id: barra
-        policy: size < 1 ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
-    }
+    ScrollBar.vertical: Deslizador { id: barra }
 
     Accessible.role: Accessible.List
     Accessible.name: "Contenido de " + explorador.nombre
@@ -69,7 +68,14 @@ ListView {
     // Else the row of before, which the search may have left out.
     Connections {
         target: lista.explorador.filas
-        function onModelReset() { lista.currentIndex = 0; }
+        function onModelReset() {
+            lista.currentIndex = 0;
+            lista.filaDelFallo = -1;
+        }
+    }
+    Connections {
+        target: lista.explorador
+        function onAbrirFalloCambia() { lista.filaDelFallo = lista.currentIndex; }
     }
 
     Keys.onPressed: event => {
@@ -101,6 +107,7 @@ ListView {
         width: lista.width - (barra.visible ? barra.width : 0)
         height: lista.alto
         actual: lista.activeFocus && ListView.isCurrentItem
+        fallo: index === lista.filaDelFallo ? lista.explorador.abrirFallo : ""
         onPulsada: modificadores => lista.pulsada(index, modificadores)
         onAbierta: lista.explorador.abrir(index)
         onArrastrada: lista.explorador.arrastrar(index)
@@ -110,8 +117,10 @@ ListView {
         }
     }
 
-    Menu {
+    MenuConNombre {
         id: menu
+        nombre: lista.currentItem?.nombre ?? ""
+        primera: esCarpeta ? 1 : 0
         readonly property bool esCarpeta: lista.currentItem?.esCarpeta ?? false
         MenuItem {
             text: "Abrir"

@@ -19,12 +19,14 @@ Item {
             Layout.alignment: Qt.AlignHCenter
         }
         Texto {
+            id: titulo
             text: "Este archivo está cifrado"
             font.weight: Font.DemiBold
             Layout.alignment: Qt.AlignHCenter
         }
         CampoSecreto {
             id: campo
+            anuncio: titulo.text
             text: panel.explorador.contrasena
             onTextEdited: panel.explorador.contrasena = text
             onAccepted: panel.explorador.enviaClave()

@@ -62,6 +62,7 @@ FocusScope {
                         lista.va(Math.max(0, lista.currentIndex), Qt.NoModifier);
                     }
                     Accessible.name: placeholderText
+                    Accessible.description: panel.explorador.cuenta
                     Layout.fillWidth: true
                 }
                 BotonDeImagen {

@@ -14,6 +14,7 @@ Item {
         spacing: 14
         ImagenSistema {
             nombre: "exclamationmark.triangle.fill"
+            significado: "Fallo"
             lado: 44
             tinte: Tema.naranja
             Layout.alignment: Qt.AlignHCenter
@@ -27,7 +28,9 @@ Item {
         }
         BotonDestacado {
             text: "Volver"
+            anuncio: "Fallo: " + panel.mensaje
             focus: true
+            porEscape: true
             onClicked: panel.vuelta()
             Layout.alignment: Qt.AlignHCenter
         }

@@ -12,11 +12,14 @@ Item {
         width: parent.width
         spacing: 12
         BusyIndicator {
-            Accessible.name: panel.texto
+            Accessible.ignored: true
             Layout.alignment: Qt.AlignHCenter
         }
+        // Nothing here can be pressed: it has the focus so that it is read out.
         Leyenda {
             text: panel.texto
+            focus: true
+            activeFocusOnTab: true
             Layout.fillWidth: true
         }
     }

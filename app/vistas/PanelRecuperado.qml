@@ -17,6 +17,7 @@ Item {
             Layout.alignment: Qt.AlignHCenter
         }
         Texto {
+            id: titulo
             text: "Recuperado"
             font.pixelSize: Tema.titulo
             Layout.alignment: Qt.AlignHCenter
@@ -30,7 +31,9 @@ Item {
             }
             BotonDestacado {
                 text: "Volver"
+                anuncio: titulo.text
                 focus: true
+                porEscape: true
                 onClicked: panel.explorador.volver()
             }
         }

@@ -13,6 +13,7 @@ Item {
         spacing: 14
         ImagenSistema {
             nombre: "checkmark.circle.fill"
+            significado: "Guardado"
             lado: 48
             tinte: Tema.verde
             Layout.alignment: Qt.AlignHCenter
@@ -40,6 +41,7 @@ Item {
             }
             BotonDestacado {
                 text: "Guardar otra cosa"
+                anuncio: panel.pantalla.anuncio
                 focus: true
                 onClicked: panel.pantalla.otraCosa()
             }

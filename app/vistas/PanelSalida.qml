@@ -18,11 +18,10 @@ Popup {
     visible: salida.pregunta
     onClosed: salida.sigue()
     onOpened: sigue.forceActiveFocus()
+    onAboutToShow: contentItem.parent.Accessible.name = pregunta.text
 
     contentItem: ColumnLayout {
         spacing: 14
-        Accessible.role: Accessible.Dialog
-        Accessible.name: pregunta.text
         Texto {
             id: pregunta
             text: panel.salida.titular
@@ -47,6 +46,7 @@ Popup {
             BotonDestacado {
                 id: sigue
                 text: panel.salida.rotuloSeguir
+                anuncio: pregunta.text
                 onClicked: panel.salida.sigue()
             }
         }

@@ -31,6 +31,7 @@ Item {
         }
         Boton {
             text: "Cancelar"
+            anuncio: panel.pantalla.anuncio
             focus: true
             onClicked: panel.pantalla.cancelar()
             Layout.alignment: Qt.AlignHCenter

@@ -17,11 +17,11 @@ QtObject {
     // White on the usual highlights is hard to read: a darker ground for it.
     readonly property color destacado: oscuro ? paleta.highlight : Qt.darker(paleta.highlight, 1.3)
     readonly property color sobreDestacado: claridad(destacado) > 0.179 ? "#000000" : "#ffffff"
-    readonly property color borde: mezcla(paleta.windowText, paleta.window, 0.45)
+    readonly property color borde: mezcla(paleta.windowText, paleta.window, 0.55)
     readonly property color tenuisimo: mezcla(paleta.windowText, paleta.window, 0.04)
     readonly property color apagado: mezcla(paleta.windowText, paleta.window, 0.12)
     readonly property color verde: oscuro ? "#5fd07a" : "#23863a"
-    readonly property color naranja: oscuro ? "#ffb057" : "#b45309"
+    readonly property color naranja: oscuro ? "#ffb057" : "#a14706"
 
     readonly property int cuerpo: Math.max(13, Qt.application.font.pixelSize)
     readonly property int leyenda: Math.max(12, Math.round(cuerpo * 0.86))

@@ -31,6 +31,8 @@ ApplicationWindow {
         placeholderText: Tema.secundario
         shadow: Tema.paleta.shadow
         text: Tema.paleta.text
+        toolTipBase: Tema.paleta.base
+        toolTipText: Tema.paleta.text
         window: Tema.paleta.window
         windowText: Tema.paleta.windowText
     }
@@ -58,7 +60,7 @@ ApplicationWindow {
             Accessible.role: Accessible.MenuItem
             Accessible.name: menu.title.replace("&", "")
         }
-        Menu {
+        MenuConNombre {
             title: "&Archivo"
             MenuItem { action: abrir }
             MenuSeparator {}

@@ -17,7 +17,7 @@ AbstractButton {
     Accessible.onPressAction: clicked()
     Accessible.name: "Elegir qué guardar"
     Accessible.description: pantalla.contenido === Pantalla.Nada
-        ? "Arrastra aquí lo que quieras guardar" : pantalla.cabecera
+        ? "Arrastra aquí lo que quieras guardar" : pantalla.resumen
 
     background: Shape {
         ShapePath {
@@ -31,7 +31,7 @@ AbstractButton {
         }
         ShapePath {
             strokeWidth: 2
-            strokeColor: zona.visualFocus ? Tema.acento : "transparent"
+            strokeColor: zona.activeFocus && Foco.marcado ? Tema.acento : "transparent"
             fillColor: "transparent"
             PathRectangulo { ancho: zona.width; alto: zona.height; borde: 5; radio: 10 }
         }

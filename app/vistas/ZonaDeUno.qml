@@ -14,6 +14,7 @@ Item {
         spacing: 8
         ImagenSistema {
             nombre: zona.pantalla.icono(0, true)
+            significado: zona.pantalla.clase(0)
             lado: 40
             tinte: Tema.acento
             Layout.alignment: Qt.AlignHCenter

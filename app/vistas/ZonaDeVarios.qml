@@ -41,6 +41,7 @@ Item {
                     spacing: 6
                     ImagenSistema {
                         nombre: zona.pantalla.icono(fila.index, false)
+                        significado: zona.pantalla.clase(fila.index)
                         lado: 14
                     }
                     Texto {
@@ -58,9 +59,8 @@ Item {
                 anchors.fill: parent
                 onClicked: zona.pulsada()
             }
-            ScrollBar {
+            Deslizador {
                 id: barra
-                policy: size < 1 ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
                 anchors { top: parent.top; bottom: parent.bottom; right: parent.right }
             }
         }

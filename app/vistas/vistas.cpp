@@ -9,8 +9,8 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QImageReader>
-#include <QQmlApplicationEngine>
 #include <QQmlComponent>
+#include <QQmlEngine>
 #include <QQuickWindow>
 
 void qml_register_types_Orcalin(); // made by the build from registros.h
@@ -38,11 +38,13 @@ void vistas::prepara() {
 }
 
 vistas::Ventana::Ventana(OrcalinApp &app)
-    : m_motorQml(std::make_unique<QQmlApplicationEngine>()) {
+    // Not the engine made for applications: that one puts Qt's own texts in the
+    // user's language over ours.
+    : m_app(app)
+    , m_motorQml(std::make_unique<QQmlEngine>()) {
     // Nothing else refers to it, and the linker would leave it out.
     qml_register_types_Orcalin();
     m_motorQml->addImageProvider(QStringLiteral("sistema"), new Imagenes); // the engine owns it
-    m_motorQml->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&app)}});
     m_leida = std::make_unique<QQmlComponent>(m_motorQml.get(), QUrl(kVentana),
                                               QQmlComponent::Asynchronous);
 }
@@ -51,14 +53,19 @@ vistas::Ventana::~Ventana() = default;
 
 void vistas::Ventana::haz() {
     preparaPrimerCuadro();
-    m_motorQml->load(QUrl(kVentana)); // waits for the rest of what is being read
+    // Waits for the rest of what is being read.
+    QQmlComponent ventana(m_motorQml.get(), QUrl(kVentana));
+    m_raiz.reset(ventana.createWithInitialProperties(
+        {{QStringLiteral("app"), QVariant::fromValue(&m_app)}}));
+    if (!m_raiz)
+        qCritical("%s", qUtf8Printable(ventana.errorString()));
     m_leida.reset();
 }
 
 bool vistas::Ventana::alFrente(const Ficha &ficha) {
     if (m_leida)
         haz();
-    auto *ventana = qobject_cast<QWindow *>(m_motorQml->rootObjects().value(0));
+    auto *ventana = qobject_cast<QWindow *>(m_raiz.get());
     if (ventana != nullptr)
         traeAlFrente(*ventana, ficha);
     return ventana != nullptr;

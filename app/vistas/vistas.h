@@ -4,8 +4,9 @@
 
 struct Ficha;
 class OrcalinApp;
-class QQmlApplicationEngine;
+class QObject;
 class QQmlComponent;
+class QQmlEngine;
 
 /// The drawing. Main thread only.
 namespace vistas {
@@ -31,8 +32,10 @@ public:
 private:
     void haz();
 
-    std::unique_ptr<QQmlApplicationEngine> m_motorQml;
+    OrcalinApp &m_app;
+    std::unique_ptr<QQmlEngine> m_motorQml;
     std::unique_ptr<QQmlComponent> m_leida;
+    std::unique_ptr<QObject> m_raiz; // goes before its engine
 };
 
 } // namespace vistas

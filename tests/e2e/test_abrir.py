@@ -40,7 +40,7 @@ class Abrir(Caso):
         persona.teclas("alt+a")
         for orden in ("Abrir archivo…", "Salir"):
             self.app.espera("menu item", orden)
-        persona.teclas("Down", "Return")
+        persona.teclas("Return")
         self.app.espera_foco(self.app.espera("text", "Nombre de fichero:"))
         self.assertIsNone(self.app.busca("table cell", "a.txt"), "ofrece lo que no es un archivo")
         persona.teclea(str(self.archivo))

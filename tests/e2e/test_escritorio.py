@@ -5,18 +5,13 @@ import time
 import unittest
 from urllib.parse import quote
 
-from buses import Bus, GLib
+from buses import Avisos, Bus, Portal
 from caso import SESION, Caso, persona
+import accesible  # only with a session
 from instalado import PREFIJO, CasoInstalado, pon_guion
+from pasosexplorador import PasosExplorador
 
 GESTOR = "org.freedesktop.FileManager1"
-DUNST = ("org.freedesktop.Notifications", "/org/freedesktop/Notifications", "org.dunstproject.cmd0")
-PORTAL = "org.freedesktop.portal.Desktop"
-OBJETO = "/org/freedesktop/portal/desktop"
-AJUSTES = "org.freedesktop.portal.Settings"
-APARIENCIA = "org.freedesktop.appearance"
-METODO = """<method name="{}"><arg type="s" direction="in"/><arg type="s" direction="in"/>
-<arg type="v" direction="out"/></method>"""
 BOTON = "Ver en el Finder"
 LENTO = ("error \\n10/40 ficheros (25.0%), 7 MiB\\n", "espera 1500", "escribe-destino 333")
 
@@ -38,9 +33,12 @@ class Trabajos(CasoInstalado):
     def setUp(self):
         super().setUp()
         self.bus = con_bus(self)
+        self.avisos = Avisos(self.bus)
         self.origen = self.casa / "carta & <b>cía.txt"
         self.origen.write_bytes(bytes(1000))
         self.guardados = 0
+        self.espera_avisos(0)
+        self.abre_instalada()
 
     def guarda(self, *guion):
         pon_guion(*guion)
@@ -52,26 +50,13 @@ class Trabajos(CasoInstalado):
         self.app.pulsa("push button", "Guardar otra cosa")
         self.vacia()
 
-    def espera_delante(self, delante=True):
-        marco = self.app.espera("frame", "orcalin")
-        def esta():
-            marco.clear_cache()
-            return marco.get_state_set().contains(persona.Atspi.StateType.ACTIVE) == delante
-        persona.hasta(esta, f"la ventana {'delante' if delante else 'detrás'}")
+    def espera_avisos(self, cuantos):
+        persona.hasta(lambda: self.avisos.ala_vista() == cuantos, f"{cuantos} avisos")
 
-    def aparta(self):
-        self.espera_delante()
-        ventana = subprocess.run(["xdotool", "getactivewindow"], capture_output=True, check=True)
-        subprocess.run(["xdotool", "windowminimize", ventana.stdout.strip()], check=True)
-
-    def mostradas(self):
-        datos = self.bus.llama(DUNST[0], DUNST[1], "org.freedesktop.DBus.Properties", "Get",
-                               "(ss)", DUNST[2], "displayedLength")
-        return datos[0]
+    def espera_delante(self):
+        persona.hasta(lambda: persona.delante() == self.app.ventana(), "la ventana delante")
 
     def test_el_final_se_avisa_a_quien_no_mira(self):
-        persona.hasta(lambda: self.mostradas() == 0, "el demonio de avisos")
-        self.abre_instalada()
         self.guarda("escribe-destino 333")
         self.app.espera("push button", BOTON)
         self.otra()
@@ -83,40 +68,32 @@ class Trabajos(CasoInstalado):
             with self.subTest(titulo=titulo):
                 self.guarda(*guion)
                 self.app.espera("push button", "Cancelar")
-                self.assertEqual(self.mostradas(), 0)  # nothing was said in front
-                self.aparta()
-                persona.hasta(lambda: self.mostradas() == 1, "el aviso")
-                self.bus.llama(*DUNST, "NotificationAction", "(u)", 0)
                 self.espera_delante()
-                persona.hasta(lambda: self.mostradas() == 0, "el aviso retirado")
-                ultima = self.bus.llama(*DUNST, "NotificationListHistory")[0][0]
-                self.assertEqual(ultima["summary"], titulo)
-                self.assertEqual(ultima["body"].replace("&amp;", "&").replace("&lt;", "<")
-                                 .replace("&gt;", ">"), texto)
-                self.assertEqual(ultima["appname"], "Orcalin")
+                self.assertEqual(self.avisos.ala_vista(), 0)  # nothing was said in front
+                subprocess.run(["xdotool", "windowminimize", self.app.ventana()], check=True)
+                self.espera_avisos(1)
+                self.avisos.contesta()
+                self.espera_delante()
+                self.espera_avisos(0)
+                self.assertEqual(self.avisos.ultimo(), ("Orcalin", titulo, texto))
                 if titulo.startswith("Guardado"):
                     self.otra()
 
     def test_el_final_se_avisa_aunque_se_mire_si_la_pantalla_ya_no_esta(self):
-        persona.hasta(lambda: self.mostradas() == 0, "el demonio de avisos")
-        self.abre_instalada()
         self.guarda(LENTO[0], "espera 4000", "escribe-destino 333")
         self.app.espera("push button", "Cancelar")
         otro = self.casa / "otro.okz"
         otro.touch()
         subprocess.run([PREFIJO / "bin/orcalin-app", otro], env=SESION.entorno(), check=True)
         self.app.espera("push button", "Guardar algo")
+        self.espera_avisos(1)
         self.espera_delante()
-        persona.hasta(lambda: self.mostradas() == 1, "el aviso")
-        self.espera_delante()
-        self.bus.llama(*DUNST, "NotificationCloseAll")
-        persona.hasta(lambda: self.mostradas() == 0, "el aviso retirado")
-        ultima = self.bus.llama(*DUNST, "NotificationListHistory")[0][0]
-        self.assertEqual(ultima["summary"], "Guardado en «carta & <b>1.okz»")
+        self.avisos.retira()
+        self.espera_avisos(0)
+        self.assertEqual(self.avisos.ultimo()[1], "Guardado en «carta & <b>1.okz»")
 
     def test_el_progreso_en_la_barra_de_tareas(self):
         dichas = self.bus.oye("com.canonical.Unity.LauncherEntry", "Update")
-        self.abre_instalada()
         avance = [f"error \\n{n}/400 ficheros ({n / 4}%), 7 MiB\\n" for n in range(1, 400)]
         pausas = ["espera 5"] * len(avance)
         self.guarda(*(linea for par in zip(avance, pausas) for linea in par), "escribe-destino 333")
@@ -217,44 +194,75 @@ class Revelar(CasoInstalado):
         self.assertEqual(self.dicho.read_text().rstrip("/"), str(self.carpeta))
 
 
+RAROS = ["n" * 249 + "ñ.txt", "מסמך שלום.txt", "ملف رقم ٣.pdf", "🎉 fiesta.jpg", "cafe\u0301.txt",
+         "dos\nlíneas.txt"]
+
+
+class Local(PasosExplorador, Caso):
+    """The user's numbers, scale and names."""
+
+    def archivo(self, *nombres):
+        for nombre in nombres:
+            (self.casa / nombre).write_bytes(bytes(1_234_567))
+        archivo = self.sesion.tmp / "archivo.okz"
+        self.comprime([self.casa / nombre for nombre in nombres], archivo)
+        return archivo
+
+    def test_numeros_del_usuario_y_palabras_nuestras(self):
+        archivo = self.archivo("a.bin")
+        for local, tamano in (("es_ES", "1,2 MB"), ("en_US", "1.2 MB"), ("de_DE", "1,2 MB"),
+                              ("ar_EG", "١٫٢ MB")):
+            with self.subTest(local=local):
+                self.abre(archivo, entorno=SESION.entorno(local=local))
+                self.app.espera("list item", f"a.bin, archivo, {tamano}")
+                self.app.pulsa("push button", "Recuperar todo")
+                self.app.espera("text", "Directorio:")
+                persona.teclas("Escape")
+                self.espera_sin_panel()
+                self.cierra()
+
+    def encogida(self, *ficheros):
+        """The smallest window, twice as large."""
+        self.abre(*ficheros, entorno=SESION.entorno(escala=2, local="ar_EG"))
+        marco = self.app.espera("frame", "orcalin")
+        alto = persona.caja(marco)[3]
+        subprocess.run(["xdotool", "windowsize", self.app.ventana(), "9", "9"], check=True)
+        persona.hasta(lambda: persona.caja(marco)[3] < alto, "la ventana encogida")
+
+    def test_todo_cabe_en_la_ventana_mas_pequena(self):
+        self.escala = 2
+        archivo = self.archivo(*RAROS)
+        self.encogida()
+        self.suelta(*(self.casa / nombre for nombre in RAROS))
+        for casilla in ("Comprimir al máximo", "Cifrar"):
+            self.app.pulsa("check box", casilla)
+        self.app.espera("password text", "Contraseña")
+        self.lee("6 archivos · ٧٫٤ MB")
+        self.assertEqual(accesible.faltas(self.app.raiz), [])
+        self.cierra()
+        self.encogida(archivo)
+        for nombre in RAROS:
+            self.app.espera("list item", nombre.replace("\n", "\\x0a") + ", archivo, ١٫٢ MB")
+        self.assertEqual(accesible.faltas(self.app.raiz), [])
+        self.cierra()
+
+
 class Apariencia(Caso):
     def setUp(self):
         super().setUp()
         self.bus = con_bus(self)
-        self.valores = {"color-scheme": GLib.Variant("u", 0),
-                        "accent-color": GLib.Variant("(ddd)", (-1, -1, -1))}
 
-    def portal(self, *metodos, contesta=True):
-        def atiende(metodo, argumentos):
-            if not contesta:
-                return None
-            valor = GLib.Variant("v", self.valores[argumentos[1]])
-            if metodo == "Read":  # once more than one would think
-                valor = GLib.Variant("v", valor)
-            return GLib.Variant.new_tuple(valor)
-        self.bus.ofrece(PORTAL, OBJETO, f"<node><interface name='{AJUSTES}'>"
-                        f"{''.join(map(METODO.format, metodos))}</interface></node>", atiende)
-
-    def cambia(self, clave, valor):
-        self.valores[clave] = valor
-        self.bus.emite(OBJETO, AJUSTES, "SettingChanged",
-                       GLib.Variant("(ssv)", (APARIENCIA, clave, valor)))
-
-    @staticmethod
-    def color(x, y):
-        dicho = subprocess.run(["import", "-window", "root", "-crop", f"1x1+{x}+{y}", "-depth",
-                                "8", "rgb:-"], capture_output=True, check=True).stdout
-        return tuple(dicho)
+    def tearDown(self):
+        self.cierra()
 
     def fondo(self):
-        marco = self.app.espera("frame", "orcalin").get_extents(persona.Atspi.CoordType.SCREEN)
-        return self.color(marco.x + 5, marco.y + marco.height - 8)
+        x, y, _, alto = persona.caja(self.app.espera("frame", "orcalin"))
+        return persona.color(x + 5, y + alto - 8)
 
     def marca(self):
         """The ground of a ticked box."""
-        self.app.espera("check box", "Cifrar").clear_cache()
-        caja = self.app.espera("check box", "Cifrar").get_extents(persona.Atspi.CoordType.SCREEN)
-        return self.color(caja.x + 2, caja.y + caja.height // 2 + 5)
+        x, y, _, alto = persona.caja(self.app.espera("check box", "Cifrar"))
+        return persona.color(x + 2, y + alto // 2 + 5)
 
     def oscuro(self):
         persona.hasta(lambda: max(self.fondo()) < 70, "el fondo oscuro")
@@ -262,47 +270,44 @@ class Apariencia(Caso):
     def claro(self):
         persona.hasta(lambda: min(self.fondo()) > 200, "el fondo claro")
 
+    def acento(self):
+        persona.hasta(lambda: self.marca() == (230, 51, 26), "el color de acento")
+
     def test_sigue_al_escritorio_mientras_corre(self):
-        self.valores["color-scheme"] = GLib.Variant("u", 1)
-        self.portal("ReadOne", "Read")
+        portal = Portal(self.bus, ["ReadOne", "Read"], esquema=1)
         self.abre()
         self.oscuro()
         self.app.pulsa("check box", "Cifrar")
-        self.cambia("accent-color", GLib.Variant("(ddd)", (0.9, 0.2, 0.1)))
-        persona.hasta(lambda: self.marca() == (230, 51, 26), "el color de acento")
-        self.cambia("color-scheme", GLib.Variant("u", 2))
+        portal.acento(0.9, 0.2, 0.1)
+        self.acento()
+        portal.esquema(2)
         self.claro()
         rojo, verde, azul = self.marca()
         self.assertTrue(rojo > 120 and max(verde, azul) < 60, "el acento no sigue ahí")
-        self.cambia("accent-color", GLib.Variant("(ddd)", (7, 0, 0)))  # there is none
+        portal.acento(7, 0, 0)  # there is none
         persona.hasta(lambda: self.marca()[2] > 120, "el acento de siempre")
-        self.cambia("color-scheme", GLib.Variant("u", 1))
+        portal.esquema(1)
         self.oscuro()
-        self.cambia("color-scheme", GLib.Variant("u", 0))
+        portal.esquema(0)
         self.claro()
-        self.cierra()
 
     def test_un_portal_viejo_y_la_paleta_de_un_escritorio_oscuro(self):
-        self.valores["accent-color"] = GLib.Variant("(ddd)", (0.9, 0.2, 0.1))
-        self.portal("Read")
+        portal = Portal(self.bus, ["Read"], acento=(0.9, 0.2, 0.1))
         self.abre(entorno=SESION.entorno(oscuro=True))
         self.app.pulsa("check box", "Cifrar")
-        persona.hasta(lambda: self.marca() == (230, 51, 26), "el color de acento")
-        self.oscuro()
+        self.acento()
         self.assertEqual(self.fondo(), (32, 35, 38))  # the desktop's own dark
-        self.cambia("color-scheme", GLib.Variant("u", 2))
+        portal.esquema(2)
         self.claro()
-        self.cierra()
 
     def test_un_portal_que_no_contesta(self):
-        self.portal("ReadOne", "Read", contesta=False)
+        portal = Portal(self.bus, ["ReadOne", "Read"], contesta=False)
         antes = time.monotonic()
         self.abre()
         self.claro()
         self.assertLess(time.monotonic() - antes, 10)
-        self.cambia("color-scheme", GLib.Variant("u", 1))
+        portal.esquema(1)
         self.oscuro()
-        self.cierra()
 
 
 if __name__ == "__main__":

@@ -1,13 +1,12 @@
 """The installed application among other programs: what they ask of it over the
 session bus, and what a second start does."""
 
-import os
-import re
 import signal
 import subprocess
 import time
 import unittest
 
+from buses import Bus, GLib
 from caso import ARBOL, SESION, Caso, persona
 from instalado import PREFIJO, instala
 
@@ -15,35 +14,20 @@ APP = PREFIJO / "bin/orcalin-app"
 NOMBRE = "es.orcalin.Orcalin"
 RUTA = "/es/orcalin/Orcalin"
 SERVICIO = PREFIJO / f"share/dbus-1/services/{NOMBRE}.service"
+BUS = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
 NO_ES = "Eso no es un archivo .okz."
-
-
-def gdbus(orden, destino, ruta, *resto):
-    return subprocess.run(["gdbus", orden, "--session", "--dest", destino, "--object-path", ruta,
-                           *resto], capture_output=True, text=True, check=False, timeout=60)
-
-
-def pide(metodo, *argumentos):
-    return gdbus("call", NOMBRE, RUTA, "--method", metodo, *argumentos)
-
-
-def al_bus(metodo, *argumentos):
-    return gdbus("call", "org.freedesktop.DBus", "/org/freedesktop/DBus", "--method",
-                 f"org.freedesktop.DBus.{metodo}", *argumentos)
-
-
-def uris(*ficheros):
-    return str([fichero.as_uri() for fichero in ficheros])
 
 
 class Servicios(Caso):
     @classmethod
     def setUpClass(cls):
         instala()
+        cls.bus = Bus()
+        cls.addClassCleanup(cls.bus.cierra)
         entorno = SESION.entorno()
-        al_bus("UpdateActivationEnvironment",
-               str({clave: entorno[clave] for clave in ("TMPDIR", "XDG_CONFIG_HOME")}))
-        al_bus("ReloadConfig")
+        cls.bus.llama(*BUS, "UpdateActivationEnvironment", "(a{ss})",
+                      {clave: entorno[clave] for clave in ("TMPDIR", "XDG_CONFIG_HOME")})
+        cls.bus.llama(*BUS, "ReloadConfig")
 
     def setUp(self):
         super().setUp()
@@ -60,97 +44,105 @@ class Servicios(Caso):
 
     # What a test is made of.
 
-    @staticmethod
-    def quien():
+    def pide(self, metodo, *ficheros):
+        self.bus.llama(NOMBRE, RUTA, "es.orcalin.Servicios", metodo, "(as)",
+                       [fichero.as_uri() for fichero in ficheros])
+
+    def actua(self, accion):
+        self.bus.llama(NOMBRE, RUTA, "org.freedesktop.Application", "ActivateAction", "(sava{sv})",
+                       accion, [], {})
+
+    def quien(self):
         """The process that has the name, or none."""
-        visto = re.match(r"\(uint32 (\d+),\)",
-                         al_bus("GetConnectionUnixProcessID", NOMBRE).stdout)
-        return visto and int(visto.group(1))
+        if not self.bus.llama(*BUS, "NameHasOwner", "(s)", NOMBRE)[0]:
+            return None
+        return self.bus.llama(*BUS, "GetConnectionUnixProcessID", "(s)", NOMBRE)[0]
 
     def la_arrancada(self):
         """The application that somebody else has started."""
-        pid = persona.hasta(self.quien, "la aplicación en el bus")
-        proceso = persona.Proceso(pid)
+        proceso = persona.Proceso(persona.hasta(self.quien, "la aplicación en el bus"))
         self.addCleanup(self._remata, proceso)
         self.app = persona.Aplicacion(proceso)
 
     def abre(self, *ficheros, **opciones):
         super().abre(*ficheros, binario=APP, **opciones)
 
-    def orden(self, *argumentos, **opciones):
-        return subprocess.run([APP, *argumentos], env=SESION.entorno(), capture_output=True,
-                              text=True, check=False, timeout=60, **opciones)
+    def orden(self, *argumentos):
+        """What a start says that comes to an end by itself: status, output, errors."""
+        dicho = subprocess.run([APP, *argumentos], env=SESION.entorno(), capture_output=True,
+                               text=True, check=False, timeout=60, cwd=self.casa)
+        return dicho.returncode, dicho.stdout, dicho.stderr
 
     def explora(self, archivo):
         self.app.espera("text", f"Buscar dentro de {archivo.name}")
 
     def al_frente(self):
-        def activa():
-            return subprocess.run(["xdotool", "getactivewindow"], capture_output=True, text=True,
-                                  check=False).stdout.strip() == self.app.ventana()
-        persona.hasta(activa, "la ventana delante")
+        persona.hasta(lambda: persona.delante() == self.app.ventana(), "la ventana delante")
 
     def tapa(self):
         """Another program's window, with the keyboard."""
         otro = subprocess.Popen(["xmessage", "-center", "otro programa"])
         self.addCleanup(otro.wait)
         self.addCleanup(otro.kill)
-        def delante():
-            return subprocess.run(["xdotool", "getactivewindow", "getwindowname"],
-                                  capture_output=True, text=True,
-                                  check=False).stdout.strip() == "xmessage"
-        persona.hasta(delante, "el otro programa delante")
+        persona.hasta(lambda: persona.delante() not in ("", self.app.ventana()),
+                      "el otro programa delante")
+
+    def minimiza(self):
+        subprocess.run(["xdotool", "windowminimize", self.app.ventana()], check=True)
+        persona.hasta(lambda: persona.delante() == "", "la ventana minimizada")
+
+    def ficha_es(self, ficha):
+        persona.hasta(lambda: f'"{ficha}"' in subprocess.run(
+            ["xprop", "-id", self.app.ventana(), "_NET_STARTUP_ID"], capture_output=True,
+            text=True, check=True).stdout, f"la ficha {ficha}")
 
     # The services.
 
-    def test_el_bus_la_arranca(self):
-        rechazo = pide("es.orcalin.Servicios.abrir", uris(self.pdf))
-        self.assertEqual((rechazo.returncode, rechazo.stderr.partition("Error: ")[2].strip()),
-                         (1, f"GDBus.Error:es.orcalin.Servicios.Error: {NO_ES}"))
+    def test_el_bus_la_arranca_y_la_acaba(self):
+        with self.assertRaises(GLib.Error) as rechazo:
+            self.pide("abrir", self.pdf)
+        self.assertIn(f"es.orcalin.Servicios.Error: {NO_ES}", rechazo.exception.message)
         pid = self.quien()
-        self.assertEqual(pide("es.orcalin.Servicios.abrir",
-                              uris(self.pdf, self.archivos[0])).stdout, "()\n")
+        self.pide("abrir", self.pdf, self.archivos[0])
         self.la_arrancada()
         self.assertEqual(self.app.proceso.pid, pid)
         self.explora(self.archivos[0])
-        interfaces = gdbus("introspect", NOMBRE, RUTA).stdout
-        for miembro in ("interface es.orcalin.Servicios", "comprimir(in  as", "abrir(in  as",
-                        "interface org.freedesktop.Application", "ActivateAction(in  s"):
-            self.assertIn(miembro, interfaces)
         # From the browser to the compression screen, an archive too.
-        pide("es.orcalin.Servicios.comprimir", uris(self.archivos[1]))
+        self.pide("comprimir", self.archivos[1])
         self.lee("c.okz")
+        with self.assertRaises(GLib.Error) as rechazo:
+            self.actua("volar")
+        self.assertIn("No hay ninguna acción «volar».", rechazo.exception.message)
+        self.actua("salir")
+        self.acabada(*self.app.acaba())
+        self.assertIsNone(self.quien())
 
     def test_la_entrada_de_menu(self):
         raros = [self.casa / nombre for nombre in ("-x y", "l'«año»", 'dos "comillas"')]
         for raro in raros:
             raro.touch()
-        self.assertEqual(self.orden("--servicio", "comprimir", "--", *(r.name for r in raros),
-                                    cwd=self.casa).returncode, 0)
+        self.assertEqual(self.orden("--servicio", "comprimir", "--", *(r.name for r in raros)),
+                         (0, "", ""))
         self.la_arrancada()
         for raro in raros:
             self.lee(raro.name)
-
         with subprocess.Popen(["dbus-monitor", "--session",
                                "interface=org.freedesktop.Notifications"],
                               stdout=subprocess.PIPE, text=True) as testigo:
             persona.hasta(lambda: "NameLost" in testigo.stdout.readline(), "el testigo a la escucha")
-            orden = self.orden("--servicio", "abrir", self.pdf)
-            aviso = persona.hasta(lambda: NO_ES in testigo.stdout.readline(), "el aviso")
+            dicho = self.orden("--servicio", "abrir", self.pdf)
+            persona.hasta(lambda: NO_ES in testigo.stdout.readline(), "el aviso")
             testigo.kill()
-        self.assertTrue(aviso)
-        self.assertEqual((orden.returncode, orden.stdout, orden.stderr), (1, "", NO_ES + "\n"))
+        self.assertEqual(dicho, (1, "", NO_ES + "\n"))
 
     def test_la_entrada_de_menu_sin_fichero_de_servicio(self):
-        dicho = SERVICIO.read_text()
-        self.addCleanup(al_bus, "ReloadConfig")
-        self.addCleanup(SERVICIO.write_text, dicho)
+        self.addCleanup(self.bus.llama, *BUS, "ReloadConfig")
+        self.addCleanup(SERVICIO.write_text, SERVICIO.read_text())
         SERVICIO.unlink()
-        al_bus("ReloadConfig")
-        rechazo = self.orden("--servicio", "abrir", self.pdf)
-        self.assertEqual((rechazo.returncode, rechazo.stderr), (1, NO_ES + "\n"))
+        self.bus.llama(*BUS, "ReloadConfig")
+        self.assertEqual(self.orden("--servicio", "abrir", self.pdf), (1, "", NO_ES + "\n"))
         self.assertIsNone(self.quien())
-        self.assertEqual(self.orden("--servicio", "abrir", self.archivos[0]).returncode, 0)
+        self.assertEqual(self.orden("--servicio", "abrir", self.archivos[0])[0], 0)
         self.la_arrancada()
         self.explora(self.archivos[0])
 
@@ -159,42 +151,37 @@ class Servicios(Caso):
     def test_el_segundo_arranque_entrega_y_acaba(self):
         self.abre(self.archivos[0])
         self.explora(self.archivos[0])
+        copia = SESION.tmp / "orcalin-ver/una/copia.txt"
+        copia.parent.mkdir(parents=True)
+        copia.touch()
         for quita_de_la_vista in (self.tapa, self.minimiza):
             with self.subTest(quita_de_la_vista=quita_de_la_vista.__name__):
                 ventana = self.app.ventana()
                 quita_de_la_vista()
-                segundo = self.orden("c.okz", cwd=self.casa)
-                self.assertEqual((segundo.returncode, segundo.stdout, segundo.stderr), (0, "", ""))
+                self.assertEqual(self.orden("c.okz"), (0, "", ""))
                 self.explora(self.archivos[1])
                 self.al_frente()
                 self.assertEqual(self.app.ventana(), ventana)
         self.assertEqual(self.quien(), self.app.proceso.pid)
         self.orden(self.pdf)
         self.explora(self.archivos[1])
+        self.assertEqual(self.orden("--espera")[0], 0)
+        self.assertTrue(copia.exists())  # what the first has open is not the others' to tidy up
 
-    def test_el_que_cede_no_toca_lo_que_el_otro_tiene_abierto(self):
-        self.abre()
-        self.al_frente()
-        copia = SESION.tmp / "orcalin-ver/una/copia.txt"
-        copia.parent.mkdir(parents=True)
-        copia.touch()
-        self.assertEqual(self.orden("--espera").returncode, 0)
-        self.assertTrue(copia.exists())
-
-    def minimiza(self):
-        ventana = self.app.ventana()
-        subprocess.run(["xdotool", "windowminimize", ventana], check=True)
-        persona.hasta(lambda: "Iconic" in subprocess.run(
-            ["xprop", "-id", ventana, "WM_STATE"], capture_output=True, text=True,
-            check=True).stdout, "la ventana minimizada")
-
-    def test_dos_a_la_vez_son_uno(self):
-        ambos = [persona.lanza(APP, [archivo], SESION.entorno()) for archivo in self.archivos]
-        for proceso in ambos:
+    def test_dos_a_la_vez_son_uno_y_sin_bus_dos(self):
+        sin_bus = dict(SESION.entorno(), DBUS_SESSION_BUS_ADDRESS="unix:path=/no/hay")
+        dos, sueltos = ([persona.lanza(APP, [archivo], entorno) for archivo in self.archivos]
+                        for entorno in (SESION.entorno(), sin_bus))
+        for proceso in (*dos, *sueltos):
             self.addCleanup(self._remata, proceso)
-        persona.hasta(lambda: any(p.poll() == 0 for p in ambos), "el fin de uno de los dos")
-        self.app = persona.Aplicacion(next(p for p in ambos if p.poll() is None))
+        persona.hasta(lambda: any(p.poll() == 0 for p in dos), "el fin de uno de los dos")
+        self.app = persona.Aplicacion(next(p for p in dos if p.poll() is None))
         self.app.espera("push button", "Guardar algo")
+        for suelto in sueltos:
+            subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--pid",
+                            str(suelto.pid), "--name", "orcalin"], check=True,
+                           capture_output=True, timeout=20)
+            self.assertIsNone(suelto.poll())
 
     def test_la_ficha_llega_a_la_ventana_y_no_a_los_hijos(self):
         espia = self.casa / "bin/xdg-open"
@@ -204,7 +191,7 @@ class Servicios(Caso):
         espia.chmod(0o755)
         entorno = SESION.entorno()
         entorno["PATH"] = f"{espia.parent}:{entorno['PATH']}"
-        super().abre(self.archivos[0], binario=APP, entorno=dict(
+        self.abre(self.archivos[0], entorno=dict(
             entorno, DESKTOP_STARTUP_ID="uno_TIME5", XDG_ACTIVATION_TOKEN="dos"))
         self.ficha_es("uno_TIME5")
         fila = self.app.espera("list item", "a.pdf, archivo, 5 bytes")
@@ -215,11 +202,6 @@ class Servicios(Caso):
         self.assertNotIn("XDG_ACTIVATION_TOKEN", visto.read_text())
         subprocess.run([APP], check=True, env=dict(entorno, DESKTOP_STARTUP_ID="tres_TIME6"))
         self.ficha_es("tres_TIME6")
-
-    def ficha_es(self, ficha):
-        persona.hasta(lambda: f'"{ficha}"' in subprocess.run(
-            ["xprop", "-id", self.app.ventana(), "_NET_STARTUP_ID"], capture_output=True,
-            text=True, check=True).stdout, f"la ficha {ficha}")
 
     def test_un_primero_que_no_contesta(self):
         self.abre(self.archivos[0])
@@ -235,27 +217,6 @@ class Servicios(Caso):
             primero.proceso.send_signal(signal.SIGCONT)
         self.app = primero
         self.explora(self.archivos[1])  # it heard after all
-
-    def test_sin_bus(self):
-        entorno = dict(SESION.entorno(), DBUS_SESSION_BUS_ADDRESS="unix:path=/no/hay")
-        sueltos = [persona.lanza(APP, [archivo], entorno) for archivo in self.archivos]
-        for suelto in sueltos:
-            self.addCleanup(self._remata, suelto)
-        for suelto in sueltos:
-            subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--pid",
-                            str(suelto.pid), "--name", "orcalin"], check=True,
-                           capture_output=True, timeout=20)
-            self.assertIsNone(suelto.poll())
-
-    # The way out.
-
-    def test_salir_por_el_bus(self):
-        self.abre()
-        mala = pide("org.freedesktop.Application.ActivateAction", "volar", "[]", "{}")
-        self.assertIn("No hay ninguna acción «volar».", mala.stderr)
-        pide("org.freedesktop.Application.ActivateAction", "salir", "[]", "{}")
-        self.acabada(*self.app.acaba())
-        self.assertIsNone(self.quien())
 
 
 if __name__ == "__main__":

@@ -1,113 +1,133 @@
-"""Everything on the compression screen without a mouse, and by name."""
+"""Everything without a mouse."""
 
+import os
 import unittest
 
 from caso import Caso, persona
+from pasosteclado import PasosTeclado
+from visor import Visor
 
 ZONA = ("push button", "Elegir qué guardar")
 MAXIMO = ("check box", "Comprimir al máximo")
 CIFRAR = ("check box", "Cifrar")
 CLAVE = ("password text", "Contraseña")
 GUARDAR = ("push button", "Guardar")
+OTRA = ("push button", "Guardar otra cosa")
+LETRAS = "ñ 1º"
 
 
-class Teclado(Caso):
+class Teclado(PasosTeclado, Caso):
     def setUp(self):
         super().setUp()
         (self.casa / "carpeta").mkdir()
-        (self.casa / "carpeta/dentro.txt").write_bytes(bytes(600))
-        (self.casa / "nota.txt").write_bytes(bytes(400))
-
-    def tearDown(self):
-        self.cierra()
-
-    def enfoca(self, mando):
-        for _ in range(8):
-            if self.con_foco() == mando:
-                return
-            self.tabula()
-        self.fail(f"el tabulador no llega a {mando}")
-
-    def tabula(self):
-        antes = self.con_foco()
-        persona.teclas("Tab")
-        return persona.hasta(lambda: self.con_foco() not in (None, antes) and self.con_foco(),
-                             "el foco en otro sitio")
+        (self.casa / "carpeta/dentro").write_bytes(os.urandom(12_000_000))  # takes its time
+        (self.casa / "nota.txt").write_text("hola\n")
 
     def elige(self):
-        """Marks a folder and a file in the list of the panel."""
-        self.enfoca(ZONA)
-        persona.teclas("space")
+        """A folder and a file, in the list of the panel."""
+        self.enfoca(ZONA, "space")
         self.app.espera("table cell", "nota.txt")
         self.app.espera_foco(self.app.espera("text", "Nombre de fichero:"))
         persona.teclas("shift+Tab")
         self.app.espera_foco(self.app.espera("tree"))
         persona.teclas("Home", "shift+Down")
-        elegir = self.app.espera("push button", "Elegir")
-        persona.hasta(lambda: self.sensible(elegir), "«Elegir» activo")
-        self.enfoca(("push button", "Elegir"))
-        persona.teclas("space")
-
-    @staticmethod
-    def sensible(nodo):
-        nodo.clear_cache()
-        return nodo.get_state_set().contains(persona.Atspi.StateType.SENSITIVE)
-
-    def elegido(self):
-        self.elige()
+        self.espera_sensible("Elegir")
+        self.enfoca(("push button", "Elegir"), "space")
         self.espera_sin_panel()
-        self.lee("2 archivos · 1 kB")
+        for dicho in ("2 archivos · 12.0 MB", "carpeta", "nota.txt"):
+            self.lee(dicho)
 
-    def test_se_eligen_carpetas_y_archivos_a_la_vez(self):
+    def test_orden_intro_y_escape(self):
         self.abre()
-        self.elegido()
-        for nombre in ("carpeta", "nota.txt"):
-            self.lee(nombre)
-
-    def test_orden_del_tabulador(self):
-        self.abre()
-        self.elegido()
+        self.enfoca(ZONA, "space")
+        self.renuncia("Elegir archivos y carpetas")
+        self.vacia()
+        self.elige()
         self.enfoca(ZONA)
         self.assertEqual([self.tabula() for _ in range(3)], [MAXIMO, CIFRAR, GUARDAR])
-        self.enfoca(CIFRAR)
-        persona.teclas("space")
-        persona.hasta(lambda: self.con_foco() == CLAVE, "el foco en la contraseña")
+        self.enfoca(CIFRAR, "space")
+        self.espera_foco(CLAVE)
         persona.teclea("x")
         self.enfoca(ZONA)
         self.assertEqual([self.tabula() for _ in range(4)], [MAXIMO, CIFRAR, CLAVE, GUARDAR])
-
-    def test_intro_es_guardar_en_cualquier_sitio(self):
-        self.abre()
-        self.elegido()
-        self.enfoca(CIFRAR)
-        persona.teclas("space")
-        persona.hasta(lambda: self.con_foco() == CLAVE, "el foco en la contraseña")
-        persona.teclea("x")
         for mando in (ZONA, MAXIMO, CIFRAR, CLAVE, GUARDAR):
             with self.subTest(mando=mando):
-                self.enfoca(mando)
-                persona.teclas("Return")
-                self.espera_panel("Guardar")
-                persona.teclas("Escape")
-                self.espera_sin_panel()
+                self.enfoca(mando, "Return")
+                self.renuncia("Guardar")
+        self.cierra()
 
-    def test_escape_cierra_los_paneles(self):
-        self.abre()
-        self.enfoca(ZONA)
-        persona.teclas("space")
-        self.espera_panel("Elegir archivos y carpetas")
+    def test_un_viaje_entero(self):
+        archivo, sacado = self.sesion.tmp / "archivo.okz", self.sesion.tmp / "sacado"
+        sacado.mkdir()
+        entorno = self.sesion.entorno()
+        visor = Visor(entorno)
+        self.abre(entorno=entorno)
+
+        # Given up, tried again, and from there to the next thing.
+        self.elige()
+        self.enfoca(MAXIMO, "space")
+        self.enfoca(CIFRAR, "space")
+        self.espera_foco(CLAVE)
+        persona.teclea(LETRAS)
+        persona.teclas("Return")
+        self.escribe_en_panel("Nombre de fichero:", archivo)
+        self.espera_foco(("push button", "Cancelar"))
+        persona.teclas("Return")
+        self.app.anuncia(lambda dicho: "guardado cancelado" in dicho, "el final")
         persona.teclas("Escape")
-        self.espera_sin_panel()
-        self.vacia()
+        self.enfoca(MAXIMO, "space", "Return")
+        self.escribe_en_panel("Nombre de fichero:", archivo)
+        self.app.anuncia(lambda dicho: "Guardado: de 12.0 MB a 12.0 MB" in dicho, "el final", 60)
+        self.assertEqual(self.con_foco(), OTRA)
+        x, y, _, alto = persona.caja(self.app.espera(*OTRA))
+        # It came by the focus without Tab, and shows it.
+        persona.hasta(lambda: max(persona.color(x + 1, y + alto // 2)) < 40, "el foco a la vista")
+        persona.teclas("Return")
+        self.espera_foco(ZONA)
 
-    def test_todo_tiene_nombre(self):
-        self.abre()
-        self.todo_con_nombre()
-        self.app.pulsa(*MAXIMO)
-        self.app.pulsa(*CIFRAR)
-        self.app.espera_foco(self.app.espera(*CLAVE))
-        self.elegido()
-        self.todo_con_nombre()
+        # Opened, searched, looked at, taken out.
+        persona.teclas("ctrl+o")
+        self.escribe_en_panel("Nombre de fichero:", archivo)
+        self.app.anuncia(lambda dicho: "Este archivo está cifrado" in dicho, "la pregunta")
+        persona.teclea(LETRAS)
+        persona.teclas("Return")
+        self.app.espera_foco(self.buscador())
+        persona.teclea("nota")
+        self.app.anuncia(lambda dicho: "1 de 3" in dicho, "lo que queda")
+        persona.teclas("Down")
+        self.app.anuncia(lambda dicho: "nota.txt, archivo, 5 bytes" in dicho, "la fila")
+        for orden in (["Menu"], ["Return"], ["Return"]):
+            persona.teclas(*orden)
+            if orden == ["Menu"]:
+                self.app.anuncia(lambda dicho: "Abrir" in dicho, "la orden")
+            else:
+                ruta, _ = persona.hasta(visor.toma, "el archivo en su aplicación")
+                self.assertTrue(ruta.endswith(b"/nota.txt"), ruta)
+                self.app.anuncia(lambda dicho: "nota.txt, archivo" in dicho, "la fila")
+        self.enfoca(("push button", "Recuperar este"), "space")
+        self.escribe_en_panel("Directorio:", sacado)
+        self.app.anuncia(lambda dicho: "Recuperado" in dicho, "el final")
+        self.assertEqual([*sacado.rglob("*.txt")], [sacado / "nota.txt"])
+        persona.teclas("Escape")
+        self.lee("1 de 3")
+        persona.teclas("Escape")
+        self.lee("3 elementos")
+        self.enfoca(("push button", "Guardar algo"), "space")
+
+        # And out, past the question.
+        self.vacia()
+        self.enfoca(ZONA, "space")
+        self.escribe_en_panel("Nombre de fichero:", self.casa / "carpeta/dentro")
+        self.lee("12.0 MB")
+        self.enfoca(MAXIMO, "space", "Return")
+        self.escribe_en_panel("Nombre de fichero:", self.casa / "otro.okz")
+        self.espera_foco(("push button", "Cancelar"))
+        persona.teclas("ctrl+q")
+        self.app.anuncia(lambda dicho: "¿Salir sin terminar de guardar?" in dicho, "la pregunta")
+        self.assertEqual(self.tabula("shift+Tab"), ("push button", "Salir"))
+        persona.teclas("space")
+        self.acabada(*self.app.acaba())
+        self.assertFalse((self.casa / "otro.okz").exists())
 
 
 if __name__ == "__main__":

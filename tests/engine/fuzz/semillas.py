@@ -2,6 +2,7 @@
 checksum, so that a byte changed here is a byte changed in what they hold."""
 
 import io
+import os
 import pathlib
 import struct
 import sys
@@ -55,15 +56,14 @@ def tar(entradas, formato=tarfile.PAX_FORMAT):
 
 def indice(marcos, fichas):
     salida = variable(len(marcos)) + b"".join(variable(n) for m in marcos for n in m)
-    anterior = b""
+    anterior, previsto = b"", 512
     for ruta, letra, bytes_, lugar, enlazado in sorted(fichas):
-        comunes = 0
-        while comunes < min(len(ruta), len(anterior)) and ruta[comunes] == anterior[comunes]:
-            comunes += 1
+        comunes = len(os.path.commonprefix((ruta, anterior)))
+        paso = lugar - previsto
         salida += variable(comunes) + variable(len(ruta) - comunes) + ruta[comunes:] + letra
-        salida += b"".join(map(variable, (0o755, bytes_, lugar)))
+        salida += b"".join(map(variable, (0o755, bytes_, 2 * paso if paso >= 0 else -2 * paso - 1)))
         salida += variable(enlazado or 0) if letra == b"h" else b""
-        anterior = ruta
+        anterior, previsto = ruta, lugar + 512 + (bytes_ + 511) // 512 * 512 * (letra == b"-")
     return salida
 
 

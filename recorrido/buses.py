@@ -74,3 +74,70 @@ class Bus:
         self.bus.close_sync(None)
         self._bucle.quit()
         self._hilo.join()
+
+
+class Avisos:
+    """The notifications of a session in which dunst runs."""
+
+    _SITIO = ("org.freedesktop.Notifications", "/org/freedesktop/Notifications")
+    _ORDENES = (*_SITIO, "org.dunstproject.cmd0")
+
+    def __init__(self, bus):
+        self._bus = bus
+
+    def ala_vista(self):
+        """How many can be seen."""
+        return self._bus.llama(*self._SITIO, "org.freedesktop.DBus.Properties", "Get", "(ss)",
+                               self._ORDENES[2], "displayedLength")[0]
+
+    def contesta(self):
+        """What a person does who clicks on the first."""
+        self._bus.llama(*self._ORDENES, "NotificationAction", "(u)", 0)
+
+    def retira(self):
+        self._bus.llama(*self._ORDENES, "NotificationCloseAll")
+
+    def ultimo(self):
+        """(application, title, plain text) of the last that is gone."""
+        dicho = self._bus.llama(*self._ORDENES, "NotificationListHistory")[0][0]
+        texto = dicho["body"].replace("&lt;", "<").replace("&gt;", ">").replace("&amp;", "&")
+        return dicho["appname"], dicho["summary"], texto
+
+
+class Portal:
+    """The settings portal of a desktop, as far as looks go."""
+
+    _NOMBRE = "org.freedesktop.portal.Desktop"
+    _OBJETO = "/org/freedesktop/portal/desktop"
+    _AJUSTES = "org.freedesktop.portal.Settings"
+    _METODO = """<method name="{}"><arg type="s" direction="in"/><arg type="s" direction="in"/>
+    <arg type="v" direction="out"/></method>"""
+
+    def __init__(self, bus, metodos, contesta=True, esquema=0, acento=(-1, -1, -1)):
+        """`metodos`: those of "Read" and "ReadOne" that this portal has."""
+        self._bus = bus
+        self._valores = {"color-scheme": GLib.Variant("u", esquema),
+                         "accent-color": GLib.Variant("(ddd)", acento)}
+
+        def atiende(metodo, argumentos):
+            if not contesta:
+                return None
+            valor = GLib.Variant("v", self._valores[argumentos[1]])
+            if metodo == "Read":  # once more than one would think
+                valor = GLib.Variant("v", valor)
+            return GLib.Variant.new_tuple(valor)
+        bus.ofrece(self._NOMBRE, self._OBJETO, f"<node><interface name='{self._AJUSTES}'>"
+                   f"{''.join(map(self._METODO.format, metodos))}</interface></node>", atiende)
+
+    def _cambia(self, clave, valor):
+        self._valores[clave] = valor
+        self._bus.emite(self._OBJETO, self._AJUSTES, "SettingChanged",
+                        GLib.Variant("(ssv)", ("org.freedesktop.appearance", clave, valor)))
+
+    def esquema(self, cual):
+        """0: none preferred, 1: dark, 2: light."""
+        self._cambia("color-scheme", GLib.Variant("u", cual))
+
+    def acento(self, *partes):
+        """Red, green, blue from 0 to 1; none where one is beyond."""
+        self._cambia("accent-color", GLib.Variant("(ddd)", partes))

@@ -5,9 +5,8 @@ import itertools
 import os
 import subprocess
 
-from caso import ARBOL, SESION, persona
+import persona
 
-PREFIJO = SESION.carpeta / "instalado"
 COMPRIMIR = "Comprimir con Orcalin"
 GUION = """#!/bin/sh
 printf '%s\\0' "$@" > '{dicho}.nuevo'
@@ -18,17 +17,18 @@ mv '{dicho}.nuevo' '{dicho}'
 class Grabador:
     """Installs everything, with itself in the place of the application."""
 
-    def __init__(self):
-        subprocess.run(["cmake", "--install", ARBOL, "--prefix", PREFIJO],
+    def __init__(self, sesion, arbol):
+        self.prefijo = sesion.prefijo
+        subprocess.run(["cmake", "--install", arbol, "--prefix", self.prefijo],
                        check=True, capture_output=True)
-        self._dicho = SESION.carpeta / "dicho"
-        programa = PREFIJO / "bin/orcalin-app"
+        self._dicho = sesion.carpeta / "dicho"
+        programa = self.prefijo / "bin/orcalin-app"
         programa.unlink()
         programa.write_text(GUION.format(dicho=self._dicho))
         programa.chmod(0o755)
-        datos = PREFIJO / "share"
+        datos = self.prefijo / "share"
         self.entorno = dict(
-            SESION.entorno(), PATH=f"{programa.parent}:{os.environ['PATH']}",
+            sesion.entorno(), PATH=f"{programa.parent}:{os.environ['PATH']}",
             XDG_DATA_DIRS=f"{datos}:/usr/local/share:/usr/share",
             GIO_USE_VFS="local", GSETTINGS_BACKEND="memory")
         for orden in ("update-mime-database", datos / "mime"), \
@@ -94,3 +94,21 @@ class GestorDeTeclado(Gestor):
         self.abre_menu()
         persona.teclas(*["Up"] * next(self._lugares), "Return")
         return persona.hasta(self.grabador.toma, f"la llamada de «{rotulo}»", 3)
+
+
+def insiste(hace, que):
+    """Does it until it gives True: a folder that is still being read has not all
+    its files yet, nor its menu all orders."""
+    ultima = []
+
+    def una_vez():
+        try:
+            ultima[:] = [hace()]
+        except persona.NoVisto as fallo:
+            ultima[:] = [fallo]
+            persona.teclas("Escape", "Escape")
+        return ultima[0] is True
+    try:
+        persona.hasta(una_vez, que)
+    except persona.NoVisto as fallo:
+        raise persona.NoVisto(f"{fallo}; lo último: {ultima!a}") from None
