@@ -38,9 +38,8 @@ class Abrir(Caso):
         self.espera_sin_panel()
         self.vacia()
         persona.teclas("alt+a")
-        for orden in ("Abrir archivo…", "Salir"):
-            self.app.espera("menu item", orden)
-        persona.teclas("Return")
+        self.app.espera("menu item", "Salir")
+        self.app.pulsa("menu item", "Abrir archivo…")
         self.app.espera_foco(self.app.espera("text", "Nombre de fichero:"))
         self.assertIsNone(self.app.busca("table cell", "a.txt"), "ofrece lo que no es un archivo")
         persona.teclea(str(self.archivo))
