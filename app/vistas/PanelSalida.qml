@@ -17,8 +17,11 @@ Popup {
     focus: true
     visible: salida.pregunta
     onClosed: salida.sigue()
-    onOpened: sigue.forceActiveFocus()
-    onAboutToShow: contentItem.parent.Accessible.name = pregunta.text
+    onOpened: {
+        // Only now is it the question of today.
+        contentItem.parent.Accessible.name = pregunta.text;
+        sigue.forceActiveFocus();
+    }
 
     contentItem: ColumnLayout {
         spacing: 14
