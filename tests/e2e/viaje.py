@@ -56,6 +56,7 @@ def planta(raiz, gigas):
         for isla in range(gigas):
             hueco.seek(isla * 200 * MEBI)
             hueco.write(os.urandom(MEBI))
+        hueco.truncate(gigas * 200 * MEBI)
     siembra(os.fsencode(raiz / "raros"))
     return menudo
 
