@@ -18,9 +18,13 @@ Popup {
     visible: salida.pregunta
     onClosed: salida.sigue()
     onOpened: {
-        // Only now is it the question of today.
-        contentItem.parent.Accessible.name = pregunta.text;
+        nombra();
         sigue.forceActiveFocus();
+    }
+
+    // The question may change as it is put.
+    function nombra() {
+        contentItem.parent.Accessible.name = pregunta.text;
     }
 
     contentItem: ColumnLayout {
@@ -28,6 +32,7 @@ Popup {
         Texto {
             id: pregunta
             text: panel.salida.titular
+            onTextChanged: if (panel.opened) panel.nombra()
             font.weight: Font.DemiBold
             wrapMode: Text.Wrap
             maximumLineCount: 3
