@@ -17,14 +17,22 @@ Popup {
     focus: true
     visible: salida.pregunta
     onClosed: salida.sigue()
-    onOpened: sigue.forceActiveFocus()
-    onAboutToShow: contentItem.parent.Accessible.name = pregunta.text
+    onOpened: {
+        nombra();
+        sigue.forceActiveFocus();
+    }
+
+    // The question may change as it is put.
+    function nombra() {
+        contentItem.parent.Accessible.name = pregunta.text;
+    }
 
     contentItem: ColumnLayout {
         spacing: 14
         Texto {
             id: pregunta
             text: panel.salida.titular
+            onTextChanged: if (panel.opened) panel.nombra()
             font.weight: Font.DemiBold
             wrapMode: Text.Wrap
             maximumLineCount: 3
