@@ -37,7 +37,10 @@ class Abrir(Caso):
         persona.teclas("Escape")
         self.espera_sin_panel()
         self.vacia()
-        persona.teclas("ctrl+o")
+        persona.teclas("alt+a")
+        self.app.espera("menu item", "Abrir archivo…")
+        # Until the menu has come to rest it does not listen.
+        persona.hasta(lambda: persona.teclas("Return") or self.app.busca("dialog"), "el panel")
         self.app.espera_foco(self.app.espera("text", "Nombre de fichero:"))
         self.assertIsNone(self.app.busca("table cell", "a.txt"), "ofrece lo que no es un archivo")
         persona.teclea(str(self.archivo))
