@@ -30,14 +30,17 @@ class Pasos:
         ruido = [linea for linea in errores.splitlines() if "QAccessible" not in linea]
         assert estado == 0 and not ruido, f"la aplicación acabó con {estado}: {ruido}"
 
-    def arrastra(self, *rutas):
+    def arrastra(self, *rutas, por_el_borde=False):
+        """Over the drop area; at once, or first over what is beside it."""
         zona = self.app.espera("push button", "Elegir qué guardar")
+        x, y = self.persona.centro(zona, self.escala)
+        borde = (int((self.persona.caja(zona)[0] - 8) * self.escala), y) if por_el_borde else None
         return self.persona.Arrastre(self.arbol / "recorrido/arrastrador",
                                      [os.fsencode(ruta) for ruta in rutas],
-                                     *self.persona.centro(zona, self.escala))
+                                     x, y, borde)
 
-    def suelta(self, *rutas):
-        accion = self.arrastra(*rutas).suelta()
+    def suelta(self, *rutas, por_el_borde=False):
+        accion = self.arrastra(*rutas, por_el_borde=por_el_borde).suelta()
         assert accion == "copy", f"el arrastre acabó en {accion}: los originales corren peligro"
 
     def cifra(self, clave):

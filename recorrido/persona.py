@@ -187,14 +187,16 @@ class Aplicacion:
 
 class Arrastre:
     """Paths held with the mouse over a point of the screen; `suelta` drops
-    them there. Paths may be bytes; what is no path is dragged as it is."""
+    them there. Paths may be bytes; what is no path is dragged as it is. With
+    `por`, a point of the same window, they come from there in one move."""
 
-    def __init__(self, arrastrador, rutas, x, y):
+    def __init__(self, arrastrador, rutas, x, y, por=None):
         self._fuente = subprocess.Popen([arrastrador, *rutas], stdout=subprocess.PIPE, bufsize=0)
         self._espera_linea(b"listo", ESPERA)
         self._raton("mousemove", 30, 30, "mousedown", 1)
+        a_x, a_y = por or (x, y)
         for paso in range(1, 13):
-            self._raton("mousemove", 30 + (x - 30) * paso // 12, 30 + (y - 30) * paso // 12)
+            self._raton("mousemove", 30 + (a_x - 30) * paso // 12, 30 + (a_y - 30) * paso // 12)
             time.sleep(0.03)
         self._raton("mousemove", x + 2, y + 2)
         # A target that refuses says nothing.

@@ -4,6 +4,7 @@
 #include "escritorio/identidad.h"
 #include "imagenes.h"
 #include "inicio/orcalinapp.h"
+#include "solocopia.h"
 
 #include <QFontMetrics>
 #include <QGuiApplication>
@@ -57,7 +58,9 @@ void vistas::Ventana::haz() {
     QQmlComponent ventana(m_motorQml.get(), QUrl(kVentana));
     m_raiz.reset(ventana.createWithInitialProperties(
         {{QStringLiteral("app"), QVariant::fromValue(&m_app)}}));
-    if (!m_raiz)
+    if (m_raiz)
+        new SoloCopia(*m_raiz);
+    else
         qCritical("%s", qUtf8Printable(ventana.errorString()));
     m_leida.reset();
 }

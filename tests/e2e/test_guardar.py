@@ -20,7 +20,7 @@ class Guardado(Caso):
         """Through the window, back with the engine, and the same by name, content,
         mode, time and link."""
         archivo = self.casa / f"{len(os.listdir(self.casa))}.okz"
-        self.suelta(*originales)
+        self.suelta(*originales, por_el_borde=cifrado)
         self.guarda_en(archivo, propuesto)
         self.app.espera("push button", "Guardar otra cosa", 60)
         self.assertEqual(list(SESION.tmp.glob("okz-*")), [])
