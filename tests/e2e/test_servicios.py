@@ -88,8 +88,9 @@ class Servicios(Caso):
                       "el otro programa delante")
 
     def minimiza(self):
-        subprocess.run(["xdotool", "windowminimize", self.app.ventana()], check=True)
-        persona.hasta(lambda: persona.delante() == "", "la ventana minimizada")
+        ventana = self.app.ventana()
+        subprocess.run(["xdotool", "windowminimize", ventana], check=True)
+        persona.hasta(lambda: persona.delante() != ventana, "la ventana minimizada")
 
     def ficha_es(self, ficha):
         persona.hasta(lambda: f'"{ficha}"' in subprocess.run(
