@@ -39,6 +39,10 @@ public:
     /// what for. None when cancelled.
     virtual std::optional<QUrl> eligeCarpeta(const QString &mensaje) = 0;
 
+    /// Cancels the panels that are open: what they ask for is not wanted any
+    /// more.
+    virtual void cierraPaneles() = 0;
+
     /// A byte count for the user, in the locale's number format.
     [[nodiscard]] virtual QString textoDeBytes(qint64 bytes) const = 0;
 

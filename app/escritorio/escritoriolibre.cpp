@@ -7,7 +7,7 @@
 #include "motor/bytes.h"
 #include "motor/ruta.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QWindow>
 
 namespace {
@@ -71,6 +71,13 @@ std::optional<QUrl> EscritorioLibre::eligeCarpeta(const QString &mensaje) {
         return std::nullopt;
     m_carpeta = dialogo.selectedUrls().constFirst().toLocalFile();
     return dialogo.selectedUrls().constFirst();
+}
+
+// With what a panel asks on top of it: whether to replace a file.
+void EscritorioLibre::cierraPaneles() {
+    for (QWidget *ventana : QApplication::topLevelWidgets())
+        if (auto *panel = qobject_cast<QDialog *>(ventana); panel != nullptr && panel->isVisible())
+            panel->reject();
 }
 
 QString EscritorioLibre::textoDeBytes(qint64 bytes) const {

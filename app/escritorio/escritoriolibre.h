@@ -18,6 +18,7 @@ public:
     std::optional<QUrl> eligeDestino(const QString &nombre) override;
     std::optional<QUrl> eligeArchivo() override;
     std::optional<QUrl> eligeCarpeta(const QString &mensaje) override;
+    void cierraPaneles() override;
     [[nodiscard]] QString textoDeBytes(qint64 bytes) const override;
 
     void abre(const QUrl &url, std::function<void()> siNo) override;

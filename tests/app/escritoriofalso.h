@@ -36,6 +36,7 @@ public:
         entretanto();
         return carpeta;
     }
+    void cierraPaneles() override {}
     void abre(const QUrl &, std::function<void()>) override {}
     [[nodiscard]] QString textoDeBytes(qint64 bytes) const override {
         return QString::number(bytes) + QStringLiteral(" b");
