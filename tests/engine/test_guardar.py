@@ -31,7 +31,8 @@ class Nombres(Caso):
         self.assertEqual(os.readlink(self.extrae() / "enlace"), "c")
 
     def test_la_lista_se_lee_linea_a_linea(self):
-        raros = {"a\nb": r"a\x0ab", "\\n": r"\\n", "\x7f\u0085\u2028\u2029": None, "ñ": "ñ",
+        raros = {"a\nb": r"a\x0ab", "\\n": r"\\n", "\x1b[2J": r"\x1b[2J",
+                 "\x7f\u0085\u2028\u2029": None, "ñ": "ñ",
                  os.fsdecode(b"\xff\xc0\xaf\xed\xa0\x80"): r"\xff\xc0\xaf\xed\xa0\x80"}
         for nombre in raros:
             self.pon(f" c/{nombre}", nombre.encode(errors="replace"))
