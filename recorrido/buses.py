@@ -11,9 +11,11 @@ from gi.repository import Gio, GLib  # noqa: E402
 
 
 class Bus:
-    """A connection of its own, served by a thread until `cierra`."""
+    """A connection of its own, to the session's bus unless told, served by a
+    thread until `cierra`."""
 
-    def __init__(self):
+    def __init__(self, direccion=None):
+        self._direccion = direccion or os.environ["DBUS_SESSION_BUS_ADDRESS"]
         self._contexto = GLib.MainContext.new()
         self._bucle = GLib.MainLoop.new(self._contexto, False)
         lista = threading.Event()
@@ -24,8 +26,7 @@ class Bus:
     def _sirve(self, lista):
         self._contexto.push_thread_default()
         self.bus = Gio.DBusConnection.new_for_address_sync(
-            os.environ["DBUS_SESSION_BUS_ADDRESS"],
-            Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+            self._direccion, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
             | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
         lista.set()
         self._bucle.run()

@@ -26,7 +26,7 @@ T.ApplicationWindow {
         id: abrir
         text: "Abrir archivo…"
         shortcut: "Ctrl+O"
-        onTriggered: Qt.callLater(() => ventana.app.abrirDialogo())
+        onTriggered: Qt.callLater(ventana.app.abrirDialogo)
     }
     T.Action {
         id: salir

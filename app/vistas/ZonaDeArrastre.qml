@@ -9,7 +9,7 @@ T.AbstractButton {
 
     required property Pantalla pantalla
 
-    onClicked: Qt.callLater(() => pantalla.elegir())
+    onClicked: Qt.callLater(pantalla.elegir)
 
     Accessible.role: Accessible.Button
     Accessible.onPressAction: clicked()

@@ -3,7 +3,7 @@
 import subprocess
 import unittest
 
-from caso import ARBOL, Caso, persona
+from caso import ARBOL, SESION, Caso, persona
 
 
 class Abrir(Caso):
@@ -52,6 +52,12 @@ class Abrir(Caso):
         self.app.lee(lambda t: t.startswith("2 archivos · "), "la cabecera")
         self.lee("b.OKZ")
         self.assertIsNone(self.app.busca("push button", "Guardar algo"))
+        self.app.pulsa("push button", "Guardar")
+        self.espera_panel("Guardar")
+        subprocess.run([f"{ARBOL}/bin/orcalin-app", self.archivo], env=SESION.entorno(),
+                       check=True)
+        self.espera_sin_panel()  # what it asked for is gone
+        self.explora_y_vuelve()
 
 
 if __name__ == "__main__":
