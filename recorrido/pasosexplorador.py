@@ -41,7 +41,7 @@ class PasosExplorador(Pasos):
 
     def elegida(self, fila):
         fila.clear_cache()
-        return fila.get_state_set().contains(self.persona.Atspi.StateType.SELECTED)
+        return self.persona.tiene(fila, "SELECTED")
 
     def buscador(self):
         campo = self.persona.hasta(
