@@ -14,6 +14,7 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
+EN_EL_TECLADO = {*map(chr, range(32, 127)), *"ñÑçÇºª¿¡"} - {*"`^"}
 ESPERA = 20  # seconds; a step that takes longer has failed
 
 
@@ -41,7 +42,10 @@ def teclas(*nombres):
 
 
 def teclea(texto):
-    """Types what the session's keyboard has; other letters get lost."""
+    """Types what the session's keyboard has. For any other letter a key would be
+    made on the spot, and on a busy machine the letter lost."""
+    sin_tecla = set(texto) - EN_EL_TECLADO
+    assert not sin_tecla, f"no hay teclas para {sin_tecla}"
     subprocess.run(["xdotool", "type", "--delay", "15", "--file", "-"],
                    input=texto.encode(), check=True)
 
