@@ -130,7 +130,7 @@ ListView {
         }
         MenuItem {
             text: "Recuperar…"
-            onTriggered: Qt.callLater(() => lista.explorador.recuperarFila(lista.filaDelMenu))
+            onTriggered: Qt.callLater(lista.explorador.recuperarFila, lista.filaDelMenu)
         }
     }
 }

@@ -112,13 +112,13 @@ FocusScope {
             }
             Boton {
                 text: "Recuperar todo"
-                onClicked: Qt.callLater(() => panel.explorador.recuperarTodo())
+                onClicked: Qt.callLater(panel.explorador.recuperarTodo)
             }
             BotonDestacado {
                 text: panel.explorador.rotuloRecuperar
                 porTecla: false
                 enabled: panel.explorador.hayElegidas
-                onClicked: Qt.callLater(() => panel.explorador.recuperarElegidas())
+                onClicked: Qt.callLater(panel.explorador.recuperarElegidas)
             }
         }
     }

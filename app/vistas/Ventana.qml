@@ -45,7 +45,7 @@ ApplicationWindow {
         id: abrir
         text: "Abrir archivo…"
         shortcut: "Ctrl+O"
-        onTriggered: Qt.callLater(() => ventana.app.abrirDialogo())
+        onTriggered: Qt.callLater(ventana.app.abrirDialogo)
     }
     Action {
         id: salir

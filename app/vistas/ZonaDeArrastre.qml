@@ -11,7 +11,7 @@ AbstractButton {
     required property Pantalla pantalla
     readonly property color contorno: pantalla.encima ? Tema.acento : Tema.tenue
 
-    onClicked: Qt.callLater(() => pantalla.elegir())
+    onClicked: Qt.callLater(pantalla.elegir)
 
     Accessible.role: Accessible.Button
     Accessible.onPressAction: clicked()

@@ -1,8 +1,15 @@
 // What the five kinds of job have in common: their command lines, what they say
-// of an engine that fails, and of one that is not there.
+// of an engine that fails, and of one that is not there; and that thousands of
+// them leave the process as it was. ORCALIN_TRABAJOS says how many; it tells how
+// it stands after each third of them.
 #include "banco.h"
+#include "motor/fondo.h"
 
 #include <QTest>
+
+#include <fstream>
+#include <malloc.h>
+#include <sys/wait.h>
 
 namespace {
 
@@ -70,10 +77,37 @@ QString ve(const Banco &banco, const Clave &clave) {
     return ya + (fallo != nullptr ? palabras(*fallo) : QStringLiteral("copia"));
 }
 
-constexpr std::array<Trabajo, 5> kTrabajos{guarda, lista, recupera, recuperaTodo, ve};
+// Some are cancelled, the others lose their driver.
+QString guardaMuchos(const Banco &banco, const Clave &clave) {
+    std::array<Motor, 10> motores;
+    for (Motor &motor : motores)
+        motor.comprimir({banco.fichero("a", "")}, banco.url("c.okz"), false, clave);
+    for (size_t i = 0; i < motores.size() / 2; ++i)
+        motores[i].cancelar();
+    return {};
+}
+
+constexpr std::array<Trabajo, 6> kTodos{guarda, lista, recupera, recuperaTodo, ve, guardaMuchos};
+const std::vector<Trabajo> kTrabajos(kTodos.begin(), kTodos.end() - 1);
 constexpr std::array kSinMas{"No se pudo guardar.", "No se puede leer este archivo.",
                              "No se pudo recuperar «b/ñ\\x0a».", "No se pudo recuperar.",
                              "No se pudo abrir «b/ñ\\x0a»."};
+
+// Descriptors and threads.
+QList<int> rastro() {
+    return {cuantos("/proc/self/fd"), cuantos("/proc/self/task")};
+}
+
+// MiB in use, without what the allocator only keeps.
+double memoria() {
+    ::malloc_trim(0);
+    qint64 virtuales = 0;
+    qint64 residentes = 0;
+    std::ifstream("/proc/self/statm") >> virtuales >> residentes;
+    return static_cast<double>(residentes) * 4096 / (1 << 20);
+}
+
+constexpr double kHolgura = 3; // MiB: arenas and caches fill at first
 
 } // namespace
 
@@ -99,36 +133,32 @@ private slots:
         }
     }
 
-    void elMotorFalla_data() {
-        QTest::addColumn<Guion>("guion");
-        QTest::addColumn<QStringList>("dicho"); // guardar, listar, the others; empty: no more
-        const auto fila = [](const char *nombre, const Guion &guion, const QStringList &dicho) {
-            QTest::newRow(nombre) << guion << dicho;
-        };
-        fila("la última o la primera", {"error x\\nError: a\\nError: wrong password\\nfin\\n"},
-             {"wrong password", kPide, "a"});
-        fila("en minúscula", {"error Error: antes\\nfatal error: disk full\\n"},
-             {"fatal error: disk full", "antes", "antes"});
-        fila("solo en minúscula", {"error Password required: error\\n"},
-             {"Password required: error", "", ""});
-        fila("sin prefijos", {"error Error: x: Error: y\\r\\n"}, {"x: y", "x: y", "x: y"});
-        fila("en medio", {"error IOError at 12"},
-             {"IOError at 12", "IOError at 12", "IOError at 12"});
-        fila("la contraseña", {"error Error: falta la contraseña\\n"},
-             {"falta la contraseña", kPide, "falta la contraseña"});
-        fila("no es texto", {"error Error: password \\xff\\n"}, {"", "", ""});
-        fila("mucho antes", {"error Error: lejano\\n", "espera 1200"}, {"", "lejano", "lejano"});
-        fila("mudo", {"salida Error: x\\n", "cierra", "espera 50"}, {"", "", ""});
-        fila("muerto", {"senal 9"}, {"", "", ""});
-    }
     void elMotorFalla() {
-        QFETCH(Guion, guion);
-        QFETCH(QStringList, dicho);
-        const Banco banco(guion + Guion{"sale 1"});
-        for (size_t i = 0; i < kTrabajos.size(); ++i) {
-            const QString &suyo = dicho[std::min<qsizetype>(static_cast<qsizetype>(i), 2)];
-            QCOMPARE(kTrabajos[i](banco, "x"), suyo.isEmpty() ? QString(kSinMas[i]) : suyo);
-            QVERIFY(banco.claves().isEmpty());
+        struct {
+            Guion guion;
+            QStringList dicho; // guardar, listar, the others; empty: no more
+        } const casos[]{
+            {{"error x\\nError: a\\nError: wrong password\\nfin\\n"},
+             {"wrong password", kPide, "a"}},
+            {{"error Error: antes\\nfatal error: disk full\\n"},
+             {"fatal error: disk full", "antes", "antes"}},
+            {{"error Password required: error\\n"}, {"Password required: error", "", ""}},
+            {{"error Error: x: Error: y\\r\\n"}, {"x: y", "x: y", "x: y"}},
+            {{"error IOError at 12"}, {"IOError at 12", "IOError at 12", "IOError at 12"}},
+            {{"error Error: falta la contraseña\\n"},
+             {"falta la contraseña", kPide, "falta la contraseña"}},
+            {{"error Error: password \\xff\\n"}, {"", "", ""}},
+            {{"error Error: lejano\\n", "espera 1200"}, {"", "lejano", "lejano"}},
+            {{"salida Error: x\\n", "cierra", "espera 50"}, {"", "", ""}},
+            {{"senal 9"}, {"", "", ""}},
+        };
+        for (const auto &[guion, dicho] : casos) {
+            const Banco banco(guion + Guion{"sale 1"});
+            for (size_t i = 0; i < kTrabajos.size(); ++i) {
+                const QString &suyo = dicho[std::min<qsizetype>(static_cast<qsizetype>(i), 2)];
+                QCOMPARE(kTrabajos[i](banco, "x"), suyo.isEmpty() ? QString(kSinMas[i]) : suyo);
+                QVERIFY(banco.claves().isEmpty());
+            }
         }
     }
 
@@ -145,6 +175,7 @@ private slots:
             {noHay, "(ya) " + noArranca},
             {noHay, noArranca},
         }};
+        const auto antes = rastro();
         for (size_t i = 0; i < kTrabajos.size(); ++i) {
             const Banco banco;
             QCOMPARE(kTrabajos[i](banco, "x"), casos[i].first);
@@ -154,6 +185,29 @@ private slots:
             QCOMPARE(banco.claves().size(), kTrabajos[i] == recupera ? 0 : 1);
         }
         QVERIFY(!EnMarcha::trabajos().hay()); // nothing that leaving would have to ask about
+        colaDeFondo().waitForDone();
+        QTRY_COMPARE(rastro(), antes);
+    }
+
+    void nadaQueda() {
+        const size_t total = qEnvironmentVariable("ORCALIN_TRABAJOS", "600").toUInt();
+        const Guion guiones[]{{"crea-entrada x"}, {"error Error: x\\n", "sale 1"}, {"senal 9"}};
+        const auto antes = rastro();
+        double lleno = 0; // MiB, once all caches are
+        for (size_t hechos = 0; hechos <= total; ++hechos) {
+            if (hechos % (total / 3) == 0) {
+                QTRY_COMPARE(rastro(), antes);
+                qInfo("%5zu trabajos: %.1f MiB", hechos, memoria());
+                lleno = lleno == 0 && hechos > 0 ? memoria() : lleno;
+            }
+            const Banco banco(guiones[hechos / kTodos.size() % 3]);
+            (void)kTodos[hechos % kTodos.size()](banco, "x");
+            colaDeFondo().waitForDone();
+            QTRY_VERIFY(banco.claves().isEmpty());
+        }
+        QTRY_COMPARE(rastro(), antes);
+        QVERIFY(memoria() < lleno + kHolgura);
+        QCOMPARE(::waitpid(-1, nullptr, WNOHANG), -1); // no child, not even a dead one
     }
 
     // As much as a pipe holds may be said before the listing is complete.

@@ -3,6 +3,7 @@
 import subprocess
 import time
 import unittest
+import unittest.mock
 from urllib.parse import quote
 
 from buses import Avisos, Bus, Portal
@@ -180,6 +181,17 @@ class Revelar(CasoInstalado):
         self.ensena_la_carpeta()
         uri = "file://" + quote(str(self.carpeta / "el archivo.okz"))
         self.assertEqual(self.pedido, ("ShowItems", ([uri], "")))
+
+    def test_nada_lo_abre_ni_lo_ensena(self):
+        self.gestor("/bin/false")
+        self.escribe("bin/xdg-open", "#!/bin/sh\nexit 3\n").chmod(0o755)
+        pon_guion(r"salida -0644 1 a.txt\n")
+        with unittest.mock.patch.dict("os.environ", PATH=f"{self.casa}/bin:/usr/bin:/bin"):
+            self.abre_instalada(self.escribe("x.okz", ""))
+        self.lee("1 elementos")
+        pon_guion("crea-entrada hola")
+        persona.teclas("Down", "Return")
+        self.lee("No hay con qué abrir «a.txt».")
 
     def recuerda(self, metodo, argumentos):
         self.pedido = (metodo, argumentos)

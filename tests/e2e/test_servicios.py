@@ -111,6 +111,11 @@ class Servicios(Caso):
         # From the browser to the compression screen, an archive too.
         self.pide("comprimir", self.archivos[1])
         self.lee("c.okz")
+        self.app.pulsa("push button", "Guardar")
+        self.espera_panel("Guardar")
+        self.pide("abrir", self.archivos[0])
+        self.espera_sin_panel()  # what it asked for is gone
+        self.explora(self.archivos[0])
         with self.assertRaises(GLib.Error) as rechazo:
             self.actua("volar")
         self.assertIn("No hay ninguna acción «volar».", rechazo.exception.message)

@@ -36,35 +36,19 @@ class Terminal(Caso):
             self.assertEqual(estado, 0, salida)
             vistos = re.findall(r"\r\x1b\[K([^\r\n]*)", salida)
             marchas = [v for v in vistos if v.startswith(que)]
-            self.assertTrue(marchas, salida)
             self.assertEqual(max(map(len, marchas)), COLUMNAS - 1)
-            self.assertEqual(vistos[-1] if que != "Comprobando" else "", "")
             quedan = [re.sub(r".*\x1b\[K", "", l) for l in re.split(r"\r?\n", salida)]
             self.assertEqual([l.split(":")[0] for l in quedan if l], queda)
 
     def test_en_una_tuberia_no_cambia_nada(self):
-        entorno = {**os.environ, "TERM": "xterm"}
-        con = self.corre(*self.guarda, "--progress", env=entorno)
-        sin = self.corre(*self.guarda, env=entorno)
-        self.assertNotIn(b"\r", con.stderr + sin.stderr)
-        self.assertGreater(len([l for l in con.lineas if PROGRESO.match(l)]), 1)
-        self.assertEqual([l for l in con.lineas if not PROGRESO.match(l)], sin.lineas)
-        self.assertEqual(len(sin.lineas), 1)
+        r = self.corre(*self.guarda, "--progress", env={**os.environ, "TERM": "xterm"})
+        self.assertNotIn(b"\r", r.stderr)
+        avances = [bool(PROGRESO.match(l)) for l in r.lineas]
+        self.assertGreater(avances.count(True), 1)
+        self.assertEqual(avances.count(False), 1)
 
 
 class Comprobar(Caso):
-    def guarda(self, *opciones, cuantos, bytes_):
-        for i in range(cuantos):
-            self.pon(f"c/f{i}", desordenado(bytes_))
-        (self.c / "otro").unlink(missing_ok=True)
-        os.link(self.c / "f0", self.c / "otro")
-        self.comprime(*sorted(self.c.iterdir()), *opciones, nivel=None)
-        sano = self.corre("check", self.okz)
-        self.assertEqual(sano.lineas, [])
-        self.assertEqual(sano.stdout.decode(), f"El archivo está sano: {cuantos + 1} elementos, "
-                                               f"{cuantos * bytes_} bytes\n")
-        return self.okz.read_bytes()
-
     def danado(self, datos):
         """The error, and what is said to be lost."""
         self.okz.write_bytes(datos)
@@ -73,30 +57,24 @@ class Comprobar(Caso):
         return r.lineas[-1], re.findall("^Aviso: dañado: «(.*)»$", r.stderr.decode(), re.M)
 
     def test_dice_lo_que_se_ha_perdido(self):
-        bueno = self.guarda("--level", "1", cuantos=5, bytes_=12 * MEBI)
+        nombres = [f"f{i}" for i in range(5)]
+        for nombre in nombres:
+            self.pon(f"c/{nombre}", desordenado(12 * MEBI))
+        os.link(self.c / "f0", self.c / "otro")
+        self.comprime(*sorted(self.c.iterdir()))
+        r = self.corre("check", self.okz)
+        self.assertEqual((r.stdout.decode(), r.lineas),
+                         (f"El archivo está sano: 6 elementos, {60 * MEBI} bytes\n", []))
+        bueno = self.okz.read_bytes()
         dos = cambiado(cambiado(bueno, 100), len(bueno) // 2)  # in two frames
         error, perdidas = self.danado(dos)
         self.assertEqual(error, "Error: el archivo está dañado")
-        self.assertGreaterEqual(len(perdidas), 2)
-        for nombre in ("f0", "f1", "f2", "f3", "f4", "otro"):
+        self.assertIn(len(perdidas), range(2, 5))
+        for nombre in (*nombres, "otro"):
             r = self.corre("extract", self.okz, "-o", self.salida, "--file", nombre, falla=None)
             self.assertEqual(r.returncode != 0, nombre in perdidas, nombre)
         error, perdidas = self.danado(bueno[:len(bueno) // 2])
         self.assertEqual((error, len(perdidas)), ("Error: el archivo está incompleto", 1))
-
-    def test_indice_y_rotulo(self):
-        for opciones in (("--level", "1"), ("--max",)):
-            bueno = self.guarda(*opciones, cuantos=1, bytes_=1000)
-            rotulo = bueno.rindex(b"OKZindex")
-            largo = len(bueno) - int.from_bytes(bueno[rotulo + 16:rotulo + 24], "little")
-            inocuos = 0
-            for desde_el_final in range(1, largo + 1):
-                self.okz.write_bytes(cambiado(bueno, -desde_el_final))
-                r = self.corre("check", self.okz, falla=None)
-                inocuos += r.returncode == 0
-                self.assertNotIn("dañado: ", r.stderr.decode(), desde_el_final)
-            # Without its checksum the index is as good, and compared all the same.
-            self.assertLessEqual(inocuos, 1)
 
     def test_sin_indice_y_cifrado(self):
         self.sh('tar -c clave | zstd -q >"$1"', self.d)
@@ -104,8 +82,6 @@ class Comprobar(Caso):
         self.comprime(self.clave, *self.en_clave)
         self.assertEqual(self.error("check", self.okz), "hace falta la contraseña")
         self.corre("check", self.okz, *self.con)
-        self.okz.write_bytes(self.okz.read_bytes()[:-1])
-        self.assertIn("dañado", self.error("check", self.okz, *self.con))
 
 
 class Ayuda(Caso):
@@ -116,13 +92,12 @@ class Ayuda(Caso):
 
     def test_cabe_y_nombra_lo_que_hay(self):
         self.assertRegex(self.corre("--version").stdout.decode(), r"^orcalin \d+\.\d+\.\d+\n$")
-        for orden in ((), *((o,) for o in ORDENES)):
-            texto = self.ayuda(*orden)
+        for orden in ("", *ORDENES):
+            texto = self.ayuda(*orden.split())
             self.assertLessEqual(max(map(len, texto.splitlines())), 80)
-            self.assertTrue(texto.startswith("Uso: orcalin " + "".join(orden)), texto)
-            for otra in ORDENES if not orden else ():
-                self.assertIn(f"\n  {otra} ", texto)
-        for orden, culpable in (((), "orden"), (("compress",), "ORIGEN"), (("compress", "x"), "-o"),
+            self.assertTrue(texto.startswith("Uso: orcalin " + orden), texto)
+            self.assertEqual([o for o in ORDENES if f"\n  {o} " in texto], [] if orden else [*ORDENES])
+        for orden, culpable in (((), "orden"), (("compress",), "ORIGEN"),
                                 (("list", "a", "--nada"), "--nada"),
                                 (("compress", "x", "-o", "a", "--level", "30"), "--level")):
             self.assertIn(culpable, self.error(*orden))
@@ -153,9 +128,7 @@ class Ayuda(Caso):
         for palabras, propuestas in (
                 (("ex",), ["extract"]), (("check", "mi"), ["mis cosas", "mis fotos.okz"]),
                 (("extract", "a.okz", "-o", "mi"), ["mis cosas"]),
-                (("list", "--pass"), ["--password-file"]),
-                (("list", "--password-file", "mi"), ["mi.txt", "mis cosas", "mis fotos.okz"]),
-                (("compress", "mi.t"), ["mi.txt"])):
+                (("list", "--password-file", "mi"), ["mi.txt", "mis cosas", "mis fotos.okz"])):
             r = subprocess.run(["bash", "-c", guion, "bash", RAIZ / "datos/completado/orcalin.bash",
                                 "orcalin", *palabras], cwd=self.d, capture_output=True, check=True)
             self.assertEqual((sorted(r.stdout.decode().split("\n")[:-1]), r.stderr), (propuestas, b""))

@@ -2,7 +2,6 @@
 
 import os
 import pathlib
-import socket
 import unittest
 
 from motor import Caso, MEBI, PROGRESO, desordenado
@@ -31,7 +30,8 @@ class Nombres(Caso):
         self.assertEqual(os.readlink(self.extrae() / "enlace"), "c")
 
     def test_la_lista_se_lee_linea_a_linea(self):
-        raros = {"a\nb": r"a\x0ab", "\\n": r"\\n", "\x7f\u0085\u2028\u2029": None, "ñ": "ñ",
+        raros = {"a\nb": r"a\x0ab", "\\n": r"\\n", "\x1b[2J": r"\x1b[2J",
+                 "\x7f\u0085\u2028\u2029": None, "ñ": "ñ",
                  os.fsdecode(b"\xff\xc0\xaf\xed\xa0\x80"): r"\xff\xc0\xaf\xed\xa0\x80"}
         for nombre in raros:
             self.pon(f" c/{nombre}", nombre.encode(errors="replace"))
@@ -46,18 +46,15 @@ class Nombres(Caso):
         self.assertEqual({p.name for p in (self.salida / " c").iterdir()}, set(raros))
 
     def test_lo_que_no_se_guarda(self):
-        os.mkfifo(self.d / "tubo")
-        enchufe = socket.socket(socket.AF_UNIX)
-        enchufe.bind(os.fspath(self.d / "enchufe Error"))
-        self.addCleanup(enchufe.close)
-        avisos = self.comprime(self.clave, self.d / "tubo", self.d / "enchufe Error").lineas
-        self.assertEqual(len(avisos), 2)
-        self.assertEqual(self.error("compress", self.d / "tubo", "-o", self.okz),
-                         "no hay nada que guardar")
+        tubos = (self.d / "tubo", self.d / "tubo Error")
+        for tubo in tubos:
+            os.mkfifo(tubo)
+        self.assertEqual(len(self.comprime(self.clave, *tubos).lineas), 2)
+        self.assertEqual(self.error("compress", *tubos[:1], "-o", self.okz), "no hay nada que guardar")
         self.assertEqual(list(self.lista()), ["clave"])
 
     def test_el_archivo_no_se_guarda_a_si_mismo(self):
-        self.pon("c/f", desordenado(MEBI))
+        self.pon("c/f")
         self.okz = self.c / "a.okz"
         for _ in range(2):
             self.comprime(self.c)
@@ -89,7 +86,7 @@ class Progreso(Caso):
         pasos = self.progreso(self.pon("f", desordenado(5 * MEBI)), nivel="19")
         porcentajes = [float(p) for _, _, p, _ in pasos]
         self.assertEqual(porcentajes, sorted(porcentajes))
-        self.assertGreater(len({p for p in porcentajes if 0 < p < 100}), 3)
+        self.assertGreater(len(set(porcentajes)), 4)
         self.assertEqual(pasos[-1], ("1", "1", "100.0", "5"))
 
     def test_solo_cuentan_los_ficheros(self):
@@ -153,6 +150,13 @@ class Faltas(Caso):
         lineas = self.guarda_mientras(alarga, falla=False)
         self.assertEqual(lineas[-1], f"1/1 ficheros (100.0%), {GRANDE} MiB")
         self.assertEqual((self.extrae() / "c/1").read_bytes(), self.antes)
+
+    def test_la_carpeta_del_archivo_cambia_de_sitio(self):
+        self.okz = self.pon("donde/a.okz")
+        lineas = self.guarda_mientras(lambda _: self.okz.parent.rename(self.d / "allí"))
+        self.assertIn("ya no está donde estaba", lineas[-1])
+        self.okz = self.d / "allí/a.okz"
+        self.assertEqual(list(self.lista()), ["c", "c/1"])
 
 
 if __name__ == "__main__":

@@ -67,15 +67,17 @@ def indice(marcos, fichas):
     return salida
 
 
-def archivo(entradas, corte=2048):
+def archivo(entradas, corte=2048, cambia=lambda claro: claro, **mentiras):
+    """Its index goes through `cambia`, and its label says what `mentiras` have it say."""
     crudo, fichas = tar(entradas)
     trozos = [crudo[i:i + corte] for i in range(0, len(crudo), corte)]
     marcos = [marco(t) for t in trozos]
-    claro = indice([(len(m), len(t)) for m, t in zip(marcos, trozos)], fichas)
+    claro = cambia(indice([(len(m), len(t)) for m, t in zip(marcos, trozos)], fichas))
     dentro = marco(claro)
     cuerpo = b"".join(marcos)
-    rotulo = b"OKZindex" + struct.pack("<IIQQQQQI", 1, 0, len(cuerpo), len(dentro) + 8, len(claro),
-                                       len(fichas), len(crudo), 0)
+    dicho = {"lugar": len(cuerpo), "largo": len(dentro) + 8, "crudo": len(claro),
+             "cuantas": len(fichas), "tar": len(crudo), **mentiras}
+    rotulo = b"OKZindex" + struct.pack("<IIQQQQQI", 1, 0, *dicho.values(), 0)
     rotulo += struct.pack("<I", zlib.crc32(rotulo))
     return (cuerpo + struct.pack("<II", SALTABLE, len(dentro)) + dentro +
             struct.pack("<II", SALTABLE, len(rotulo)) + rotulo)
