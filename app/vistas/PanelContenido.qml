@@ -105,6 +105,10 @@ FocusScope {
                 font.pixelSize: Tema.leyenda
                 Layout.fillWidth: true
                 Layout.maximumWidth: implicitWidth + 1
+                HoverHandler { id: sobreElFallo }
+                ToolTip.text: text
+                ToolTip.visible: truncated && sobreElFallo.hovered
+                ToolTip.delay: 600
             }
             Item {
                 visible: panel.explorador.abrirFallo !== ""
