@@ -10,7 +10,6 @@ from buses import Avisos, Bus, Portal
 from caso import SESION, Caso, persona
 import accesible  # only with a session
 from instalado import PREFIJO, CasoInstalado, pon_guion
-from pasosexplorador import PasosExplorador
 
 GESTOR = "org.freedesktop.FileManager1"
 BOTON = "Ver en el Finder"
@@ -210,7 +209,7 @@ RAROS = ["n" * 249 + "ñ.txt", "מסמך שלום.txt", "ملف رقم ٣.pdf", 
          "dos\nlíneas.txt"]
 
 
-class Local(PasosExplorador, Caso):
+class Local(Caso):
     """The user's numbers, scale and names."""
 
     def archivo(self, *nombres):
