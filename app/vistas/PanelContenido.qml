@@ -98,6 +98,7 @@ FocusScope {
             }
             Item { Layout.fillWidth: true }
             Texto {
+                id: motivo
                 visible: text !== ""
                 text: panel.explorador.abrirFallo
                 color: Tema.naranja
@@ -105,9 +106,10 @@ FocusScope {
                 Layout.fillWidth: true
                 Layout.maximumWidth: implicitWidth + 1
                 HoverHandler { id: sobreElFallo }
-                ToolTip.text: text
-                ToolTip.visible: truncated && sobreElFallo.hovered
-                ToolTip.delay: 600
+                Pista {
+                    text: motivo.text
+                    visible: motivo.truncated && sobreElFallo.hovered
+                }
             }
             Item {
                 visible: panel.explorador.abrirFallo !== ""
