@@ -74,7 +74,7 @@ void Recorrido::visita(Pieza pieza, std::vector<Pieza> &pila) {
         return;
     }
     if (S_ISREG(estado.st_mode))
-        pieza.trato = tratoDe(pieza.origen, estado.st_mode);
+        pieza.trato = tratoDe(pieza.origen, estado.st_mode, pieza.bytes);
     plan.push_back(std::move(pieza));
 }
 

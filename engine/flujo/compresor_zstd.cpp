@@ -43,22 +43,11 @@ private:
     void ajusta(ZSTD_cParameter parametro, int valor) {
         comprobado(ZSTD_CCtx_setParameter(contexto.get(), parametro, valor));
     }
-    [[nodiscard]] bool cede(Octetos muestra);
 
     int nivel;
     std::unique_ptr<ZSTD_CCtx, Libera> contexto;
     Bloque salida;
 };
-
-/// Whether data said to be compressed get smaller all the same: the cheapest
-/// level tells in a hundredth of the time.
-bool CompresorZstd::cede(Octetos muestra) {
-    ajusta(ZSTD_c_compressionLevel, 1);
-    Bloque hueco(ZSTD_compressBound(muestra.size()));
-    const std::size_t largo = comprobado(
-        ZSTD_compress2(contexto.get(), hueco.data(), hueco.size(), muestra.data(), muestra.size()));
-    return largo < muestra.size() - muestra.size() / 50;
-}
 
 void CompresorZstd::empieza(Octetos primero, bool entero, Trato trato) {
     constexpr int barato = 3;
@@ -66,7 +55,7 @@ void CompresorZstd::empieza(Octetos primero, bool entero, Trato trato) {
     // as long as the frame costs them nothing.
     constexpr int altos = 17;
     constexpr int ventana = 24;
-    const bool enVano = nivel > barato && trato == Trato::comprimido && !cede(primero);
+    const bool enVano = nivel > barato && trato == Trato::comprimido && !encoge(primero);
     const int como = enVano ? barato : nivel;
     ajusta(ZSTD_c_compressionLevel, como);
     ajusta(ZSTD_c_windowLog, como >= altos && !entero ? ventana : 0);
@@ -86,6 +75,13 @@ void CompresorZstd::toma(Octetos bocado, bool ultimo, Bloque &sale) {
 }
 
 } // namespace
+
+bool encoge(Octetos muestra) {
+    Bloque hueco(ZSTD_compressBound(muestra.size()));
+    const std::size_t largo =
+        comprobado(ZSTD_compress(hueco.data(), hueco.size(), muestra.data(), muestra.size(), 1));
+    return largo < muestra.size() - muestra.size() / 50;
+}
 
 Compresion compresionHabitual(int nivel) {
     // What a thread takes at the higher levels: tables, window, a frame before and after.
