@@ -32,105 +32,90 @@ private slots:
         banco.fichero("orcalin-ver/resto", "");
         QStringList pasos;
         auto proveedor = std::make_unique<ProveedorFalso>();
-        proveedor->apunta = [&](const QString &paso) {
-            pasos.append(paso + (banco.hay("orcalin-ver") ? " antes" : " después"));
-        };
-        Delegado(std::move(proveedor)).applicationDidFinishLaunching();
-        QCOMPARE(pasos, (QStringList{"registra antes", "refresca antes"}));
+        proveedor->apunta = [&](const QString &paso) { pasos.append(paso); };
+        Delegado delegado(std::move(proveedor));
+        delegado.applicationDidFinishLaunching([] { return false; });
+        QVERIFY(banco.hay("orcalin-ver")); // another one's
+        delegado.applicationDidFinishLaunching();
         QVERIFY(!banco.hay("orcalin-ver"));
+        QCOMPARE(pasos, (QStringList{"registra", "refresca", "registra", "refresca"}));
         Delegado().applicationDidFinishLaunching(); // nobody to offer services to
-        banco.fichero("orcalin-ver/de-otro", "");
-        Delegado().applicationDidFinishLaunching([] { return false; });
-        QVERIFY(banco.hay("orcalin-ver/de-otro"));
     }
 
-    void unArchivoTraeElExploradorYGuardarAlgoLaPantalla() {
+    void cadaCosaEstrenaPantalla() {
         EscritorioFalso escritorio;
         OrcalinApp app(std::make_unique<Delegado>(), escritorio);
-        QVERIFY(app.pantalla() && !app.explorador());
+        auto &abierto = Abierto::compartido();
+        const QPointer vacia(app.pantalla());
+        QVERIFY(vacia && !app.explorador());
+        const QList<QUrl> lista{url("/b"), url("/a.okz")};
+        abierto.ponAComprimir(lista);
+        QCoreApplication::processEvents();
+        const QPointer llena(app.pantalla());
+        QVERIFY(llena != vacia);
+        QVERIFY(llena->origenes().isEmpty());
+        llena->aparece();
+        QCOMPARE(llena->origenes(), lista);
+        llena->otraCosa();
+        llena->aparece(); // what it began with is taken once
+        QVERIFY(llena->origenes().isEmpty());
+        abierto.ponAComprimir(lista); // the same again: nothing to do
+        QCoreApplication::processEvents();
+        QCOMPARE(app.pantalla(), llena.get());
 
-        Abierto::compartido().ponArchivo(url("/a.okz"));
+        abierto.ponArchivo(url("/a.okz"));
         QCoreApplication::processEvents();
         QVERIFY(!app.pantalla());
         const QPointer primero(app.explorador());
-        QCOMPARE(primero->nombre(), QStringLiteral("a.okz"));
-
-        Abierto::compartido().ponArchivo(url("/b.okz")); // a fresh one for each
+        abierto.ponArchivo(url("/b.okz"));
         QCoreApplication::processEvents();
         QCOMPARE(app.explorador()->archivo(), url("/b.okz"));
-        QVERIFY(app.explorador() != primero);
         QTRY_VERIFY(!primero);
 
         app.guardarAlgo();
         QCoreApplication::processEvents();
         QVERIFY(app.pantalla() && !app.explorador());
-    }
-
-    void cadaListaNuevaEstrenaPantalla() {
-        EscritorioFalso escritorio;
-        OrcalinApp app(std::make_unique<Delegado>(), escritorio);
-        const QPointer vacia(app.pantalla());
-        auto &abierto = Abierto::compartido();
-        abierto.ponArchivo(std::nullopt);
-        abierto.ponAComprimir({url("/a"), url("/b.okz")});
-        QCoreApplication::processEvents();
-        const QPointer llena(app.pantalla());
-        QVERIFY(llena != vacia);
-        llena->aparece();
-        QCOMPARE(llena->origenes().size(), 2);
-
-        abierto.ponAComprimir({url("/a"), url("/b.okz")}); // the same again: nothing to do
-        QCoreApplication::processEvents();
-        QCOMPARE(app.pantalla(), llena.get());
-
-        // Back from the browser, the last list is there again.
-        abierto.ponArchivo(url("/c.okz"));
-        QCoreApplication::processEvents();
-        app.guardarAlgo();
-        QCoreApplication::processEvents();
-        QVERIFY(app.pantalla() != llena);
         app.pantalla()->aparece();
-        QCOMPARE(app.pantalla()->origenes().size(), 2);
+        QCOMPARE(app.pantalla()->origenes(), lista); // the last one is there again
     }
 
     // With its screen gone there is nothing to look at, in front or not.
     void elFinalDeLoQueSiguioSinPantallaSeAvisa() {
         const Banco banco;
-        const QUrl origen = banco.fichero("a", "12345");
         EscritorioFalso escritorio;
         escritorio.destino = banco.url("x.okz");
+        escritorio.carpeta = banco.url("");
         OrcalinApp app(std::make_unique<Delegado>(), escritorio);
         const auto guarda = [&](const Guion &guion) {
             banco.ponMotor(guion);
-            app.pantalla()->suelta({origen});
+            app.pantalla()->suelta({banco.fichero("a", "12345")});
             app.pantalla()->guardar();
         };
-        const auto vaYVuelve = [&] {
-            const QPointer<QObject> antes(app.pantalla() ? static_cast<QObject *>(app.pantalla())
-                                                         : app.explorador());
-            Abierto::compartido().ponArchivo(url("/b.okz"));
+        const auto explora = [&] {
+            const QPointer antes(app.pantalla());
+            Abierto::compartido().ponArchivo(url("/a.okz"));
             QTRY_VERIFY(!antes);
+        };
+        const auto vuelve = [&] {
             app.guardarAlgo();
             QTRY_VERIFY(app.pantalla());
         };
         guarda({"aguarda nunca"});
         app.pantalla()->cancelar(); // of this one nobody wants to hear
-        vaYVuelve();
+        explora();
+        vuelve();
         guarda({"aguarda uno", "escribe-destino 3"});
-        vaYVuelve();
+        explora();
         banco.fichero("uno", "");
         QTRY_COMPARE(escritorio.avisos.size(), 1);
+        vuelve();
         guarda({"aguarda dos", "error Error: lleno\\n", "sale 1"});
-        vaYVuelve();
+        explora();
         banco.fichero("dos", "");
         QTRY_COMPARE(escritorio.avisos.size(), 2);
-
-        Abierto::compartido().ponArchivo(url("/a.okz"));
-        QTRY_VERIFY(app.explorador());
         banco.ponMotor({"aguarda tres"});
-        escritorio.carpeta = banco.url("");
         app.explorador()->recuperarTodo();
-        vaYVuelve();
+        vuelve();
         banco.fichero("tres", "");
         QTRY_COMPARE(escritorio.avisos.size(), 3);
         QCOMPARE(escritorio.avisos.first(2),
