@@ -93,10 +93,8 @@ private slots:
         Escena escena({"cuenta veces", "en 2 sale 1", "crea-entrada x"});
         escena.recupera(kTres, "x");
         QVERIFY(escena.acabaCon("error No se pudo recuperar «b»."));
-        QCOMPARE(escena.testigo.vistos.size(), 3);
         QCOMPARE(escena.lee("veces"), ".."); // the third is not tried
         QCOMPARE(escena.lee("d/a"), "x");
-        QVERIFY(escena.claves().isEmpty());
     }
 
     void deUnaVez() {
