@@ -3,7 +3,7 @@ is small: nothing without a name, nothing out of reach, nothing out of sight."""
 
 from itertools import combinations
 
-from persona import Atspi, caja, todos
+from persona import caja, tiene, todos
 
 # What has a meaning of its own, and so a name.
 CON_NOMBRE = {"push button", "check box", "password text", "text", "progress bar", "list",
@@ -11,10 +11,6 @@ CON_NOMBRE = {"push button", "check box", "password text", "text", "progress bar
 # What the keyboard can go to.
 CON_FOCO = {"push button", "check box", "password text", "text", "list", "list item", "menu item"}
 SIN_MAS = {"application", "frame", "menu bar", "tool bar", "tool tip", "separator"}
-
-
-def tiene(nodo, estado):
-    return nodo.get_state_set().contains(getattr(Atspi.StateType, estado))
 
 
 def nombre_de(nodo):

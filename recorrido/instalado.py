@@ -10,6 +10,7 @@ from caso import ARBOL, SESION, Caso, persona
 PREFIJO = SESION.prefijo
 MOTOR = PREFIJO / "libexec/orcalin/orcalin"
 GUION = SESION.carpeta / "guion"
+YA = SESION.carpeta / "ya"  # what a script may wait for
 
 
 def instala():
@@ -41,19 +42,12 @@ class CasoInstalado(Caso):
 
     def setUp(self):
         super().setUp()
+        YA.unlink(missing_ok=True)
         pon_actor()
-
-    def tearDown(self):
-        self.cierra()
-        self.assertEqual(list(SESION.tmp.glob("okz-*")), [])
 
     def abre_instalada(self, *ficheros):
         self.abre(*ficheros, binario=PREFIJO / "bin/orcalin-app",
                   entorno=dict(SESION.entorno(), ACTOR_GUION=str(GUION)))
-
-    def entrega(self, *ficheros):
-        """Another start, which hands the files to the window that is there."""
-        subprocess.run([PREFIJO / "bin/orcalin-app", *ficheros], env=SESION.entorno(), check=True)
 
     def viva(self):
         """It answers at once, and its menu opens and closes."""

@@ -1,6 +1,7 @@
 """Steps that more than one test takes, in the application's own terms."""
 
 import os
+import subprocess
 from pathlib import Path
 
 
@@ -18,9 +19,13 @@ class Pasos:
         self.app = None
 
     def abre(self, *ficheros, binario=None, entorno=None):
+        self.programa = binario or self.arbol / "bin/orcalin-app"
         self.app = self.persona.Aplicacion(
-            self.persona.lanza(binario or self.arbol / "bin/orcalin-app", ficheros,
-                               entorno or self.sesion.entorno()))
+            self.persona.lanza(self.programa, ficheros, entorno or self.sesion.entorno()))
+
+    def entrega(self, *ficheros):
+        """Another start, which hands the files to the window that is there."""
+        subprocess.run([self.programa, *ficheros], env=self.sesion.entorno(), check=True)
 
     def cierra(self):
         self.acabada(*self.app.cierra())

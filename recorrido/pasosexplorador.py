@@ -41,7 +41,7 @@ class PasosExplorador(Pasos):
 
     def elegida(self, fila):
         fila.clear_cache()
-        return fila.get_state_set().contains(self.persona.Atspi.StateType.SELECTED)
+        return self.persona.tiene(fila, "SELECTED")
 
     def buscador(self):
         campo = self.persona.hasta(
@@ -60,14 +60,10 @@ class PasosExplorador(Pasos):
     # What is done.
 
     def escribe_en_busca(self, texto):
-        """A letter that the keyboard has not gets lost now and then: again."""
-        for _ in range(5):
-            self.persona.teclas("ctrl+f")
-            self.app.espera_foco(self.buscador())
-            self.persona.teclea(texto)
-            with contextlib.suppress(AssertionError):
-                return self.persona.hasta(lambda: self.buscado() == texto, "lo escrito", 2)
-        raise AssertionError(f"no se pudo escribir {texto!a}, sino {self.buscado()!a}")
+        self.persona.teclas("ctrl+f")
+        self.app.espera_foco(self.buscador())
+        self.persona.teclea(texto)
+        self.persona.hasta(lambda: self.buscado() == texto, f"«{texto}» en la búsqueda")
 
     def busca(self, texto, cuenta):
         self.escribe_en_busca(texto)

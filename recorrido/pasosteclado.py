@@ -4,8 +4,15 @@ from pasosexplorador import PasosExplorador
 
 
 class PasosTeclado(PasosExplorador):
-    """Controls are (role, name). Whoever mixes this in says which has the focus:
-    `con_foco`."""
+    """Controls are (role, name)."""
+
+    def con_foco(self):
+        """The control that the keyboard goes to. What holds it says so too, and
+        a list's current item even when the list has lost it."""
+        tiene = self.persona.tiene
+        dicen = [(papel, nombre) for papel, nombre, nodo in self.app.visibles()
+                 if tiene(nodo, "FOCUSED") and not tiene(nodo, "TRANSIENT")]
+        return dicen[-1] if dicen else None
 
     def tabula(self, tecla="Tab"):
         antes = self.con_foco()
@@ -44,5 +51,5 @@ class PasosTeclado(PasosExplorador):
 
         def sensible():
             nodo.clear_cache()
-            return nodo.get_state_set().contains(self.persona.Atspi.StateType.SENSITIVE)
+            return self.persona.tiene(nodo, "SENSITIVE")
         self.persona.hasta(sensible, f"«{boton}» activo")

@@ -14,6 +14,7 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
+EN_EL_TECLADO = {*map(chr, range(32, 127)), *"ñÑçÇºª¿¡"} - {*"`^"}
 ESPERA = 20  # seconds; a step that takes longer has failed
 
 
@@ -41,7 +42,10 @@ def teclas(*nombres):
 
 
 def teclea(texto):
-    """Types what the session's keyboard has; other letters get lost."""
+    """Types what the session's keyboard has. For any other letter a key would be
+    made on the spot, and on a busy machine the letter lost."""
+    sin_tecla = set(texto) - EN_EL_TECLADO
+    assert not sin_tecla, f"no hay teclas para {sin_tecla}"
     subprocess.run(["xdotool", "type", "--delay", "15", "--file", "-"],
                    input=texto.encode(), check=True)
 
@@ -52,6 +56,10 @@ def todos(nodo):
         hijo = nodo.get_child_at_index(i)
         if hijo is not None:
             yield from todos(hijo)
+
+
+def tiene(nodo, estado):
+    return nodo.get_state_set().contains(getattr(Atspi.StateType, estado))
 
 
 class Proceso:
@@ -90,7 +98,7 @@ class Aplicacion:
         marco = self.espera("frame", "orcalin")
         # Coordinates mean something only once the window manager has placed it.
         hasta(lambda: marco.get_extents(Atspi.CoordType.SCREEN).x > 0, "la ventana en su sitio")
-        hasta(lambda: marco.get_state_set().contains(Atspi.StateType.ACTIVE), "la ventana activa")
+        hasta(lambda: tiene(marco, "ACTIVE"), "la ventana activa")
 
     def _busca_raiz(self):
         if self.proceso.poll() is not None:
@@ -106,7 +114,7 @@ class Aplicacion:
         """Every control on screen as (role, name, node)."""
         self.raiz.clear_cache()
         for nodo in todos(self.raiz):
-            if nodo is self.raiz or nodo.get_state_set().contains(Atspi.StateType.SHOWING):
+            if nodo is self.raiz or tiene(nodo, "SHOWING"):
                 # Qt hides a password field's name together with its text.
                 nombre = nodo.get_name() or nodo.get_description().partition(". ")[0]
                 yield nodo.get_role_name(), nombre, nodo
@@ -142,10 +150,10 @@ class Aplicacion:
 
     @staticmethod
     def espera_foco(nodo):
-        def tiene():
+        def enfocado():
             nodo.clear_cache()
-            return nodo.get_state_set().contains(Atspi.StateType.FOCUSED)
-        hasta(tiene, f"el foco en «{nodo.get_name()}»")
+            return tiene(nodo, "FOCUSED")
+        hasta(enfocado, f"el foco en «{nodo.get_name()}»")
 
     def anuncia(self, condicion, que, espera=ESPERA):
         """Waits until the control with the focus says so: a screen reader reads
@@ -153,7 +161,7 @@ class Aplicacion:
         def dicho():
             return any(condicion(f"{nodo.get_name()} {nodo.get_description()}")
                        for _, _, nodo in self.visibles()
-                       if nodo.get_state_set().contains(Atspi.StateType.FOCUSED))
+                       if tiene(nodo, "FOCUSED"))
         self._hasta(dicho, f"el foco en lo que dice «{que}»", espera)
 
     @staticmethod
@@ -167,6 +175,14 @@ class Aplicacion:
                                    str(self.proceso.pid), "--name", nombre],
                                   capture_output=True, text=True, check=True).stdout.split()
         return ventanas[-1]
+
+    def espera_delante(self):
+        hasta(lambda: delante() == self.ventana(), "la ventana delante")
+
+    def minimiza(self):
+        ventana = self.ventana()
+        subprocess.run(["xdotool", "windowminimize", ventana], check=True)
+        hasta(lambda: delante() != ventana, "la ventana minimizada")
 
     def foto(self, destino, nombre="orcalin"):
         """A picture of the window, with what the window manager puts around it."""
@@ -285,8 +301,13 @@ def delante():
                           check=False).stdout.strip()
 
 
+def colores(x, y, ancho=1, alto=1):
+    """Of the pixels of a part of the screen, each red, green, blue."""
+    zona = f"{ancho}x{alto}+{x}+{y}"
+    dicho = subprocess.run(["import", "-window", "root", "-crop", zona, "-depth", "8", "rgb:-"],
+                           capture_output=True, check=True).stdout
+    return [*zip(dicho[::3], dicho[1::3], dicho[2::3])]
+
+
 def color(x, y):
-    """Of a pixel of the screen: red, green, blue."""
-    dicho = subprocess.run(["import", "-window", "root", "-crop", f"1x1+{x}+{y}", "-depth", "8",
-                            "rgb:-"], capture_output=True, check=True).stdout
-    return tuple(dicho)
+    return colores(x, y)[0]

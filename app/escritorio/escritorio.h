@@ -39,15 +39,19 @@ public:
     /// what for. None when cancelled.
     virtual std::optional<QUrl> eligeCarpeta(const QString &mensaje) = 0;
 
+    /// Cancels the panels that are open: what they ask for is not wanted any
+    /// more.
+    virtual void cierraPaneles() = 0;
+
     /// A byte count for the user, in the locale's number format.
     [[nodiscard]] virtual QString textoDeBytes(qint64 bytes) const = 0;
 
-    /// Opens a file with its default application; false when the desktop says
-    /// that it could not.
-    virtual bool abre(const QUrl &url) = 0;
+    /// Opens a file with its default application. `siNo` is called when the
+    /// desktop says that it cannot: during the call, or soon after.
+    virtual void abre(const QUrl &url, std::function<void()> siNo) = 0;
 
-    /// Shows a file or folder selected in the file manager.
-    virtual void revela(const QUrl &url) = 0;
+    /// Shows a file or folder selected in the file manager. `siNo` likewise.
+    virtual void revela(const QUrl &url, std::function<void()> siNo) = 0;
 
     /// How far the job that the user waits for is, 0 to 1, for those who look at
     /// the dock or the task bar instead of the window; none: there is no job.

@@ -1,13 +1,13 @@
 #include "escritoriolibre.h"
 
+#include "abridor.h"
 #include "arrastre.h"
 #include "dialogoorigenes.h"
 #include "llamada.h"
 #include "motor/bytes.h"
 #include "motor/ruta.h"
 
-#include <QDesktopServices>
-#include <QGuiApplication>
+#include <QApplication>
 #include <QWindow>
 
 namespace {
@@ -23,10 +23,6 @@ bool muestra(QDialog &dialogo) {
     dialogo.winId(); // makes the window
     dialogo.windowHandle()->setTransientParent(principal);
     return dialogo.exec() == QDialog::Accepted;
-}
-
-void abreCarpetaDe(const QUrl &url) {
-    QDesktopServices::openUrl(url.adjusted(QUrl::RemoveFilename));
 }
 
 } // namespace
@@ -77,15 +73,22 @@ std::optional<QUrl> EscritorioLibre::eligeCarpeta(const QString &mensaje) {
     return dialogo.selectedUrls().constFirst();
 }
 
+// With what a panel asks on top of it: whether to replace a file.
+void EscritorioLibre::cierraPaneles() {
+    for (QWidget *ventana : QApplication::topLevelWidgets())
+        if (auto *panel = qobject_cast<QDialog *>(ventana); panel != nullptr && panel->isVisible())
+            panel->reject();
+}
+
 QString EscritorioLibre::textoDeBytes(qint64 bytes) const {
     return ::textoDeBytes(bytes);
 }
 
-bool EscritorioLibre::abre(const QUrl &url) {
-    return QDesktopServices::openUrl(url);
+void EscritorioLibre::abre(const QUrl &url, std::function<void()> siNo) {
+    abreFuera(url, std::move(siNo));
 }
 
-void EscritorioLibre::revela(const QUrl &url) {
+void EscritorioLibre::revela(const QUrl &url, std::function<void()> siNo) {
     auto llamada = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.FileManager1"),
                                                   QStringLiteral("/org/freedesktop/FileManager1"),
                                                   QStringLiteral("org.freedesktop.FileManager1"),
@@ -93,9 +96,9 @@ void EscritorioLibre::revela(const QUrl &url) {
     llamada << QStringList{url.toString(QUrl::FullyEncoded)} << QString();
     llamaSinEsperar(
         qGuiApp, llamada,
-        [url](const QDBusMessage &respuesta) {
+        [url, siNo = std::move(siNo)](const QDBusMessage &respuesta) {
             if (respuesta.type() != QDBusMessage::ReplyMessage)
-                abreCarpetaDe(url);
+                abreFuera(url.adjusted(QUrl::RemoveFilename), siNo);
         },
         kEsperaAlGestor);
 }

@@ -18,13 +18,14 @@ public:
     std::optional<QUrl> eligeDestino(const QString &nombre) override;
     std::optional<QUrl> eligeArchivo() override;
     std::optional<QUrl> eligeCarpeta(const QString &mensaje) override;
+    void cierraPaneles() override;
     [[nodiscard]] QString textoDeBytes(qint64 bytes) const override;
 
-    bool abre(const QUrl &url) override;
+    void abre(const QUrl &url, std::function<void()> siNo) override;
 
     /// Asks the file manager without waiting for it; when none answers in two
     /// seconds, the folder is opened instead.
-    void revela(const QUrl &url) override;
+    void revela(const QUrl &url, std::function<void()> siNo) override;
 
     void avanza(std::optional<double> parte) override;
     void avisa(Aviso cuando, const QString &titulo, const QString &texto) override;

@@ -67,6 +67,7 @@ OrcalinApp::Identidad OrcalinApp::identidad() const {
 
 void OrcalinApp::body() {
     m_identidad = identidad();
+    m_escritorio.cierraPaneles(); // they asked for the screen that goes
     // The view is still bound to the old screen until it has seen the new one.
     retira(m_pantalla);
     retira(m_explorador);

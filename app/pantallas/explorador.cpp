@@ -4,6 +4,7 @@
 #include "motor/fondo.h"
 #include "motor/principal.h"
 #include "motor/ruta.h"
+#include "revelar.h"
 
 #include <QPointer>
 
@@ -163,12 +164,23 @@ void Explorador::abrir(int fila) {
 void Explorador::acabaAbrir(const Motor::Copia &copia) {
     ponAbriendo(std::nullopt);
     if (const auto *url = std::get_if<QUrl>(&copia)) {
-        if (!m_escritorio.abre(*url))
-            m_escritorio.revela(*url);
+        ensena(*url);
         return;
     }
     const auto *otro = std::get_if<fallos::Otro>(&std::get<FalloAlLeer>(copia));
     ponAbrirFallo(otro != nullptr ? otro->texto : QStringLiteral("Hace falta la contraseña."));
+}
+
+// Where nothing opens it, the file manager shows it, and where there is none of
+// those either, the user is told.
+void Explorador::ensena(const QUrl &copia) {
+    const auto nada = [esta = QPointer(this), copia] {
+        if (esta)
+            esta->ponAbrirFallo(
+                QStringLiteral("No hay con qué abrir «%1».").arg(ruta::ultimoComponente(copia)));
+    };
+    m_escritorio.abre(
+        copia, [&escritorio = m_escritorio, copia, nada] { escritorio.revela(copia, nada); });
 }
 
 void Explorador::ponAbriendo(std::optional<QString> ruta) {
@@ -205,7 +217,7 @@ void Explorador::recuperar(const QStringList &rutas) {
 
 void Explorador::revela() {
     if (const auto *hecho = std::get_if<Motor::Hecho>(&m_motor.estado()))
-        m_escritorio.revela(hecho->ruta);
+        revelaOAvisa(m_escritorio, hecho->ruta);
 }
 
 void Explorador::volver() {

@@ -108,6 +108,7 @@ private:
     void acabaCarga(ContenidoCompartido contenido);
     void acabaCarga(const FalloAlLeer &fallo);
     void acabaAbrir(const Motor::Copia &copia);
+    void ensena(const QUrl &copia);
     void ponAbriendo(std::optional<QString> ruta);
     void ponAbrirFallo(std::optional<QString> fallo);
     void recuperar(const QStringList &rutas);

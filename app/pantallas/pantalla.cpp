@@ -5,6 +5,7 @@
 #include "motor/principal.h"
 #include "motor/ruta.h"
 #include "motor/tamano.h"
+#include "revelar.h"
 
 #include <QPointer>
 
@@ -86,7 +87,7 @@ void Pantalla::cancelar() {
 
 void Pantalla::revela() {
     if (const auto *hecho = std::get_if<Motor::Hecho>(&m_motor.estado()))
-        m_escritorio.revela(hecho->ruta);
+        revelaOAvisa(m_escritorio, hecho->ruta);
 }
 
 void Pantalla::otraCosa() {

@@ -1,7 +1,7 @@
 import QtQuick
-import QtQuick.Controls.Fusion
+import QtQuick.Templates as T
 
-ProgressBar {
+T.ProgressBar {
     id: barra
 
     implicitHeight: 8

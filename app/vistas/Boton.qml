@@ -1,8 +1,8 @@
 import QtQuick
-import QtQuick.Controls.Fusion
+import QtQuick.Templates as T
 import Orcalin
 
-Button {
+T.Button {
     id: boton
 
     // What has happened, for a screen reader: this toolkit cannot announce it,
@@ -11,7 +11,9 @@ Button {
     property string anuncio
     readonly property bool senalado: activeFocus && Foco.marcado
 
+    implicitWidth: Math.max(80, implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: Math.max(32, implicitContentHeight + topPadding + bottomPadding)
+    padding: 4
     leftPadding: 14
     rightPadding: 14
     font.pixelSize: Tema.cuerpo

@@ -1,9 +1,9 @@
 import QtQuick
-import QtQuick.Controls.Fusion
+import QtQuick.Templates as T
 import Orcalin
 
 // A borderless button that shows one of the system images.
-AbstractButton {
+T.AbstractButton {
     id: boton
 
     required property string nombre
@@ -14,10 +14,11 @@ AbstractButton {
     Accessible.name: texto
     Accessible.role: Accessible.Button
     Accessible.onPressAction: clicked()
-    ToolTip.text: texto
-    ToolTip.visible: hovered
-    ToolTip.delay: 600
 
+    Pista {
+        text: boton.texto
+        visible: boton.hovered
+    }
     background: Rectangle {
         radius: 4
         color: "transparent"

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 
 // The prominent button of a panel, and its default: Return presses it wherever
 // the focus is, unless another such button has it.

@@ -1,18 +1,20 @@
 import QtQuick
-import QtQuick.Controls.Fusion
+import QtQuick.Templates as T
 import Orcalin
 
-CheckBox {
+T.CheckBox {
     id: casilla
 
     readonly property bool senalado: activeFocus && Foco.marcado
 
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: Math.max(implicitContentHeight, implicitIndicatorHeight) + topPadding + bottomPadding
+    padding: 6
     leftPadding: 0
     spacing: 8
     font.pixelSize: Tema.cuerpo
     Accessible.name: text
 
-    // The style's own box all but vanishes on a dark palette.
     indicator: Rectangle {
         x: casilla.leftPadding
         y: (casilla.height - height) / 2
@@ -30,5 +32,12 @@ CheckBox {
             lado: 12
             tinte: Tema.sobreDestacado
         }
+    }
+    contentItem: Texto {
+        leftPadding: casilla.indicator.width + casilla.spacing
+        text: casilla.text
+        horizontalAlignment: Text.AlignLeft
+        verticalAlignment: Text.AlignVCenter
+        Accessible.ignored: true
     }
 }

@@ -1,16 +1,18 @@
 import QtQuick
-import QtQuick.Controls.Fusion
+import QtQuick.Templates as T
 
 // The scroll bar of a list, there while there is something to scroll. The keys
 // that scroll are the list's.
-ScrollBar {
+T.ScrollBar {
     id: barra
 
-    policy: size < 1 ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    padding: 2
+    visible: size < 1
     minimumSize: 0.08
     Accessible.ignored: true
 
-    // The style's own all but vanishes on a dark palette.
     contentItem: Rectangle {
         implicitWidth: 6
         implicitHeight: 6

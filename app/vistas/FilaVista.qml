@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Fusion
 import QtQuick.Layouts
 
 // One entry of an archive.
@@ -77,12 +76,10 @@ Rectangle {
                 Layout.fillWidth: true
             }
         }
-        BusyIndicator {
+        Giro {
             visible: fila.abriendose
             running: visible
-            palette.text: fila.tinta
-            padding: 0
-            Accessible.ignored: true
+            tinte: fila.tinta
             Layout.preferredWidth: 18
             Layout.preferredHeight: 18
         }
@@ -131,7 +128,12 @@ Rectangle {
         }
     }
 
-    ToolTip.text: ruta
-    ToolTip.visible: raton.containsMouse && (titulo.truncated || donde.truncated)
-    ToolTip.delay: 600
+    Loader {
+        active: raton.containsMouse && (titulo.truncated || donde.truncated)
+        sourceComponent: Pista {
+            parent: fila
+            text: fila.ruta
+            visible: true
+        }
+    }
 }

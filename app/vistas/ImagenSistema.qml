@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 
 // One of the system images in one colour. What it means it says in words, too,
 // where no text beside it does.

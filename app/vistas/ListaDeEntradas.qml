@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Controls.Fusion
+import QtQuick.Templates as T
 import Orcalin
 
 // The visible entries, a row each. Mouse and keys select as in any list.
@@ -60,7 +60,7 @@ ListView {
     currentIndex: 0
     interactive: true
     pixelAligned: true
-    ScrollBar.vertical: Deslizador { id: barra }
+    T.ScrollBar.vertical: Deslizador { id: barra }
 
     Accessible.role: Accessible.List
     Accessible.name: "Contenido de " + explorador.nombre
@@ -122,15 +122,15 @@ ListView {
         nombre: lista.currentItem?.nombre ?? ""
         primera: esCarpeta ? 1 : 0
         readonly property bool esCarpeta: lista.currentItem?.esCarpeta ?? false
-        MenuItem {
+        EntradaDeMenu {
             text: "Abrir"
             visible: !menu.esCarpeta
             height: visible ? implicitHeight : 0
             onTriggered: lista.explorador.abrir(lista.filaDelMenu)
         }
-        MenuItem {
+        EntradaDeMenu {
             text: "Recuperar…"
-            onTriggered: Qt.callLater(() => lista.explorador.recuperarFila(lista.filaDelMenu))
+            onTriggered: Qt.callLater(lista.explorador.recuperarFila, lista.filaDelMenu)
         }
     }
 }

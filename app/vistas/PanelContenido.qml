@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Fusion
 import QtQuick.Layouts
 import QtQuick.Templates as T
 import Orcalin
@@ -112,13 +111,13 @@ FocusScope {
             }
             Boton {
                 text: "Recuperar todo"
-                onClicked: Qt.callLater(() => panel.explorador.recuperarTodo())
+                onClicked: Qt.callLater(panel.explorador.recuperarTodo)
             }
             BotonDestacado {
                 text: panel.explorador.rotuloRecuperar
                 porTecla: false
                 enabled: panel.explorador.hayElegidas
-                onClicked: Qt.callLater(() => panel.explorador.recuperarElegidas())
+                onClicked: Qt.callLater(panel.explorador.recuperarElegidas)
             }
         }
     }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Fusion
 import QtQuick.Layouts
 
 Item {
@@ -11,8 +10,7 @@ Item {
         anchors.centerIn: parent
         width: parent.width
         spacing: 12
-        BusyIndicator {
-            Accessible.ignored: true
+        Giro {
             Layout.alignment: Qt.AlignHCenter
         }
         // Nothing here can be pressed: it has the focus so that it is read out.

@@ -23,8 +23,9 @@ ColumnLayout {
         text: "Guardar"
         enabled: panel.pantalla.puedeGuardar
         // Later: a modal panel inside the click would keep a screen reader
-        // waiting for the end of its own call.
-        onClicked: Qt.callLater(() => panel.pantalla.guardar())
+        // waiting for the end of its own call. And the method itself: what is
+        // called later twice is called once, however often it was clicked.
+        onClicked: Qt.callLater(panel.pantalla.guardar)
         Layout.fillWidth: true
     }
 }

@@ -1,11 +1,11 @@
 import QtQuick
-import QtQuick.Controls.Fusion
 import QtQuick.Layouts
+import QtQuick.Templates as T
 import Orcalin
 
 // The question before something is given up. Whoever just goes on pressing
 // keys stays.
-Popup {
+T.Popup {
     id: panel
 
     required property Salida salida
@@ -27,6 +27,14 @@ Popup {
         contentItem.parent.Accessible.name = pregunta.text;
     }
 
+    implicitHeight: contentHeight + topPadding + bottomPadding
+
+    T.Overlay.modal: Rectangle { color: "#59000000" }
+    background: Rectangle {
+        radius: 6
+        color: Tema.paleta.window
+        border.color: Tema.borde
+    }
     contentItem: ColumnLayout {
         spacing: 14
         Texto {

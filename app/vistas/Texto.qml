@@ -1,9 +1,9 @@
 import QtQuick
-import QtQuick.Controls.Fusion
+import QtQuick.Templates as T
 
 // A line of text that never breaks the layout: names can be of any length and
 // hold anything, so nothing in them is taken for markup.
-Label {
+T.Label {
     textFormat: Text.PlainText
     horizontalAlignment: Text.AlignHCenter
     elide: Text.ElideMiddle

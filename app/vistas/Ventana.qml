@@ -1,9 +1,9 @@
 import QtQuick
-import QtQuick.Controls.Fusion
 import QtQuick.Layouts
+import QtQuick.Templates as T
 import Orcalin
 
-ApplicationWindow {
+T.ApplicationWindow {
     id: ventana
 
     required property OrcalinApp app
@@ -16,72 +16,51 @@ ApplicationWindow {
     minimumWidth: explorando ? 560 : 460
     minimumHeight: (explorando ? 420 + barra.height : 380) + menus.height
     font.pixelSize: Tema.cuerpo
-    // The style brings a light palette of its own; ours is the desktop's.
-    palette {
-        alternateBase: Tema.paleta.alternateBase
-        base: Tema.paleta.base
-        button: Tema.paleta.button
-        buttonText: Tema.paleta.buttonText
-        dark: Tema.paleta.dark
-        highlight: Tema.paleta.highlight
-        highlightedText: Tema.paleta.highlightedText
-        light: Tema.paleta.light
-        mid: Tema.paleta.mid
-        midlight: Tema.paleta.midlight
-        placeholderText: Tema.secundario
-        shadow: Tema.paleta.shadow
-        text: Tema.paleta.text
-        toolTipBase: Tema.paleta.base
-        toolTipText: Tema.paleta.text
-        window: Tema.paleta.window
-        windowText: Tema.paleta.windowText
-    }
+    color: Tema.paleta.window
 
     onClosing: cierre => cierre.accepted = app.salida.pide()
 
     PanelSalida { salida: ventana.app.salida }
 
-    Action {
+    T.Action {
         id: abrir
         text: "Abrir archivo…"
         shortcut: "Ctrl+O"
-        onTriggered: Qt.callLater(() => ventana.app.abrirDialogo())
+        onTriggered: Qt.callLater(ventana.app.abrirDialogo)
     }
-    Action {
+    T.Action {
         id: salir
         text: "Salir"
         shortcut: "Ctrl+Q"
         onTriggered: ventana.close()
     }
 
-    menuBar: MenuBar {
+    menuBar: BarraDeMenus {
         id: menus
-        delegate: MenuBarItem {
-            Accessible.role: Accessible.MenuItem
-            Accessible.name: menu.title.replace("&", "")
-        }
         MenuConNombre {
             title: "&Archivo"
-            MenuItem { action: abrir }
-            MenuSeparator {}
-            MenuItem { action: salir }
+            EntradaDeMenu { action: abrir }
+            T.MenuSeparator {
+                padding: 3
+                implicitHeight: implicitContentHeight + topPadding + bottomPadding
+                contentItem: Divisoria {}
+            }
+            EntradaDeMenu { action: salir }
         }
     }
 
-    header: ToolBar {
+    header: T.ToolBar {
         id: barra
         visible: ventana.explorando
-        ToolButton {
+        implicitHeight: contentHeight + topPadding + bottomPadding
+        padding: 4
+        contentHeight: guardarAlgo.implicitHeight
+        background: Divisoria { y: barra.height - height }
+        BotonDeBarra {
             id: guardarAlgo
-            Accessible.name: text
-            Accessible.onPressAction: clicked()
+            nombre: "plus"
             text: "Guardar algo"
             onClicked: ventana.app.guardarAlgo()
-            contentItem: RowLayout {
-                spacing: 6
-                ImagenSistema { nombre: "plus"; lado: 16; tinte: Tema.texto }
-                Texto { text: guardarAlgo.text; Accessible.ignored: true }
-            }
         }
     }
 

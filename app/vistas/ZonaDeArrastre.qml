@@ -1,17 +1,15 @@
 import QtQuick
-import QtQuick.Controls.Fusion
-import QtQuick.Shapes
+import QtQuick.Templates as T
 import Orcalin
 
 // The drop area: takes drops, and opens the file panel on a click, on Space
 // and by the screen reader's action.
-AbstractButton {
+T.AbstractButton {
     id: zona
 
     required property Pantalla pantalla
-    readonly property color contorno: pantalla.encima ? Tema.acento : Tema.tenue
 
-    onClicked: Qt.callLater(() => pantalla.elegir())
+    onClicked: Qt.callLater(pantalla.elegir)
 
     Accessible.role: Accessible.Button
     Accessible.onPressAction: clicked()
@@ -19,22 +17,10 @@ AbstractButton {
     Accessible.description: pantalla.contenido === Pantalla.Nada
         ? "Arrastra aquí lo que quieras guardar" : pantalla.resumen
 
-    background: Shape {
-        ShapePath {
-            strokeWidth: 2
-            strokeColor: zona.contorno
-            strokeStyle: ShapePath.DashLine
-            // In units of the line's width: 7 on, 5 off.
-            dashPattern: [3.5, 2.5]
-            fillColor: zona.pantalla.encima ? Tema.acentoSuave : "transparent"
-            PathRectangulo { ancho: zona.width; alto: zona.height; borde: 1; radio: 14 }
-        }
-        ShapePath {
-            strokeWidth: 2
-            strokeColor: zona.activeFocus && Foco.marcado ? Tema.acento : "transparent"
-            fillColor: "transparent"
-            PathRectangulo { ancho: zona.width; alto: zona.height; borde: 5; radio: 10 }
-        }
+    background: Contorno {
+        trazo: zona.pantalla.encima ? Tema.acento : Tema.tenue
+        relleno: zona.pantalla.encima ? Tema.acentoSuave : "transparent"
+        marca: zona.activeFocus && Foco.marcado ? Tema.acento : "transparent"
     }
 
     contentItem: Item {

@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Controls.Fusion
+import QtQuick.Templates as T
 import QtQuick.Layouts
 import Orcalin
 
@@ -31,7 +31,7 @@ Item {
                 clip: true
                 model: zona.pantalla.nombres
                 boundsBehavior: Flickable.StopAtBounds
-                ScrollBar.vertical: barra
+                T.ScrollBar.vertical: barra
                 delegate: RowLayout {
                     id: fila
                     required property int index

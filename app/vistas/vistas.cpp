@@ -9,7 +9,6 @@
 #include <QFontMetrics>
 #include <QGuiApplication>
 #include <QIcon>
-#include <QImageReader>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
@@ -25,7 +24,6 @@ const QString kVentana = QStringLiteral("qrc:/Orcalin/Ventana.qml");
 void preparaPrimerCuadro() {
     QGuiApplication::setWindowIcon(QIcon::fromTheme(QLatin1String(kIdentidad)));
     (void)QFontMetrics(QGuiApplication::font()).height();
-    (void)QImageReader::supportedImageFormats();
 }
 
 } // namespace

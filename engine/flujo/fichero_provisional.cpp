@@ -41,8 +41,8 @@ Descriptor abreCarpeta(const std::filesystem::path &ruta) {
 
 } // namespace
 
-FicheroProvisional::FicheroProvisional(std::filesystem::path destinoPedido) {
-    const auto destino = resuelto(std::move(destinoPedido));
+FicheroProvisional::FicheroProvisional(std::filesystem::path destinoPedido)
+    : destino(resuelto(std::move(destinoPedido))) {
     nombre = destino.has_filename() ? destino.filename().string() : ".";
     carpeta = abreCarpeta(destino);
     if (fstatat(carpeta.numero(), nombre.c_str(), &anterior, AT_SYMLINK_NOFOLLOW) != 0)
@@ -91,6 +91,9 @@ void FicheroProvisional::cierra() {
     entregado = true;
     // Some file systems cannot flush a folder; the archive itself is safe by now.
     fsync(carpeta.numero());
+    std::error_code error;
+    if (!std::filesystem::exists(destino, error) && !error)
+        throw Fallo("el archivo está guardado, pero su carpeta ya no está donde estaba");
 }
 
 bool FicheroProvisional::es(const std::string &otro, const struct stat &estado) const {

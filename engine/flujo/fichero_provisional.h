@@ -25,7 +25,9 @@ public:
     void escribe(Octetos datos) override;
 
     /// Flushes to the disk and takes the destination's name, replacing what has
-    /// it. Cancelling is over from here on.
+    /// it. Cancelling is over from here on. Throws Fallo when that fails, and
+    /// also, the archive complete, when its folder has been moved or unmounted
+    /// meanwhile: it is not where it was asked for.
     void cierra() override;
 
     /// Whether `nombre` in a folder, with this status, is the file being
@@ -35,7 +37,8 @@ public:
 private:
     void empuja();
 
-    std::string nombre; // the destination's, in its folder
+    std::filesystem::path destino; // links resolved
+    std::string nombre;            // the destination's, in its folder
     Descriptor carpeta;
     Provisional fichero;
     struct stat propio {};

@@ -13,7 +13,6 @@ public:
 
     QString nombrePropuesto;
     QString mensaje;
-    QList<QUrl> revelados;
 
     QList<std::optional<double>> partes;
     QStringList avisos;
@@ -37,11 +36,12 @@ public:
         entretanto();
         return carpeta;
     }
-    bool abre(const QUrl &) override { return true; }
+    void cierraPaneles() override {}
+    void abre(const QUrl &, std::function<void()>) override {}
     [[nodiscard]] QString textoDeBytes(qint64 bytes) const override {
         return QString::number(bytes) + QStringLiteral(" b");
     }
-    void revela(const QUrl &url) override { revelados.append(url); }
+    void revela(const QUrl &, std::function<void()>) override {}
     void avanza(std::optional<double> parte) override { partes.append(parte); }
     void avisa(Aviso cuando, const QString &titulo, const QString &texto) override {
         ultimoAviso = cuando;

@@ -2,21 +2,19 @@
 
 import os
 import shutil
-import time
 import unittest
 from urllib.parse import unquote_to_bytes
 
 from caso import ARBOL, SESION, persona
 from huellas import diferencias
 from instalado import CasoInstalado, pon_guion
-from pasosexplorador import PasosExplorador
 
 CLAVE = "la araña, ç 1º"
 NOMBRES = (b"a b%20c.txt", b"salto\nde l\xc3\xadnea", b"no es UTF-8 \xff.txt", b"barra\\x41.txt")
 LISTADO = r"salida -0644         10 a.txt\n-0644 999999999999999 enorme\n"
 
 
-class Arrastrar(PasosExplorador, CasoInstalado):
+class Arrastrar(CasoInstalado):
     def setUp(self):
         super().setUp()
         self.archivo = self.casa / "archivo.okz"
@@ -58,7 +56,6 @@ class Arrastrar(PasosExplorador, CasoInstalado):
         self.lista(2 + 2 * len(NOMBRES))
         self.pincha(self.fila("a b%20c.txt", "cosas"))
         persona.teclas("ctrl+a")
-        self.recuperables(f"Recuperar {2 + 2 * len(NOMBRES)}")
         self.pincha(self.fila("cosas"), "ctrl")  # all but the folder of all
         self.recuperables(f"Recuperar {1 + 2 * len(NOMBRES)}")
         self.lleva(self.fila("a b%20c.txt", "cosas"), self.receptor)
@@ -70,8 +67,8 @@ class Arrastrar(PasosExplorador, CasoInstalado):
             copia = unquote_to_bytes(uri.removeprefix("file://"))
             self.assertEqual(diferencias(carpeta + b"/" + os.path.basename(copia), copia), [])
         self.assertEqual({*os.listdir(os.fsencode(self.destino))}, {*NOMBRES, b"dentro"})
-        time.sleep(0.5)  # whoever copies may still be at it
-        self.assertTrue(self.copias())
+        self.assertTrue(self.receptor.calla())
+        self.assertTrue(self.copias())  # whoever copies may still be at it
 
     def test_lo_que_se_suelta_espera_a_los_ficheros(self):
         self.actuada("espera 2500", "crea-entrada hola")
@@ -96,9 +93,8 @@ class Arrastrar(PasosExplorador, CasoInstalado):
                 self.assertTrue(self.receptor.calla())
                 persona.hasta(lambda: not self.motores(), "el motor acabado")
                 self.viva()
-                self.pincha(self.fila("enorme"))
-                self.recuperables("Recuperar este")
-                self.assertTrue(self.elegida(self.fila("enorme")))
+                self.pincha(self.fila("enorme"))  # the mouse is free again
+                persona.hasta(lambda: self.elegida(self.fila("enorme")), "la fila elegida")
                 self.cierra()
 
     def test_lo_que_falla_no_llega(self):

@@ -3,13 +3,13 @@
 import subprocess
 import time
 import unittest
+import unittest.mock
 from urllib.parse import quote
 
 from buses import Avisos, Bus, Portal
 from caso import SESION, Caso, persona
 import accesible  # only with a session
 from instalado import PREFIJO, CasoInstalado, pon_guion
-from pasosexplorador import PasosExplorador
 
 GESTOR = "org.freedesktop.FileManager1"
 BOTON = "Ver en el Finder"
@@ -181,6 +181,17 @@ class Revelar(CasoInstalado):
         uri = "file://" + quote(str(self.carpeta / "el archivo.okz"))
         self.assertEqual(self.pedido, ("ShowItems", ([uri], "")))
 
+    def test_nada_lo_abre_ni_lo_ensena(self):
+        self.gestor("/bin/false")
+        self.escribe("bin/xdg-open", "#!/bin/sh\nexit 3\n").chmod(0o755)
+        pon_guion(r"salida -0644 1 a.txt\n")
+        with unittest.mock.patch.dict("os.environ", PATH=f"{self.casa}/bin:/usr/bin:/bin"):
+            self.abre_instalada(self.escribe("x.okz", ""))
+        self.lee("1 elementos")
+        pon_guion("crea-entrada hola")
+        persona.teclas("Down", "Return")
+        self.lee("No hay con qué abrir «a.txt».")
+
     def recuerda(self, metodo, argumentos):
         self.pedido = (metodo, argumentos)
 
@@ -198,7 +209,7 @@ RAROS = ["n" * 249 + "ñ.txt", "מסמך שלום.txt", "ملف رقم ٣.pdf", 
          "dos\nlíneas.txt"]
 
 
-class Local(PasosExplorador, Caso):
+class Local(Caso):
     """The user's numbers, scale and names."""
 
     def archivo(self, *nombres):

@@ -1,20 +1,16 @@
-"""The archive browser with the engine that the application brings."""
+"""The archive browser: with the engine that the application brings, and with
+one that does as a script says."""
 
-import contextlib
 import os
-import subprocess
 import unicodedata
 import unittest
 
 from caso import SESION, Caso, persona
 from huellas import RAROS, diferencias, siembra
-from pasosexplorador import PasosExplorador
+from instalado import YA, CasoInstalado, pon_guion, pon_motor
 from visor import Visor
 
 CLAVE = "la araña, ç 1º"
-TODO = "Recuperar todo"
-NO_ESTA = "no se puede abrir el archivo: no existe"
-MUCHOS = 200
 # The listing escapes what does not fit into a line of text, or would be lost at
 # its ends; and names of other alphabets, and one that looks escaped already.
 DIFICILES = (
@@ -27,258 +23,100 @@ DIFICILES = (
     "夏の旅 旅行笔记.txt".encode(),
     unicodedata.normalize("NFD", "acción.txt").encode(),
 )
+# What to search for to see it, and its name.
+ELEGIDAS = (
+    ("raros/carpetas", b"carpetas"),
+    ("otro nombre", b"otro nombre de privado"),
+    ("enlace roto", b"enlace roto"),
+    ("carpeta vac", "carpeta vacía".encode()),
+    ("n descompuesta", RAROS[6]),
+    ("raros/programa", b"programa"),
+)
+LISTADO = (r"salida d0755          0 docs\n-0644       1234 docs/a.txt\n"
+           r"-0644         10 docs/b.txt\n", "sale 0")
+APUNTADO = SESION.carpeta / "apuntado"
+CHARLATAN = """#!/bin/sh
+yes basura | head -n 500000
+yes -- '- basura que parece algo' | head -n 500000
+"""
 
 
-@contextlib.contextmanager
-def montado(carpeta, opciones):
-    """A small disk of its own at the folder."""
-    carpeta.mkdir()
-    subprocess.run(["mount", "-t", "tmpfs", "-o", opciones, "none", carpeta], check=True)
-    try:
-        yield carpeta
-    finally:
-        subprocess.run(["umount", carpeta], check=True)
+def escribe_textos(carpeta, nombres):
+    os.makedirs(carpeta)
+    for nombre in nombres:
+        with open(carpeta + b"/" + nombre, "wb") as texto:
+            texto.write(b"Esto es lo que dice " + repr(nombre).encode() + b"\n")
 
 
-class Explorar(PasosExplorador, Caso):
-    def setUp(self):
-        super().setUp()
-        self.archivo = self.casa / "archivo.okz"
-
-    def tearDown(self):
-        self.cierra()
-        self.assertEqual(self.restos_del_motor(), [])
-        self.assertIn(os.listdir(SESION.tmp), ([], ["orcalin-ver"]))
-
-    def restos_del_motor(self):
-        return list(SESION.tmp.glob("okz-*"))
-
-    def lanza(self, origenes, clave=None):
-        self.comprime(origenes, self.archivo, clave)
+class Explorar(Caso):
+    def abre_con_visor(self, *ficheros):
         entorno = SESION.entorno()
         self.visor = Visor(entorno)
-        self.abre(self.archivo, entorno=entorno)
+        self.abre(*ficheros, entorno=entorno)
 
-    def raros(self):
-        """A tree of all that is odd: (its path, how many entries it makes)."""
-        raiz = os.fsencode(self.casa) + b"/raros"
-        siembra(raiz)
-        self.textos(raiz + b"/textos", DIFICILES)
-        return raiz, 1 + sum(len(c) + len(f) for _, c, f in os.walk(raiz))
+    def copia(self):
+        """The path of what the browser has just opened."""
+        return persona.hasta(self.visor.toma, "el archivo en su aplicación")[0]
 
-    @staticmethod
-    def textos(carpeta, nombres):
-        os.makedirs(carpeta)
-        for nombre in nombres:
-            with open(carpeta + b"/" + nombre, "wb") as texto:
-                texto.write(b"Esto es lo que dice " + repr(nombre).encode() + b"\n")
-
-    def sencillos(self):
-        """A folder with five texts: six rows."""
-        carpeta = self.casa / "cosas"
-        self.textos(os.fsencode(carpeta), [b"%c.txt" % letra for letra in b"abcde"])
-        return carpeta
-
-    def saca(self, boton, nombre, espera=60):
+    def saca(self, boton, nombre):
         """To a new folder of that name, and its path."""
         destino = self.casa / nombre
         destino.mkdir()
         self.recupera(boton, destino)
-        self.recuperado(espera)
+        self.recuperado()
         self.app.pulsa("push button", "Volver")
-        return destino
+        return os.fsencode(destino)
 
-    def copia(self):
-        """The path of what the browser has just opened."""
-        ruta, modo = persona.hasta(self.visor.toma, "el archivo en su aplicación")
-        self.assertEqual(modo, 0o444)
-        self.assertTrue(ruta.startswith(os.fsencode(SESION.tmp / "orcalin-ver/")), ruta)
-        return ruta
-
-    def contenido(self, ruta):
-        with open(ruta, "rb") as fichero:
-            return fichero.read()
-
-
-class Cifrado(Explorar):
-    def pide(self, con):
-        """The prompt, with the text that was in it."""
-        self.lee("Este archivo está cifrado")
-        campo = self.app.espera("password text", "Contraseña")
-        self.app.espera_foco(campo)
-        self.assertEqual(campo.get_text_iface().get_character_count(), len(con))
-        self.assertEqual(self.restos_del_motor(), [])
-
-    def test_de_la_clave_equivocada_a_todo_fuera(self):
-        raiz, elementos = self.raros()
-        self.textos(raiz + b"/muchos", [b"%03d.txt" % i for i in range(MUCHOS)])
-        elementos += 1 + MUCHOS
-        self.lanza([raiz], CLAVE)
-        self.pide("")
-        persona.teclas("Return")
-        self.pide("")
-        for mala in ("otra vez", CLAVE + " "):
-            self.manda_clave(mala)
-            with self.motor_retenido():
-                self.lee("leyendo el archivo…")
-            self.pide(mala)
-        persona.teclas("ctrl+a")
-        persona.teclea(CLAVE)
-        self.app.pulsa("push button", "Abrir")
+    def test_lo_que_se_mira_y_lo_que_se_saca_es_lo_guardado(self):
+        raiz = os.fsencode(self.casa) + b"/raros"
+        siembra(raiz)
+        escribe_textos(raiz + b"/textos", DIFICILES)
+        elementos = 1 + sum(len(c) + len(f) for _, c, f in os.walk(raiz))
+        archivo = self.casa / "archivo.okz"
+        self.comprime([self.casa / "raros"], archivo, CLAVE)
+        self.abre_con_visor()
+        self.suelta(archivo)
+        self.manda_clave(CLAVE)
         self.lee(f"{elementos} elementos")
 
-        self.busca("muchos/", f"{MUCHOS} de {elementos}")
-        self.abre_fila(self.fila("000.txt"))
-        self.assertEqual(self.contenido(self.copia()), self.contenido(raiz + b"/muchos/000.txt"))
-        self.pincha(self.fila("001.txt"))
-        persona.teclas("ctrl+a")
-        # Long only where the kernel may keep no keys: in many a container.
-        destino = self.saca(f"Recuperar {MUCHOS}", "elegidos", 300)
-        self.assertEqual(os.listdir(destino / "raros"), ["muchos"])
-        muchos = os.fsencode(destino / "raros/muchos")
-        self.assertEqual(len(os.listdir(muchos)), MUCHOS)
-        for nombre in os.listdir(muchos):
-            self.assertEqual(diferencias(raiz + b"/muchos/" + nombre, muchos + b"/" + nombre), [])
-        self.app.pulsa("push button", "Borrar la búsqueda")
-        destino = self.saca(TODO, "sacado")
-        self.assertEqual(os.listdir(destino), ["raros"])
-        self.assertEqual(diferencias(raiz, destino / "raros"), [])
-        self.lee(f"{elementos} elementos")
-
-
-class Recuperar(Explorar):
-    def test_lo_elegido_su_menu_y_un_archivo_que_desaparece(self):
-        raiz, elementos = self.raros()
-        self.lanza([raiz])
-        self.lee(f"{elementos} elementos")
-        self.app.pulsa("push button", TODO)
-        self.app.espera("dialog", "¿Dónde dejo todo el contenido?")
-        persona.teclas("Escape")
-        self.espera_sin_panel()
-
-        elegidas = (b"carpetas", b"otro nombre de privado", b"enlace roto",
-                    "carpeta vacía".encode(), RAROS[6], b"programa")
-        for nombre in elegidas:  # each is hidden by the search for the next
-            self.escribe_en_busca(f"raros/{nombre.decode()}")
+        for busca, nombre in ELEGIDAS:  # each is hidden by the search for the next
+            self.escribe_en_busca(busca)
             self.pincha(self.fila(nombre.decode(), "raros"), "ctrl")
         self.recuperables("Recuperar 6")
-        destino = os.fsencode(self.saca("Recuperar 6", "sacado")) + b"/raros/"
+        destino = self.saca("Recuperar 6", "elegidas") + b"/raros/"
         # The folder with all that is below it; the second name with the contents.
-        for nombre in elegidas:
+        for _, nombre in ELEGIDAS:
             self.assertEqual(diferencias(raiz + b"/" + nombre, destino + nombre), [], nombre)
         self.assertEqual(len(os.listdir(destino)), 6)
         self.recuperables("Recuperar 6")  # the list is as it was
-        self.assertEqual(self.buscado(), "raros/programa")
         self.assertTrue(self.elegida(self.fila("programa")))
 
         self.busca("con espacios", f"3 de {elementos}")
-        self.raton(self.fila("con espacios", "raros"), "click", "3")
-        self.app.espera("menu item", "Abrir")
-        self.raton(self.app.espera("menu item", "Recuperar…"), "click", "1")
-        (self.casa / "uno").mkdir()
-        self.dice_donde(self.casa / "uno", "¿Dónde lo dejo?")
-        self.recuperado()
-        self.assertEqual(os.listdir(self.casa / "uno/raros"), ["con espacios"])
-        self.app.pulsa("push button", "Volver")
         self.raton(self.fila("con espacios", "raros/carpetas"), "click", "3")
         self.app.espera("menu item", "Recuperar…")
         self.assertIsNone(self.app.busca("menu item", "Abrir"), "ofrece abrir una carpeta")
         persona.teclas("Escape")
-
-        guardado = self.casa / "otro sitio"
-        self.archivo.rename(guardado)
-        self.abre_fila(self.fila("con espacios", "raros"))
-        self.lee(NO_ESTA)
-        self.app.pulsa("push button", TODO)
-        self.dice_donde(self.casa / "uno", "¿Dónde dejo todo el contenido?")
-        self.app.espera("push button", "Volver")
-        self.lee(NO_ESTA)
-        guardado.rename(self.archivo)
+        self.raton(self.fila("con espacios", "raros"), "click", "3")
+        self.app.espera("menu item", "Abrir")
+        self.raton(self.app.espera("menu item", "Recuperar…"), "click", "1")
+        (self.casa / "una").mkdir()
+        self.dice_donde(self.casa / "una", "¿Dónde lo dejo?")
+        self.recuperado()
+        self.assertEqual(os.listdir(self.casa / "una/raros"), ["con espacios"])
         self.app.pulsa("push button", "Volver")
-        self.lee(f"3 de {elementos}")
 
-    @unittest.skipUnless(os.geteuid() == 0, "only root makes disks")
-    def test_destino_sin_permiso_o_sin_sitio(self):
-        carpeta = self.sencillos()
-        (carpeta / "e.txt").write_bytes(os.urandom(300_000))
-        self.lanza([carpeta])
-        for opciones, motivo in (("ro", "solo lectura"), ("size=64k", "espacio")):
-            with self.subTest(disco=opciones), montado(self.casa / opciones, opciones) as disco:
-                self.recupera(TODO, disco)
-                self.app.espera("push button", "Volver")
-                self.app.lee(lambda t: motivo in t, f"un fallo que diga «{motivo}»")
-                self.todo_con_nombre()
-                self.app.pulsa("push button", "Volver")
-                self.lee("6 elementos")
-
-
-class Lista(Explorar):
-    def test_nombres_dificiles_y_la_carpeta_de_las_copias(self):
-        carpeta = os.fsencode(self.casa / "textos")
-        self.textos(carpeta, DIFICILES)
-        self.lanza([carpeta])
-        self.lee(f"{1 + len(DIFICILES)} elementos")
+        self.busca("raros/textos/", f"{len(DIFICILES)} de {elementos}")
         nombres = set()
-        persona.teclas("Down")  # from the search field to the folder's row
         for _ in DIFICILES:
             persona.teclas("Down", "Return")
-            ruta = self.copia()
-            nombres.add(os.path.basename(ruta))
-            self.assertEqual(self.contenido(ruta),
-                             self.contenido(carpeta + b"/" + os.path.basename(ruta)), ruta)
+            copia = self.copia()
+            nombres.add(os.path.basename(copia))
+            with open(copia, "rb") as una, \
+                    open(raiz + b"/textos/" + os.path.basename(copia), "rb") as otra:
+                self.assertEqual(una.read(), otra.read())
         self.assertEqual(nombres, set(DIFICILES))
-        self.cierra()
-        self.assertEqual(len(os.listdir(SESION.tmp / "orcalin-ver")), len(DIFICILES))
-        self.abre(self.archivo)
-        self.lee(f"{1 + len(DIFICILES)} elementos")
-        self.assertEqual(os.listdir(SESION.tmp), [])
 
-    def test_otro_archivo_mientras_se_busca_y_mientras_se_lista(self):
-        carpeta = self.casa / "muchas"
-        carpeta.mkdir()
-        for n in range(300):
-            (carpeta / f"n{n:03}.txt").touch()
-        for forma in ("NFC", "NFD"):
-            (carpeta / unicodedata.normalize(forma, f"Canción {forma}.mp3")).write_text("la\n")
-        self.lanza([carpeta])
-        self.lee("303 elementos")
-        for forma in ("NFC", "NFD"):
-            self.busca(unicodedata.normalize(forma, "CANción"), "2 de 303")
-        for nada in ("cancion", "no está"):
-            self.busca(nada, "0 de 303")
-            self.assertEqual(self.filas(), [])
-        self.app.pulsa("push button", "Borrar la búsqueda")
-        self.lee("303 elementos")
-        self.assertIsNone(self.app.busca("push button", "Borrar la búsqueda"))
-        self.app.espera_foco(self.buscador())
-        for _ in range(10):  # narrow and wide again, faster than the list follows
-            persona.teclas(*"n299", *["BackSpace"] * 4)
-        self.lee("303 elementos")
-
-        otro = self.casa / "otro.okz"
-        self.comprime([self.sencillos()], otro, CLAVE)
-        self.abre_desde_fuera(otro)
-        self.manda_clave(CLAVE)
-        with self.motor_retenido():
-            self.lee("leyendo el archivo…")
-            self.abre_desde_fuera(self.archivo)
-            self.lee("303 elementos")
-        persona.hasta(lambda: not self.motores(), "el primer listado acabado")
-        self.lee("303 elementos")
-        self.archivo.write_bytes(b"")
-        self.app.pulsa("push button", "Guardar algo")
-        self.abre_desde_fuera(self.archivo)
-        self.app.espera("push button", "Volver")
-
-    def abre_desde_fuera(self, archivo):
-        subprocess.run([self.arbol / "bin/orcalin-app", archivo], env=SESION.entorno(), check=True)
-
-
-class Elegir(Explorar):
-    def setUp(self):
-        super().setUp()
-        self.lanza([self.sencillos()])
-        self.lee("6 elementos")
+        self.assertEqual(diferencias(raiz, self.saca("Recuperar todo", "todo") + b"/raros"), [])
 
     def estan_elegidas(self, *nombres):
         def cuales():
@@ -286,15 +124,14 @@ class Elegir(Explorar):
                     if self.elegida(self.fila(n))}
         persona.hasta(lambda: cuales() == set(nombres), f"elegidas {nombres}")
 
-    def test_con_raton_y_con_teclado(self):
-        self.pincha(self.fila("b.txt"))
-        self.estan_elegidas("b.txt")
-        self.pincha(self.fila("d.txt"), "shift")
-        self.estan_elegidas("b.txt", "c.txt", "d.txt")
-        self.pincha(self.fila("c.txt"), "ctrl")
-        self.estan_elegidas("b.txt", "d.txt")
+    def test_elegir_y_buscar_con_el_teclado(self):
+        cosas = self.casa / "cosas"
+        escribe_textos(os.fsencode(cosas), [b"%c.txt" % letra for letra in b"abcde"])
+        archivo = self.casa / "archivo.okz"
+        self.comprime([cosas], archivo)
+        self.abre_con_visor(archivo)
+        self.lee("6 elementos")
         self.pincha(self.fila("a.txt"))
-        self.estan_elegidas("a.txt")
         persona.teclas("shift+Down", "shift+Down")
         self.estan_elegidas("a.txt", "b.txt", "c.txt")
         persona.teclas("ctrl+Up", "ctrl+space")
@@ -303,21 +140,8 @@ class Elegir(Explorar):
         self.recuperables("Recuperar 6")
         persona.teclas("End")
         self.estan_elegidas("e.txt")
-        self.busca(".txt", "5 de 6")
-        self.pincha(self.fila("a.txt"))
-        persona.teclas("ctrl+a")  # what is to be seen
-        self.recuperables("Recuperar 5")
-        self.app.pulsa("push button", "Borrar la búsqueda")
-        self.estan_elegidas("a.txt", "b.txt", "c.txt", "d.txt", "e.txt")
 
-    def test_el_teclado_va_y_viene_de_la_busqueda(self):
-        self.app.espera_foco(self.buscador())
-        persona.teclea("a.t")
-        self.lee("1 de 6")
-        persona.teclas("Escape")
-        self.lee("6 elementos")
-        self.pincha(self.fila("d.txt"))
-        persona.teclea("c.t")
+        persona.teclea("c.t")  # in the list it is for the search
         self.lee("1 de 6")
         self.assertEqual(self.buscado(), "c.t")
         persona.teclas("Down")
@@ -328,10 +152,99 @@ class Elegir(Explorar):
         self.app.espera_foco(self.buscador())
         persona.teclea("b.t")  # over what was there
         persona.hasta(lambda: self.buscado() == "b.t", "lo buscado sustituido")
-        self.todo_con_nombre()
         persona.teclas("Escape", "Down", "Return")  # a folder narrows the search to it
         self.lee("5 de 6")
         self.assertEqual(self.buscado(), "cosas/")
+        persona.teclas("Down", "ctrl+a")  # what is to be seen
+        self.recuperables("Recuperar 5")
+
+
+class Guionizado(CasoInstalado):
+    def setUp(self):
+        super().setUp()
+        APUNTADO.unlink(missing_ok=True)
+        self.archivo = self.casa / "docs.okz"
+        self.archivo.write_text("lo que haya dentro no lo mira nadie")
+
+    def explora(self, *guion):
+        pon_guion(*guion)
+        self.abre_instalada(self.archivo)
+
+    def vuelve_a_guardar(self):
+        self.viva()
+        self.app.pulsa("push button", "Guardar algo")
+        self.vacia()
+
+    def test_la_lista_llega_con_un_menu_abierto(self):
+        self.explora(f"aguarda {YA}", *LISTADO)
+        persona.teclas("alt+a")
+        self.app.espera("menu item", "Salir")
+        YA.touch()
+        self.lee("3 elementos")
+        persona.teclas("Escape")  # for the menu, which still has the keyboard
+        persona.hasta(lambda: self.app.busca("menu item", "Salir") is None, "el menú cerrado")
+        self.app.espera_foco(self.buscador())
+
+    def test_un_millon_de_lineas_de_basura(self):
+        pon_motor(CHARLATAN)
+        self.explora()
+        self.viva()
+        self.app.lee(lambda t: t == "500000 elementos", "la cuenta", 60)
+        self.busca("algo", "500000 de 500000")
+        for _ in range(10):  # narrow and wide again, faster than the list follows
+            persona.teclas("x", "BackSpace")
+        self.lee("500000 de 500000")
+        self.vuelve_a_guardar()
+
+    def test_se_cuelga_o_inunda_al_listar(self):
+        for guion in ("espera 600000", "inunda 100000000"):
+            with self.subTest(guion=guion):
+                self.explora(guion, "espera 600000")
+                self.lee("leyendo el archivo…")
+                self.viva()
+                pon_guion(*LISTADO)
+                self.entrega(self.archivo.rename(self.casa / "otro.okz"))
+                self.lee("3 elementos")
+                self.vuelve_a_guardar()
+                self.cierra()
+                self.archivo.touch()
+
+    def test_recuperar_y_que_falle(self):
+        self.explora(*LISTADO)
+        self.pincha(self.fila("a.txt"))
+        persona.teclas("ctrl+a")
+        self.recuperables("Recuperar 3")
+        pon_guion("espera 900", "sale 0")
+        self.recupera("Recuperar 3", self.casa)
+        for i in range(1, 4):
+            self.lee(f"recuperando {i} de 3…")
+        self.recuperado()
+        self.app.pulsa("push button", "Volver")
+        self.recuperables("Recuperar 3")
+        pon_guion(r"error warning: error\nError: no cabe\n", "sale 1")
+        self.recupera("Recuperar todo", self.casa)
+        self.app.espera("push button", "Volver")
+        self.lee("no cabe")
+        self.accesible()
+        pon_guion(r"salida -0644          1 nuevo.txt\n", "sale 0")
+        self.app.pulsa("push button", "Volver")
+        self.lee("1 elementos")
+
+    def test_abrir_uno_a_la_vez_y_sus_fallos(self):
+        self.explora(*LISTADO)
+        pon_guion(f"argumentos {APUNTADO}", f"aguarda {YA}", "sale 1")
+        self.abre_fila(self.fila("a.txt"))
+        persona.hasta(APUNTADO.exists, "la primera apertura en marcha")
+        self.abre_fila(self.fila("b.txt"))
+        YA.touch()
+        mensaje = "No se pudo abrir «docs/a.txt»."
+        self.lee(mensaje)
+        ordenes = APUNTADO.read_bytes()
+        self.assertEqual(ordenes.count(b"extract\0"), 1)
+        self.assertIn(b"--file\0docs/a.txt\0", ordenes)
+        zona = persona.caja(self.app.espera("label", mensaje))
+        self.assertTrue(any(r > 160 and 60 < g < 190 and b < 90
+                            for r, g, b in persona.colores(*zona)), "no es naranja")
 
 
 if __name__ == "__main__":

@@ -35,15 +35,15 @@ class Gestores(Caso):
         (self.carpeta / "Fotos del viaje.OKZ").write_bytes(b"nada")
 
     def abre_gestor(self, clase, programa, **opciones):
-        self.app = clase(programa, self.carpeta, self.grabador, **opciones)
-        self.addCleanup(self._remata, self.app.proceso)
+        self.gestor = clase(programa, self.carpeta, self.grabador, **opciones)
+        self.addCleanup(self.remata, self.gestor.proceso)
 
     def pide(self, servicio, rotulo):
         """Until all that is in the folder arrives."""
         esperado = ["--servicio", servicio, *sorted(map(str, self.carpeta.iterdir()))]
 
         def todo():
-            dicho = self.app.pide(rotulo)
+            dicho = self.gestor.pide(rotulo)
             return dicho[:2] + sorted(dicho[2:]) == esperado or dicho
         insiste(todo, f"«{rotulo}» con todo")
 
@@ -57,8 +57,8 @@ class Gestores(Caso):
         self.abre_gestor(Gestor, "thunar")
 
         def ofrecido():
-            self.app.abre_menu()
-            return persona.hasta(lambda: self.app.orden(
+            self.gestor.abre_menu()
+            return persona.hasta(lambda: self.gestor.orden(
                 lambda nombre: "Orcalin" in nombre and "Open With" in nombre), "", 3) is not None
         insiste(ofrecido, "la orden de abrir")
 
@@ -71,7 +71,7 @@ class Gestores(Caso):
                 siembra()
                 self.abre_gestor(GestorDeTeclado, "pcmanfm-qt", desde_abajo=lugares)
                 self.pide(servicio, rotulo)
-                self.app.proceso.kill()
+                self.gestor.proceso.kill()
 
     def test_nautilus(self):
         """The extension by the library that Nautilus speaks to it with. Its

@@ -1,22 +1,24 @@
-"""Saving with the engine that the application brings."""
+"""Saving: what comes back of it, and that no engine, however it behaves, can
+hang the window or outlive it."""
 
 import os
-import signal
 import subprocess
+import time
 import unittest
 from pathlib import Path
 
 from caso import ARBOL, SESION, Caso, persona
 from huellas import RAROS, diferencias, siembra
+from instalado import YA, CasoInstalado, pon_guion
 
-MOTOR = Path(ARBOL) / "libexec/orcalin/orcalin"
 CLAVE = "la araña, ç 1º"
-GRANDE = "/usr/include/c++"
-PREGUNTA = "¿Salir sin terminar de guardar?"
+SIEMPRE = "espera 600000"
+CUARTO = r"error \n10/40 ficheros (25.0%), 7 MiB\n"
+MITAD = r"error \n20/40 ficheros (50.0%), 14 MiB\n"
 
 
-class Guardado(Caso):
-    def ida_y_vuelta(self, originales, propuesto, cifrado):
+class IdaYVuelta(Caso):
+    def guarda_y_compara(self, originales, propuesto, cifrado):
         """Through the window, back with the engine, and the same by name, content,
         mode, time and link."""
         archivo = self.casa / f"{len(os.listdir(self.casa))}.okz"
@@ -28,8 +30,8 @@ class Guardado(Caso):
         clave.write_text(CLAVE)
         sacado = archivo.with_suffix(".sacado")
         con_clave = ["--password-file", clave] if cifrado else []
-        subprocess.run([MOTOR, "extract", archivo, "-o", sacado, *con_clave],
-                       check=True, capture_output=True)
+        subprocess.run([f"{ARBOL}/libexec/orcalin/orcalin", "extract", archivo, "-o", sacado,
+                        *con_clave], check=True, capture_output=True)
         self.assertEqual(sorted(os.listdir(os.fsencode(sacado))),
                          sorted(os.path.basename(original) for original in originales))
         for original in originales:
@@ -40,8 +42,10 @@ class Guardado(Caso):
     def test_lo_que_se_guarda_vuelve_igual(self):
         raiz = os.fsencode(self.casa) + b"/\xc3\xa1rbol raro"
         siembra(raiz)
+        (self.casa / "suelto.okz").touch()  # alone it would be opened
+        varios = (*RAROS, b"carpetas", b"enlace roto", b"solo lectura", b"carpeta vac\xc3\xada",
+                  b"../suelto.okz")
         self.abre()
-        varios = (*RAROS, b"carpetas", b"enlace roto", b"solo lectura", b"carpeta vac\xc3\xada")
         for cifrado in (False, True):
             if cifrado:
                 self.cifra(CLAVE)
@@ -49,41 +53,105 @@ class Guardado(Caso):
                     ([raiz], "árbol raro.okz"),
                     ([raiz + b"/" + nombre for nombre in varios], "Archivo.okz"),
                     ([raiz + b"/no es UTF-8 \xe1\xff"], "no es UTF-8 \ufffd\ufffd.okz")):
-                self.ida_y_vuelta(originales, propuesto, cifrado)
-        self.cierra()
+                self.guarda_y_compara(originales, propuesto, cifrado)
 
 
-class Salida(Caso):
-    """Leaving while the engine is at work."""
+class Guionizado(CasoInstalado):
+    """The engine does as a script says."""
 
-    def test_no_queda_nada_a_medias(self):
-        for como in (lambda: self.app.pulsa("push button", "Salir"),
-                     lambda: self.app.proceso.send_signal(signal.SIGTERM)):
-            self.trabaja()
-            motores = self.motores()
-            persona.teclas("ctrl+q")
-            self.espera_panel(PREGUNTA)
-            persona.hasta(lambda: self.con_foco() == ("push button", "Seguir guardando"),
-                          "el foco en lo que no pierde nada")
-            self.todo_con_nombre()
-            persona.teclas("Escape")
-            self.espera_sin_panel()
-            self.assertEqual([motor.exists() for motor in motores], [True])
-            persona.teclas("ctrl+q")
-            self.espera_panel(PREGUNTA)
-            como()
-            self.acabada(*self.app.acaba())
-            self.assertEqual([motor.exists() for motor in motores], [False])
-            self.assertEqual(self.restos(), [])
+    def setUp(self):
+        super().setUp()
+        self.origen = self.casa / "carta.txt"
+        self.origen.write_bytes(bytes(1000))
+        self.guardados = 0
+        self.abre_instalada()
+        self.suelta(self.origen)
 
-    def trabaja(self):
-        self.abre()
-        self.suelta(GRANDE)
-        self.cifra(CLAVE)
+    def guarda(self, *guion):
+        pon_guion(*guion)
+        self.guardados += 1
+        self.guarda_en(self.casa / f"{self.guardados}.okz", "carta.txt.okz")
+        self.espera_sin_panel()
+
+    def espera_barra(self, texto):
+        """Whatever it says of the time that is left."""
+        def dice():
+            barra = self.app.busca("progress bar", "carta.txt")
+            return barra and barra.get_description().partition(" · ~")[0] == texto
+        persona.hasta(dice, f"la barra con «{texto}»")
+
+    def a_un_cuarto(self, *guion):
+        self.guarda(*guion)
+        self.espera_barra("25 %, 10 de 40 archivos")
+
+    def cancela(self):
+        self.app.pulsa("push button", "Cancelar")
+        self.falla_con("No se pudo guardar.")
+
+    def falla_con(self, mensaje):
+        self.app.espera("push button", "Volver")
+        self.lee(mensaje)
+        self.app.pulsa("push button", "Volver")
+        self.lee("carta.txt")
+
+    def acaba_bien(self):
+        self.lee("ahorras 667 bytes · 66% menos")
+
+    def test_un_motor_que_se_porta_mal(self):
         self.app.pulsa("check box", "Comprimir al máximo")
-        self.guarda_en(self.casa / "grande.okz", "c++.okz")
-        self.app.lee(lambda t: " archivos" in t and " de " in t, "la cuenta", 60)
-        self.assertEqual(len(list(SESION.tmp.glob("okz-*"))), 1)
+        self.cifra("ocho letras")
+        self.guarda(r"error age: deriving key\n", SIEMPRE)
+        self.espera_barra("preparando el cifrado…")
+        self.cancela()
+        self.a_un_cuarto("inunda 60000000", "espera 300", CUARTO, SIEMPRE)
+        self.viva()
+        self.cancela()
+        self.guarda(r"error \x00\xff\xfe\x80\x1b[2J\x00\n", "espera 100", "error 10/40 fiche",
+                    "espera 100", r"error ros (25.0%), 7 MiB\n", "espera 100", MITAD, SIEMPRE)
+        self.espera_barra("50 %, 20 de 40 archivos")
+        self.cancela()
+        self.a_un_cuarto(CUARTO, "espera 200", "cierra", SIEMPRE)
+        self.assertLess(self.procesador_durante(1), 0.5, "espera dando vueltas")
+        self.cancela()
+        self.guarda("senal 9")
+        self.falla_con("No se pudo guardar.")
+        self.assertTrue(self.marcada("Comprimir al máximo"))  # all is kept for another try
+        self.a_un_cuarto("ignora", CUARTO, f"aguarda {YA}", "sale 1")
+        self.app.pulsa("push button", "Cancelar")  # it does not listen
+        self.app.pulsa("check box", "Comprimir al máximo")
+        persona.hasta(lambda: not self.marcada("Comprimir al máximo"), "la casilla libre")
+        self.viva()
+        YA.touch()
+        self.falla_con("No se pudo guardar.")
+        self.guarda("escribe-destino 333", "sale 0")
+        self.acaba_bien()
+
+    def procesador_durante(self, segundos):
+        """Seconds of processor that the application takes in that time."""
+        def gastado():
+            dato = Path(f"/proc/{self.app.proceso.pid}/stat").read_text(encoding="utf-8")
+            campos = dato.rpartition(")")[2].split()
+            return (int(campos[11]) + int(campos[12])) / 100
+        antes = gastado()
+        time.sleep(segundos)
+        return gastado() - antes
+
+    def test_no_hace_caso_y_la_aplicacion_se_va(self):
+        self.cifra("otras letras")
+        self.a_un_cuarto("ignora", CUARTO, SIEMPRE)
+        motor, = self.motores()
+        self.cierra()
+        self.assertFalse(motor.exists())
+
+    def test_acaba_mientras_se_pregunta_si_salir(self):
+        self.a_un_cuarto(CUARTO, f"aguarda {YA}", "escribe-destino 333")
+        persona.teclas("alt+F4")  # the window manager's
+        self.espera_panel("¿Salir sin terminar de guardar?")
+        YA.touch()
+        self.espera_sin_panel()
+        self.acaba_bien()
+        persona.teclas("alt+F4")  # there is nothing left to ask about
+        self.acabada(*self.app.acaba())
 
 
 if __name__ == "__main__":

@@ -7,7 +7,7 @@ import time
 import unittest
 
 from buses import Bus, GLib
-from caso import ARBOL, SESION, Caso, persona
+from caso import SESION, Caso, persona
 from instalado import PREFIJO, instala
 
 APP = PREFIJO / "bin/orcalin-app"
@@ -35,14 +35,7 @@ class Servicios(Caso):
         self.pdf.write_text("hola\n")
         self.archivos = [self.casa / nombre for nombre in ("b.OKZ", "c.okz")]
         for archivo in self.archivos:
-            subprocess.run([f"{ARBOL}/libexec/orcalin/orcalin", "compress", self.pdf, "-o",
-                            archivo], check=True, capture_output=True)
-
-    def tearDown(self):
-        if self.app is not None:
-            self.cierra()
-
-    # What a test is made of.
+            self.comprime([self.pdf], archivo)
 
     def pide(self, metodo, *ficheros):
         self.bus.llama(NOMBRE, RUTA, "es.orcalin.Servicios", metodo, "(as)",
@@ -61,7 +54,7 @@ class Servicios(Caso):
     def la_arrancada(self):
         """The application that somebody else has started."""
         proceso = persona.Proceso(persona.hasta(self.quien, "la aplicación en el bus"))
-        self.addCleanup(self._remata, proceso)
+        self.addCleanup(self.remata, proceso)
         self.app = persona.Aplicacion(proceso)
 
     def abre(self, *ficheros, **opciones):
@@ -76,9 +69,6 @@ class Servicios(Caso):
     def explora(self, archivo):
         self.app.espera("text", f"Buscar dentro de {archivo.name}")
 
-    def al_frente(self):
-        persona.hasta(lambda: persona.delante() == self.app.ventana(), "la ventana delante")
-
     def tapa(self):
         """Another program's window, with the keyboard."""
         otro = subprocess.Popen(["xmessage", "-center", "otro programa"])
@@ -87,17 +77,10 @@ class Servicios(Caso):
         persona.hasta(lambda: persona.delante() not in ("", self.app.ventana()),
                       "el otro programa delante")
 
-    def minimiza(self):
-        ventana = self.app.ventana()
-        subprocess.run(["xdotool", "windowminimize", ventana], check=True)
-        persona.hasta(lambda: persona.delante() != ventana, "la ventana minimizada")
-
     def ficha_es(self, ficha):
         persona.hasta(lambda: f'"{ficha}"' in subprocess.run(
             ["xprop", "-id", self.app.ventana(), "_NET_STARTUP_ID"], capture_output=True,
             text=True, check=True).stdout, f"la ficha {ficha}")
-
-    # The services.
 
     def test_el_bus_la_arranca_y_la_acaba(self):
         with self.assertRaises(GLib.Error) as rechazo:
@@ -111,6 +94,11 @@ class Servicios(Caso):
         # From the browser to the compression screen, an archive too.
         self.pide("comprimir", self.archivos[1])
         self.lee("c.okz")
+        self.app.pulsa("push button", "Guardar")
+        self.espera_panel("Guardar")
+        self.pide("abrir", self.archivos[0])
+        self.espera_sin_panel()  # what it asked for is gone
+        self.explora(self.archivos[0])
         with self.assertRaises(GLib.Error) as rechazo:
             self.actua("volar")
         self.assertIn("No hay ninguna acción «volar».", rechazo.exception.message)
@@ -147,38 +135,41 @@ class Servicios(Caso):
         self.la_arrancada()
         self.explora(self.archivos[0])
 
-    # One process.
-
     def test_el_segundo_arranque_entrega_y_acaba(self):
+        copia = SESION.tmp / "orcalin-ver/copia.txt"
+        copia.parent.mkdir(mode=0o700)
+        copia.touch()
         self.abre(self.archivos[0])
         self.explora(self.archivos[0])
-        copia = SESION.tmp / "orcalin-ver/una/copia.txt"
-        copia.parent.mkdir(parents=True)
+        self.assertFalse(copia.parent.exists())  # left over from another time
+        copia.parent.mkdir(mode=0o700)
         copia.touch()
-        for quita_de_la_vista in (self.tapa, self.minimiza):
-            with self.subTest(quita_de_la_vista=quita_de_la_vista.__name__):
-                ventana = self.app.ventana()
-                quita_de_la_vista()
-                self.assertEqual(self.orden("c.okz"), (0, "", ""))
-                self.explora(self.archivos[1])
-                self.al_frente()
-                self.assertEqual(self.app.ventana(), ventana)
+        ventana = self.app.ventana()
+        for quita_de_la_vista in (self.tapa, self.app.minimiza):
+            quita_de_la_vista()
+            self.assertEqual(self.orden("c.okz"), (0, "", ""))
+            self.explora(self.archivos[1])
+            self.app.espera_delante()
+            self.assertEqual(self.app.ventana(), ventana)
         self.assertEqual(self.quien(), self.app.proceso.pid)
-        self.orden(self.pdf)
+        self.orden(self.pdf)  # is no archive
         self.explora(self.archivos[1])
         self.assertEqual(self.orden("--espera")[0], 0)
         self.assertTrue(copia.exists())  # what the first has open is not the others' to tidy up
 
+    def lanza_los_dos(self, entorno):
+        dos = [persona.lanza(APP, [archivo], entorno) for archivo in self.archivos]
+        for proceso in dos:
+            self.addCleanup(self.remata, proceso)
+        return dos
+
     def test_dos_a_la_vez_son_uno_y_sin_bus_dos(self):
-        sin_bus = dict(SESION.entorno(), DBUS_SESSION_BUS_ADDRESS="unix:path=/no/hay")
-        dos, sueltos = ([persona.lanza(APP, [archivo], entorno) for archivo in self.archivos]
-                        for entorno in (SESION.entorno(), sin_bus))
-        for proceso in (*dos, *sueltos):
-            self.addCleanup(self._remata, proceso)
+        dos = self.lanza_los_dos(SESION.entorno())
         persona.hasta(lambda: any(p.poll() == 0 for p in dos), "el fin de uno de los dos")
         self.app = persona.Aplicacion(next(p for p in dos if p.poll() is None))
         self.app.espera("push button", "Guardar algo")
-        for suelto in sueltos:
+        sin_bus = dict(SESION.entorno(), DBUS_SESSION_BUS_ADDRESS="unix:path=/no/hay")
+        for suelto in self.lanza_los_dos(sin_bus):
             subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--pid",
                             str(suelto.pid), "--name", "orcalin"], check=True,
                            capture_output=True, timeout=20)
@@ -195,9 +186,7 @@ class Servicios(Caso):
         self.abre(self.archivos[0], entorno=dict(
             entorno, DESKTOP_STARTUP_ID="uno_TIME5", XDG_ACTIVATION_TOKEN="dos"))
         self.ficha_es("uno_TIME5")
-        fila = self.app.espera("list item", "a.pdf, archivo, 5 bytes")
-        subprocess.run(["xdotool", "mousemove", *map(str, persona.centro(fila)), "click",
-                        "--repeat", "2", "--delay", "60", "1"], check=True)
+        self.abre_fila(self.fila("a.pdf"))
         persona.hasta(visto.exists, "lo abierto")
         self.assertNotIn("uno_TIME5", visto.read_text())
         self.assertNotIn("XDG_ACTIVATION_TOKEN", visto.read_text())

@@ -135,6 +135,13 @@ class Faltas(Caso):
         self.assertEqual(lineas[-1], f"1/1 ficheros (100.0%), {GRANDE} MiB")
         self.assertEqual((self.extrae() / "c/1").read_bytes(), self.antes)
 
+    def test_la_carpeta_del_archivo_cambia_de_sitio(self):
+        self.okz = self.pon("donde/a.okz")
+        lineas = self.guarda_mientras(lambda _: self.okz.parent.rename(self.d / "allí"))
+        self.assertIn("ya no está donde estaba", lineas[-1])
+        self.okz = self.d / "allí/a.okz"
+        self.assertEqual(list(self.lista()), ["c", "c/1"])
+
 
 if __name__ == "__main__":
     unittest.main()
