@@ -83,8 +83,7 @@ class Matar(Cortado):
     def test_lo_que_se_limpia_y_lo_que_no(self):
         resto, vivo = ".orcalin-1-22.tmp", f".orcalin-{os.getpid()}-3.tmp"
         sitio = self.d / "sitio"
-        for nombre in (resto, vivo, ".orcalin-1-2.tmp.txt", ".orcalin-1-.tmp", ".orcalin--2.tmp",
-                       "orcalin-1-2.tmp", ".orcalin-1-2-3.tmp"):
+        for nombre in (resto, vivo, ".orcalin-1-2.tmp.txt", ".orcalin-1-.tmp", ".orcalin-1-2-3.tmp"):
             self.pon(f"sitio/{nombre}")
         (sitio / ".orcalin-1-4.tmp").symlink_to(self.clave)
         (sitio / ".orcalin-1-5.tmp").mkdir()
@@ -202,7 +201,8 @@ class DiscoLleno(Cortado):
             self.assertEqual(viejo.read_text(), "el de antes")
             viejo.unlink()
             self.compara_lo_que_hay(self.disco / "c", buenos)
-            subprocess.run(["rm", "-r", self.disco / "c", self.disco / "estorbo"], check=True)
+            shutil.rmtree(self.disco / "c")
+            (self.disco / "estorbo").unlink()
 
 
 class SinMedios(Cortado):
@@ -213,18 +213,17 @@ class SinMedios(Cortado):
         self.comprime(self.clave)
         viejo = self.okz.read_bytes()
         for opciones in (("--level", "3"), ("--max",), ("--level", "1", *self.en_clave)):
-            for limite in ("-n 5", "-n 8", *(f"-v {m << 10}" for m in (12, 20, 40, 160))):
+            for limite in ("-n 5", "-n 8", "-v 12000", "-v 20000", "-v 40000", "-v 160000"):
                 if not self.sale_con(limite, "compress", self.c, "-o", self.okz, *opciones):
                     self.assertEqual(self.okz.read_bytes(), viejo, limite)
                 self.okz.write_bytes(viejo)
             self.comprime(self.c, *opciones, nivel=None)
-            todo = self.okz.read_bytes()
-            for datos in (todo, todo[:-1])[:1 if "--encrypt" in opciones else 2]:  # and without an index
-                self.okz.write_bytes(datos)
-                for limite in ("-n 8", *(f"-v {m << 10}" for m in (12, 16, 24, 32, 64))):
-                    for orden in (("list",), ("check",), ("extract", "-o", self.salida)):
-                        sale = self.sale_con(limite, orden[0], self.okz, *orden[1:], *self.con)
-                        self.assertTrue(sale or "-v" in limite, orden)
+            if "--encrypt" not in opciones:
+                self.okz.write_bytes(self.okz.read_bytes()[:-1])  # without an index
+            for limite in ("-n 8", "-v 12000", "-v 16000", "-v 24000", "-v 32000", "-v 64000"):
+                for orden in (("list",), ("check",), ("extract", "-o", self.salida)):
+                    sale = self.sale_con(limite, orden[0], self.okz, *orden[1:], *self.con)
+                    self.assertTrue(sale or "-v" in limite, orden)
             self.okz.write_bytes(viejo)
 
     def sale_con(self, limite, *orden):
