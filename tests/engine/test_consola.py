@@ -2,7 +2,6 @@
 
 import fcntl
 import os
-import pathlib
 import re
 import shutil
 import struct
@@ -10,9 +9,8 @@ import subprocess
 import termios
 import unittest
 
-from motor import Caso, MEBI, MOTOR, PROGRESO, cambiado, desordenado, en_terminal
+from motor import Caso, MEBI, MOTOR, PROGRESO, RAIZ, cambiado, desordenado, en_terminal
 
-RAIZ = pathlib.Path(__file__).resolve().parents[2]
 ORDENES = ("compress", "list", "extract", "check")
 COLUMNAS = 40
 

@@ -7,7 +7,8 @@ import tarfile
 import unittest
 
 from fuzz import semillas
-from motor import MEBI, MOTOR, Caso, desordenado, foto
+from motor import MEBI, MOTOR, Caso, desordenado
+from huellas import huella
 
 FICHERO, CARPETA, ENLACE, DURO = tarfile.REGTYPE, tarfile.DIRTYPE, tarfile.SYMTYPE, tarfile.LNKTYPE
 
@@ -81,9 +82,9 @@ class Hostiles(Caso):
 
     def rechaza(self, *entradas):
         self.tar(*entradas)
-        antes = foto(self.fuera), {p.name for p in self.d.iterdir()}
+        antes = huella(self.fuera), {p.name for p in self.d.iterdir()}
         self.error_al_sacar()
-        self.assertEqual((foto(self.fuera), {p.name for p in self.d.iterdir()}), antes, entradas)
+        self.assertEqual((huella(self.fuera), {p.name for p in self.d.iterdir()}), antes, entradas)
         self.assertEqual((self.salida / "bien").read_text(), "bien")
 
     def test_un_enlace_ya_estaba(self):
