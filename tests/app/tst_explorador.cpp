@@ -107,9 +107,9 @@ private slots:
     void loQueDiceUnaFila() {
         EscritorioFalso escritorio;
         Filas filas(escritorio);
-        filas.ponContenido(
-            preparaContenido({entrada('d', "fotos/"), entrada('-', "fotos/a/b.jpg", 1234),
-                              entrada('l', "e"), entrada('h', "h", 9), entrada('x', "x", 9)}));
+        filas.ponContenido(preparaContenido({entrada('d', "fotos/"),
+                                             entrada('-', "fotos/a/b.jpg", 1234), entrada('l', "e"),
+                                             entrada('h', "/h/i//j", 9), entrada('x', "//", 9)}));
         const auto dice = [&](int fila) {
             QStringList todo;
             for (const int papel :
@@ -119,7 +119,8 @@ private slots:
         };
         const QStringList dicho{"fotos||folder||fotos, carpeta",
                                 "b.jpg|fotos/a|doc|1234 b|b.jpg, en fotos/a, archivo, 1234 b",
-                                "e||link||e, enlace", "h||link||h, enlace", "x||doc||x, archivo"};
+                                "e||link||e, enlace", "j|h/i|link||j, en h/i, enlace",
+                                "//||doc||//, archivo"};
         for (int fila = 0; fila < dicho.size(); ++fila)
             QCOMPARE(dice(fila), dicho[fila]);
     }

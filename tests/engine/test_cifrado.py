@@ -147,7 +147,3 @@ class Manipulado(Caso):
                                (cambiado(self.bueno, -1), DANO), (self.bueno[:-SELLADO], CORTADO),
                                (self.bueno[:-SELLADO + 9], CORTADO)):
             self.assertEqual(self.con_datos(nuevo), mensaje)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -7,7 +7,6 @@ import shutil
 import struct
 import subprocess
 import termios
-import unittest
 
 from motor import Caso, MEBI, MOTOR, PROGRESO, RAIZ, cambiado, desordenado, en_terminal
 
@@ -132,7 +131,3 @@ class Ayuda(Caso):
             r = subprocess.run(["bash", "-c", guion, "bash", RAIZ / "datos/completado/orcalin.bash",
                                 "orcalin", *palabras], cwd=self.d, capture_output=True, check=True)
             self.assertEqual((sorted(r.stdout.decode().split("\n")[:-1]), r.stderr), (propuestas, b""))
-
-
-if __name__ == "__main__":
-    unittest.main()

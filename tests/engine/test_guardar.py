@@ -2,7 +2,6 @@
 
 import os
 import pathlib
-import unittest
 
 from motor import Caso, MEBI, PROGRESO, desordenado
 
@@ -141,7 +140,3 @@ class Faltas(Caso):
         self.assertIn("ya no está donde estaba", lineas[-1])
         self.okz = self.d / "allí/a.okz"
         self.assertEqual(list(self.lista()), ["c", "c/1"])
-
-
-if __name__ == "__main__":
-    unittest.main()

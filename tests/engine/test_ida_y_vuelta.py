@@ -4,7 +4,6 @@ import os
 import random
 import re
 import struct
-import unittest
 
 from motor import Caso, MEBI, NADIE, age
 from huellas import diferencias, siembra
@@ -177,7 +176,3 @@ class Fronteras(Caso):
         self.assertEqual((self.extrae("--file", "f") / "f").read_bytes(), fichero.read_bytes())
         self.sh('xz -tq "$1" && bsdtar -xf "$1"', self.d / "fuera")
         self.assertEqual((self.d / "fuera/f").read_bytes(), fichero.read_bytes())
-
-
-if __name__ == "__main__":
-    unittest.main()
