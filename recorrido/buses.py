@@ -47,13 +47,24 @@ class Bus:
         return self.bus.call_sync(nombre, objeto, interfaz, metodo,
                                   GLib.Variant(firma, argumentos), None, 0, 5000, None).unpack()
 
+    def al_bus(self, metodo, firma="()", *argumentos):
+        """A question to the bus itself."""
+        return self.llama("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                          metodo, firma, *argumentos)
+
+    def proceso_de(self, nombre):
+        """The process that has the name, or none."""
+        if not self.al_bus("NameHasOwner", "(s)", nombre)[0]:
+            return None
+        return self.al_bus("GetConnectionUnixProcessID", "(s)", nombre)[0]
+
     def oye(self, interfaz, senal):
         """A list that fills with the arguments of the signal."""
         oidas = []
         self._alli(lambda: self.bus.signal_subscribe(
             None, interfaz, senal, None, None, 0,
             lambda *dicho: oidas.append(dicho[5].unpack())))
-        self.llama("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId")
+        self.al_bus("GetId")
         return oidas
 
     def ofrece(self, nombre, objeto, xml, atiende):
@@ -65,8 +76,7 @@ class Bus:
                 invocacion.return_value(respuesta)
         interfaz = Gio.DBusNodeInfo.new_for_xml(xml).interfaces[0]
         self._alli(lambda: self.bus.register_object(objeto, interfaz, llamada, None, None))
-        self.llama("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "RequestName", "(su)",
-                   nombre, 4)
+        self.al_bus("RequestName", "(su)", nombre, 4)
 
     def emite(self, objeto, interfaz, senal, argumentos):
         self.bus.emit_signal(None, objeto, interfaz, senal, argumentos)

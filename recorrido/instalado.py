@@ -45,9 +45,9 @@ class CasoInstalado(Caso):
         YA.unlink(missing_ok=True)
         pon_actor()
 
-    def abre_instalada(self, *ficheros):
+    def abre_instalada(self, *ficheros, entorno=None):
         self.abre(*ficheros, binario=PREFIJO / "bin/orcalin-app",
-                  entorno=dict(SESION.entorno(), ACTOR_GUION=str(GUION)))
+                  entorno=dict(entorno or SESION.entorno(), ACTOR_GUION=str(GUION)))
 
     def viva(self):
         """It answers at once, and its menu opens and closes."""

@@ -40,9 +40,9 @@ class PasosTeclado(PasosExplorador):
         self.persona.teclea(str(texto))
         self.persona.teclas("Return")
 
-    def renuncia(self, panel):
+    def renuncia(self, panel, rotulo="Nombre de fichero:"):
         self.espera_panel(panel)
-        self.app.espera_foco(self.app.espera("text", "Nombre de fichero:"))
+        self.app.espera_foco(self.app.espera("text", rotulo))
         self.persona.teclas("Escape")
         self.espera_sin_panel()
 

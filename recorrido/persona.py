@@ -62,6 +62,16 @@ def tiene(nodo, estado):
     return nodo.get_state_set().contains(getattr(Atspi.StateType, estado))
 
 
+def raiz_de(pid):
+    """The program of a process on the accessibility bus; None: not yet there."""
+    escritorio = Atspi.get_desktop(0)
+    for i in range(escritorio.get_child_count()):
+        aplicacion = escritorio.get_child_at_index(i)
+        if aplicacion is not None and aplicacion.get_process_id() == pid:
+            return aplicacion
+    return None
+
+
 class Proceso:
     """A process that others started, with what is asked of one's own."""
 
@@ -103,12 +113,7 @@ class Aplicacion:
     def _busca_raiz(self):
         if self.proceso.poll() is not None:
             raise NoVisto(f"la aplicación acabó: {self.proceso.stderr.read().decode()}")
-        escritorio = Atspi.get_desktop(0)
-        for i in range(escritorio.get_child_count()):
-            aplicacion = escritorio.get_child_at_index(i)
-            if aplicacion is not None and aplicacion.get_process_id() == self.proceso.pid:
-                return aplicacion
-        return None
+        return raiz_de(self.proceso.pid)
 
     def visibles(self):
         """Every control on screen as (role, name, node)."""
@@ -180,9 +185,14 @@ class Aplicacion:
         hasta(lambda: delante() == self.ventana(), "la ventana delante")
 
     def minimiza(self):
-        ventana = self.ventana()
-        subprocess.run(["xdotool", "windowminimize", ventana], check=True)
-        hasta(lambda: delante() != ventana, "la ventana minimizada")
+        """Until it knows: of a focus that goes it takes some time to be sure."""
+        marco = self.espera("frame", "orcalin")
+        subprocess.run(["xdotool", "windowminimize", self.ventana()], check=True)
+
+        def enterada():
+            marco.clear_cache()
+            return not tiene(marco, "ACTIVE")
+        hasta(enterada, "la ventana minimizada")
 
     def foto(self, destino, nombre="orcalin"):
         """A picture of the window, with what the window manager puts around it."""

@@ -1,5 +1,5 @@
-"""A default application of the desktop for text files, registered as any other
-is. It writes down what it was asked to open."""
+"""A default application of the desktop for a type of file, registered as any
+other is. It writes down what it was asked to open."""
 
 import os
 from pathlib import Path
@@ -12,7 +12,7 @@ ENTRADA = """[Desktop Entry]
 Type=Application
 Name=Visor
 Exec={guion} %f
-MimeType=text/plain;
+MimeType={tipo};
 """
 OTRO_ESCRITORIO = """#!/bin/sh
 unset XDG_CURRENT_DESKTOP KDE_SESSION_VERSION
@@ -29,14 +29,14 @@ exec file --brief --dereference --mime-type -- "$fichero"
 class Visor:
     """Registers itself in an application's environment; once for each."""
 
-    def __init__(self, entorno):
+    def __init__(self, entorno, tipo="text/plain"):
         datos = Path(entorno["XDG_DATA_HOME"])
         self._dicho = datos / "visor.dicho"
         self._programa(datos / "visor", GUION.format(dicho=self._dicho))
         self._escribe(datos / "applications/visor.desktop",
-                      ENTRADA.format(guion=datos / "visor"))
+                      ENTRADA.format(guion=datos / "visor", tipo=tipo))
         self._escribe(Path(entorno["XDG_CONFIG_HOME"]) / "mimeapps.list",
-                      "[Default Applications]\ntext/plain=visor.desktop\n")
+                      f"[Default Applications]\n{tipo}=visor.desktop\n")
         # A desktop that is only named has no opener of its own.
         self._programa(datos / "bin/kde-open5", OTRO_ESCRITORIO)
         self._programa(datos / "bin/mimetype", TIPO)

@@ -18,7 +18,7 @@ void bus::avisa(const QString &texto) {
                                                   QStringLiteral("org.freedesktop.Notifications"),
                                                   QStringLiteral("Notify"));
     const QString nombre = QLatin1String(kNombre); // the icon's and the desktop file's as well
-    mensaje << QStringLiteral("orcalin") << 0U << nombre << QStringLiteral("orcalin") << texto
+    mensaje << QStringLiteral("Orcalin") << 0U << nombre << QStringLiteral("Orcalin") << texto
             << QStringList() << QVariantMap{{QStringLiteral("desktop-entry"), nombre}} << -1;
     QDBusConnection::sessionBus().call(mensaje, QDBus::Block, kEspera);
 }

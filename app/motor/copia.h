@@ -7,6 +7,9 @@
 /// The copy of an entry that the engine was to extract. Any thread.
 namespace copia {
 
+/// A symbolic link counts as there if what it leads to is, or as it stands.
+enum class Enlaces { Sigue, Tal };
+
 /// Where the entry `ruta`, as the engine listed it (UTF-8), lies below
 /// `carpeta`; none when nothing is there. A path that would lead out of the
 /// folder finds nothing, nor does one that names the folder itself.
@@ -15,9 +18,6 @@ namespace copia {
 /// (`\\` for a backslash, `\xNN` for a byte), and the copy has the real name. So
 /// a path is tried as it stands and then with the escapes undone; with an
 /// engine that does not escape the first finds it.
-///
-/// A symbolic link counts as there if what it leads to is, or as it stands.
-enum class Enlaces { Sigue, Tal };
 std::optional<QByteArray> busca(const QByteArray &carpeta, const QByteArray &ruta,
                                 Enlaces enlaces = Enlaces::Sigue);
 

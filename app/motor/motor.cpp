@@ -1,5 +1,6 @@
 #include "motor.h"
 
+#include "fondo.h"
 #include "proceso.h"
 #include "ruta.h"
 #include "tamano.h"
@@ -16,7 +17,9 @@ void Motor::ponEstado(Estado estado) {
 }
 
 void Motor::limpiaTemporales() {
-    visor::limpia(visor::carpeta());
+    const QByteArray carpeta = visor::carpeta();
+    visor::aparta(carpeta);
+    enFondo([carpeta] { visor::limpiaApartadas(carpeta); });
 }
 
 qint64 Motor::tamano(const QUrl &de) {

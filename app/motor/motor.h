@@ -53,7 +53,8 @@ public:
     static std::optional<QUrl> binario();
 
     /// Removes the folder of copies extracted for viewing, "orcalin-ver" in the
-    /// temporary folder. Never fails visibly. Any thread.
+    /// temporary folder: it is out of the way when this returns, and what it
+    /// held goes in the background. Never fails visibly. Any thread.
     static void limpiaTemporales();
 
     /// Bytes of a file, or of the regular files below a folder; 0 for what

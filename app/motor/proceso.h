@@ -74,8 +74,8 @@ public:
     /// waits for ever, or until `terminaTodos`. Blocks; any thread.
     [[nodiscard]] static Corrida corre(const Orden &orden, Lee que);
 
-    /// Asks the child to end (SIGTERM), also one that has been stopped. Nothing happens before the
-    /// launch or after the end.
+    /// Asks the child to end (SIGTERM), also one that has been stopped. Nothing
+    /// happens before the launch or after the end.
     void termina();
 
     /// Asks every child of this process to end, waits up to `gracia` for their

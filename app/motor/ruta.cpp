@@ -63,3 +63,7 @@ QByteArray ruta::temporal() {
 QByteArray ruta::nombreUnico() {
     return QUuid::createUuid().toByteArray(QUuid::WithoutBraces).toUpper();
 }
+
+bool ruta::esNombreUnico(const QByteArray &nombre) {
+    return nombre.size() == nombreUnico().size() && !QUuid::fromString(nombre).isNull();
+}

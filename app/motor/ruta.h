@@ -43,4 +43,7 @@ QByteArray temporal();
 /// A name that nothing else has: a random UUID, 36 characters in upper case.
 QByteArray nombreUnico();
 
+/// Whether a name has that form.
+bool esNombreUnico(const QByteArray &nombre);
+
 } // namespace ruta

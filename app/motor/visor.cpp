@@ -2,6 +2,7 @@
 
 #include "ruta.h"
 
+#include <cstdio>
 #include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -51,11 +52,28 @@ QString visor::sinCarpeta() {
     return QStringLiteral("No se pudo preparar la carpeta de las copias.");
 }
 
-void visor::limpia(const QByteArray &visor) {
-    if (!esCarpetaPropia(visor, 0))
+void visor::aparta(const QByteArray &visor) {
+    if (esCarpetaPropia(visor, 0))
+        (void)std::rename(visor.constData(), (visor + '-' + ruta::nombreUnico()).constData());
+}
+
+void visor::limpiaApartadas(const QByteArray &visor) {
+    const std::string principio = visor.toStdString() + '-';
+    std::error_code fallo;
+    fs::directory_iterator vecinas(fs::path(principio).parent_path(), fallo);
+    for (; !fallo && vecinas != fs::directory_iterator(); vecinas.increment(fallo)) {
+        const QByteArray vecina = QByteArray::fromStdString(vecinas->path().string());
+        if (vecina.startsWith(principio.c_str()) &&
+            ruta::esNombreUnico(vecina.mid(static_cast<qsizetype>(principio.size()))))
+            limpia(vecina);
+    }
+}
+
+void visor::limpia(const QByteArray &carpeta) {
+    if (!esCarpetaPropia(carpeta, 0))
         return;
-    const fs::path carpeta = visor.toStdString();
-    permiteBorrar(carpeta);
+    const fs::path raiz = carpeta.toStdString();
+    permiteBorrar(raiz);
     std::error_code ignorado;
-    fs::remove_all(carpeta, ignorado);
+    fs::remove_all(raiz, ignorado);
 }

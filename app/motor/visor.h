@@ -22,8 +22,16 @@ std::optional<QByteArray> nuevaCarpeta(const QByteArray &visor);
 /// What to say when there is none.
 QString sinCarpeta();
 
-/// Removes it with all it holds, if it is a real folder of this user's; what
-/// cannot be removed stays.
-void limpia(const QByteArray &visor);
+/// Takes it out of the way, if it is a real folder of this user's: copies made
+/// from now on go into another. Never takes long.
+void aparta(const QByteArray &visor);
+
+/// Removes what was taken out of the way, also by a run that did not come to
+/// remove it.
+void limpiaApartadas(const QByteArray &visor);
+
+/// Removes a folder of copies with all it holds, if it is a real one of this
+/// user's; what cannot be removed stays.
+void limpia(const QByteArray &carpeta);
 
 } // namespace visor

@@ -98,12 +98,18 @@ FocusScope {
             }
             Item { Layout.fillWidth: true }
             Texto {
+                id: motivo
                 visible: text !== ""
                 text: panel.explorador.abrirFallo
                 color: Tema.naranja
                 font.pixelSize: Tema.leyenda
                 Layout.fillWidth: true
                 Layout.maximumWidth: implicitWidth + 1
+                HoverHandler { id: sobreElFallo }
+                Pista {
+                    text: motivo.text
+                    visible: motivo.truncated && sobreElFallo.hovered
+                }
             }
             Item {
                 visible: panel.explorador.abrirFallo !== ""

@@ -1,8 +1,10 @@
 // What all jobs share: the locator, the state, the password file, sizes.
 #include "banco.h"
 #include "motor/clave.h"
+#include "motor/fondo.h"
 #include "motor/ruta.h"
 
+#include <QDir>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -75,8 +77,13 @@ private slots:
         banco.fichero("orcalin-ver/UUID/solo-lectura/copia", "x");
         ::chmod(banco.ruta("orcalin-ver/UUID/solo-lectura/copia").constData(), 0444);
         ::chmod(banco.ruta("orcalin-ver/UUID/solo-lectura").constData(), 0500);
+        banco.fichero("orcalin-ver-9B1DE3D4-0C5A-4A52-9E2C-2F1D6B7A8C90/de-antes", "x");
+        banco.fichero("orcalin-ver-mío", "x");
         Motor::limpiaTemporales();
         QVERIFY(!banco.hay("orcalin-ver"));
+        colaDeFondo().waitForDone();
+        const QDir temporal(QString::fromUtf8(banco.ruta("")), "orcalin-ver*");
+        QCOMPARE(temporal.entryList(), QStringList("orcalin-ver-mío"));
 
         banco.fichero("ajena/suya/importante", "x");
         ::chmod(banco.ruta("ajena/suya").constData(), 0500);

@@ -14,7 +14,6 @@ APP = PREFIJO / "bin/orcalin-app"
 NOMBRE = "es.orcalin.Orcalin"
 RUTA = "/es/orcalin/Orcalin"
 SERVICIO = PREFIJO / f"share/dbus-1/services/{NOMBRE}.service"
-BUS = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
 NO_ES = "Eso no es un archivo .okz."
 
 
@@ -25,9 +24,9 @@ class Servicios(Caso):
         cls.bus = Bus()
         cls.addClassCleanup(cls.bus.cierra)
         entorno = SESION.entorno()
-        cls.bus.llama(*BUS, "UpdateActivationEnvironment", "(a{ss})",
-                      {clave: entorno[clave] for clave in ("TMPDIR", "XDG_CONFIG_HOME")})
-        cls.bus.llama(*BUS, "ReloadConfig")
+        cls.bus.al_bus("UpdateActivationEnvironment", "(a{ss})",
+                       {clave: entorno[clave] for clave in ("TMPDIR", "XDG_CONFIG_HOME")})
+        cls.bus.al_bus("ReloadConfig")
 
     def setUp(self):
         super().setUp()
@@ -46,10 +45,7 @@ class Servicios(Caso):
                        accion, [], {})
 
     def quien(self):
-        """The process that has the name, or none."""
-        if not self.bus.llama(*BUS, "NameHasOwner", "(s)", NOMBRE)[0]:
-            return None
-        return self.bus.llama(*BUS, "GetConnectionUnixProcessID", "(s)", NOMBRE)[0]
+        return self.bus.proceso_de(NOMBRE)
 
     def la_arrancada(self):
         """The application that somebody else has started."""
@@ -125,10 +121,10 @@ class Servicios(Caso):
         self.assertEqual(dicho, (1, "", NO_ES + "\n"))
 
     def test_la_entrada_de_menu_sin_fichero_de_servicio(self):
-        self.addCleanup(self.bus.llama, *BUS, "ReloadConfig")
+        self.addCleanup(self.bus.al_bus, "ReloadConfig")
         self.addCleanup(SERVICIO.write_text, SERVICIO.read_text())
         SERVICIO.unlink()
-        self.bus.llama(*BUS, "ReloadConfig")
+        self.bus.al_bus("ReloadConfig")
         self.assertEqual(self.orden("--servicio", "abrir", self.pdf), (1, "", NO_ES + "\n"))
         self.assertIsNone(self.quien())
         self.assertEqual(self.orden("--servicio", "abrir", self.archivos[0])[0], 0)
