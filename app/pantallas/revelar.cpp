@@ -3,9 +3,22 @@
 #include "escritorio/escritorio.h"
 #include "motor/ruta.h"
 
+#include <unistd.h>
+
+namespace {
+
+QString dondeEsta(const QUrl &url) {
+    const QByteArray ruta = ruta::nativa(url);
+    const QString frase = ::access(ruta.constData(), F_OK) == 0
+                              ? QStringLiteral("Está en «%1».")
+                              : QStringLiteral("Ya no está en «%1».");
+    return frase.arg(QString::fromUtf8(ruta));
+}
+
+} // namespace
+
 void revelaOAvisa(Escritorio &escritorio, const QUrl &url) {
     escritorio.revela(url, [&escritorio, url] {
-        escritorio.avisa(Aviso::Siempre, QStringLiteral("No hay con qué mostrarlo"),
-                         QStringLiteral("Está en «%1».").arg(QString::fromUtf8(ruta::nativa(url))));
+        escritorio.avisa(Aviso::Siempre, QStringLiteral("No se pudo mostrar"), dondeEsta(url));
     });
 }

@@ -4,6 +4,6 @@
 
 class Escritorio;
 
-/// Shows in the file manager what a job has made; where nothing can show it, the
-/// user is told where it is. Main thread only.
+/// Shows in the file manager what a job has made. Where that cannot be done, the
+/// user is told where it is, or that it is gone. Main thread only.
 void revelaOAvisa(Escritorio &escritorio, const QUrl &url);
