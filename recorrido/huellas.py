@@ -71,14 +71,16 @@ def _contenido(ruta, modo):
 
 def huella(raiz):
     """{path below the root: (kind and mode, mtime in ns, content or target, the
-    first name of the same file)}."""
+    first name of the same file, extended attributes)}."""
     raiz = os.fsencode(raiz)
     todas, primeros = {}, {}
     for ruta in sorted(_rutas(raiz)):
         dato = os.lstat(ruta)
         corta = os.path.relpath(ruta, raiz)
         todas[corta] = (oct(dato.st_mode), dato.st_mtime_ns, _contenido(ruta, dato.st_mode),
-                        primeros.setdefault((dato.st_dev, dato.st_ino), corta))
+                        primeros.setdefault((dato.st_dev, dato.st_ino), corta),
+                        {atributo: os.getxattr(ruta, atributo, follow_symlinks=False)
+                         for atributo in os.listxattr(ruta, follow_symlinks=False)})
     return todas
 
 

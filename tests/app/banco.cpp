@@ -17,10 +17,6 @@
 
 namespace {
 
-void creaSuCarpeta() {
-    QVERIFY(QDir().mkpath(QFileInfo(QFile::decodeName(sitioDelMotor())).path()));
-}
-
 QString enPalabras(const Motor::Estado &estado) {
     if (const auto *ahora = std::get_if<Motor::Trabajando>(&estado))
         return QStringLiteral("%1 % ").arg(std::lround(ahora->pct * 100)) + ahora->detalle +
@@ -41,12 +37,6 @@ QByteArray sitioDelMotor() {
            "/../libexec/orcalin/orcalin";
 }
 
-int cuantos(const char *carpeta) {
-    return static_cast<int>(QDir(QString::fromLatin1(carpeta))
-                                .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
-                                .size());
-}
-
 QUrl url(const char *ruta) {
     return ruta::url(QByteArray(ruta));
 }
@@ -56,6 +46,7 @@ Banco::Banco()
     , m_home(qgetenv("HOME")) {
     qputenv("TMPDIR", QFile::encodeName(m_carpeta.path()));
     qputenv("HOME", QFile::encodeName(m_carpeta.path()));
+    QDir().mkpath(QFileInfo(QFile::decodeName(sitioDelMotor())).path());
     quitaMotor();
 }
 
@@ -116,7 +107,6 @@ void Banco::enlace(const QByteArray &a, const QByteArray &nombre) const {
 
 void Banco::ponMotor(const Guion &guion) const {
     quitaMotor();
-    creaSuCarpeta();
     QVERIFY(::symlink(ACTOR, sitioDelMotor().constData()) == 0);
     fichero("guion", guion.join('\n'));
     qputenv("ACTOR_GUION", ruta("guion"));
@@ -124,7 +114,6 @@ void Banco::ponMotor(const Guion &guion) const {
 
 void Banco::ponFicheroComoMotor(const QByteArray &contenido, unsigned modo) {
     quitaMotor();
-    creaSuCarpeta();
     QFile motor(QFile::decodeName(sitioDelMotor()));
     QVERIFY(motor.open(QIODevice::WriteOnly));
     motor.write(contenido);

@@ -73,8 +73,5 @@ struct Taller : Banco {
 /// The path of the bundle's engine, as seen from the test's executable.
 QByteArray sitioDelMotor();
 
-/// How many entries a folder has; for /proc/self/fd and /proc/self/task.
-int cuantos(const char *carpeta);
-
 /// The file URL of a path.
 QUrl url(const char *ruta);

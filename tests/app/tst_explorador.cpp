@@ -62,6 +62,7 @@ class TstExplorador : public QObject {
 
 private slots:
     void laBusqueda() {
+        const QStringList dos{"l\u00f3n", "lo\u0301n"};
         struct {
             QStringList rutas;
             const char *busca;
@@ -70,12 +71,12 @@ private slots:
             {{"DOCS/a.txt", "b"}, "cs/A", {"DOCS/a.txt"}},
             {{"a b", "ab"}, " ", {"a b"}},
             {{"ab", "cd"}, "b\nc", {}},
-            {{"Ñandú", "nandu"}, "ñANDÚ", {"Ñandú"}},
             {{"文档/简历"}, "档/简", {"文档/简历"}},
             // Accents count, however they are written.
-            {{"l\u00f3n", "lo\u0301n"}, "lo\u0301n", {"l\u00f3n", "lo\u0301n"}},
-            {{"l\u00f3n", "lo\u0301n"}, "L\u00d3", {"l\u00f3n", "lo\u0301n"}},
-            {{"l\u00f3n", "lo\u0301n"}, "lo", {}},
+            {{"Ñandú", "nandu"}, "ñANDÚ", {"Ñandú"}},
+            {dos, "lo\u0301n", dos},
+            {dos, "L\u00d3", dos},
+            {dos, "lo", {}},
             // No composed form exists: only the border of the character tells.
             {{"ax\u0302b", "ax\u0302b/ax"}, "ax", {"ax\u0302b/ax"}},
         };
@@ -97,7 +98,6 @@ private slots:
         }
         filas.busca({});
         filas.eligeTodo();
-        QCOMPARE(filas.elegidas(), 6);
         filas.alterna(2);
         QCOMPARE(filas.rutasElegidas().join(' '), todo.join(' ').remove(" x\u0302"));
         filas.ponContenido(contenido(todo)); // other entries, whatever their names
@@ -107,9 +107,9 @@ private slots:
     void loQueDiceUnaFila() {
         EscritorioFalso escritorio;
         Filas filas(escritorio);
-        filas.ponContenido(
-            preparaContenido({entrada('d', "fotos/"), entrada('-', "fotos/a/b.jpg", 1234),
-                              entrada('l', "e"), entrada('h', "h", 9), entrada('x', "x", 9)}));
+        filas.ponContenido(preparaContenido({entrada('d', "fotos/"),
+                                             entrada('-', "fotos/a/b.jpg", 1234), entrada('l', "e"),
+                                             entrada('h', "/h/i//j", 9), entrada('x', "//", 9)}));
         const auto dice = [&](int fila) {
             QStringList todo;
             for (const int papel :
@@ -117,12 +117,12 @@ private slots:
                 todo.append(filas.data(filas.index(fila), papel).toString());
             return todo.join(u'|');
         };
-        QCOMPARE(dice(0), QStringLiteral("fotos||folder||fotos, carpeta"));
-        QCOMPARE(dice(1), QStringLiteral("b.jpg|fotos/a|doc|1234 b|"
-                                         "b.jpg, en fotos/a, archivo, 1234 b"));
-        QCOMPARE(dice(2), QStringLiteral("e||link||e, enlace"));
-        QCOMPARE(dice(3), QStringLiteral("h||link||h, enlace"));
-        QCOMPARE(dice(4), QStringLiteral("x||doc||x, archivo"));
+        const QStringList dicho{"fotos||folder||fotos, carpeta",
+                                "b.jpg|fotos/a|doc|1234 b|b.jpg, en fotos/a, archivo, 1234 b",
+                                "e||link||e, enlace", "j|h/i|link||j, en h/i, enlace",
+                                "//||doc||//, archivo"};
+        for (int fila = 0; fila < dicho.size(); ++fila)
+            QCOMPARE(dice(fila), dicho[fila]);
     }
 
     void raicesDeLoElegido() {
@@ -148,27 +148,23 @@ private slots:
         QTRY_COMPARE(explorador.panel(), Panel::Contenido);
         QStringList dichos;
         // What the mouse carries and where it goes is for the test of the window.
-        const auto lleva = [&](int fila, bool toma) {
-            QString visto;
-            escena.escritorio.lleva = [&, toma](Saque &saque, const QString &rotulo) {
-                explorador.arrastrar(3); // one at a time
-                (void)QTest::qWaitFor([&] { return saque.fase() != Saque::Fase::Sacando; }, 20000);
-                visto = QStringLiteral("%1 %2").arg(rotulo).arg(saque.urls().size());
-                return toma;
-            };
-            explorador.arrastrar(fila);
-            QVERIFY2(girando(escena.filas).contains('x'), "nada gira");
-            (void)QTest::qWaitFor([&] { return !visto.isEmpty(); }, 20000);
-            dichos.append(visto + ' ' + girando(escena.filas));
+        escena.escritorio.lleva = [&](Saque &saque, const QString &rotulo) {
+            explorador.arrastrar(3); // one at a time
+            (void)QTest::qWaitFor([&] { return saque.fase() != Saque::Fase::Sacando; }, 20000);
+            dichos.append(QStringLiteral("%1 %2").arg(rotulo).arg(saque.urls().size()));
+            return true;
         };
         escena.ponMotor({"crea-entrada hola"});
         escena.filas.elige(0);
         escena.filas.estira(2);
-        lleva(2, true);
+        explorador.arrastrar(2);
+        QCOMPARE(girando(escena.filas), QStringLiteral("xxx-"));
+        QTRY_COMPARE(dichos.size(), 1);
         escena.ponMotor({"crea-entrada ho", "error Error: roto\\n", "sale 1"});
-        lleva(3, true); // was not selected, and goes alone
-        QCOMPARE(dichos, (QStringList{"3 elementos 2 ----", "c 0 ----"}));
+        explorador.arrastrar(3); // was not selected, and goes alone
         QTRY_COMPARE(explorador.abrirFallo(), QStringLiteral("roto"));
+        QCOMPARE(dichos, (QStringList{"3 elementos 2", "c 0"}));
+        QCOMPARE(girando(escena.filas), QStringLiteral("----"));
     }
 
     // For whoever is not looking.
@@ -180,16 +176,8 @@ private slots:
         QTRY_COMPARE(explorador.panel(), Panel::Recuperado);
         QCOMPARE(escena.escritorio.partes.first(), std::optional(0.0));
         QCOMPARE(escena.escritorio.partes.last(), std::nullopt);
-        escena.ponMotor({"error Error: roto\\n", "sale 1"});
         explorador.volver(); // no job: nothing to tell
-        explorador.recuperarTodo();
-        QTRY_COMPARE(explorador.panel(), Panel::Problema);
-        explorador.volver();
-        Banco::quitaMotor(); // nor is there one that cannot even begin
-        explorador.recuperarTodo();
-        QCOMPARE(explorador.panel(), Panel::Problema);
-        QCOMPARE(escena.escritorio.avisos,
-                 (QStringList{"Recuperado: De x.okz a «sacado».", "No se pudo recuperar: roto"}));
+        QCOMPARE(escena.escritorio.avisos, QStringList{"Recuperado: De x.okz a «sacado»."});
     }
 };
 

@@ -49,17 +49,14 @@ private slots:
         clave::quita(ruta);
         QVERIFY(banco.claves().isEmpty());
 
-        qputenv("TMPDIR", banco.ruta("no-existe")); // where nothing can be written
-        const QByteArray falsa = clave::escribe(QStringLiteral("x"));
-        QVERIFY2(falsa.startsWith(banco.ruta("no-existe/okz-")), falsa.constData());
-        QVERIFY(!banco.hay("no-existe"));
+        // Where nothing can be written, the engine is to miss it, not to do without.
+        qputenv("TMPDIR", banco.ruta("no-existe"));
+        QVERIFY(clave::escribe(QStringLiteral("x")).startsWith(banco.ruta("no-existe/okz-")));
     }
 
     void tamanos() {
         const Banco banco;
         QCOMPARE(Motor::tamano(banco.fichero("cinco", "12345")), 5);
-        QVERIFY(::mkdir(banco.ruta("nada").constData(), 0700) == 0);
-        QCOMPARE(Motor::tamano(banco.url("nada")), 0);
         QCOMPARE(Motor::tamano(banco.url("no-existe")), 0);
 
         // Links add nothing; each name of a file counts; any name is read.

@@ -47,11 +47,9 @@ private slots:
             {"f    1234 a b/c d.txt ", "f|1234|a b/c d.txt "},
             {"fXYZW1234 x", "f|1234|x"}, // four that are not read
             {"-0644       7    x", "-|7|x"},
-            {"      5 x", " |5|x"},
             {"f    12abc x", "f|0|x"},
             {"f    -5 x", "f|-5|x"},
             {"f    +5 x", "f|5|x"},
-            {"f    +-5 x", "f|0|x"},
             {"f    9223372036854775807 x", "f|9223372036854775807|x"},
             {"f    9223372036854775808 x", "f|0|x"},
             // A character like any other, though Qt likes to drop it.
@@ -102,19 +100,6 @@ private slots:
         QVERIFY(Caracter(QStringLiteral("\u00f1")) == Caracter(QStringLiteral("n\u0303")));
     }
 
-    void nombreYCarpeta() {
-        const std::array<const char *, 3> casos[]{
-            {"/docs//a b/b.txt ", "b.txt ", "docs/a b"},
-            {"docs/", "docs", ""},
-            {"//", "//", ""},
-        };
-        for (const auto &[ruta, nombre, carpeta] : casos) {
-            const Entrada entrada{{}, QString::fromUtf8(ruta), 0, Caracter('-')};
-            QCOMPARE(entrada.nombre(), QString(nombre));
-            QCOMPARE(entrada.carpeta(), QString(carpeta));
-        }
-    }
-
     void unaLineaDeProgreso() {
         struct {
             const char *linea;
@@ -126,7 +111,6 @@ private slots:
             {"3/9 ficheros (1.0%), 7 MiB", 2, "0.01 3 de 9 archivos 198"},
             {"0/1 ficheros (0.4%), 0 MiB", 60, "0.004 1 archivo -1"},
             {"3/9 ficheros (1.2.3%), 12 MiB", 9, "0 3 de 9 archivos -1"},
-            {"3/9 ficheros (50.%), 12 MiB", 0, "0.5 3 de 9 archivos -1"},
             // A number that fits nowhere is passed over.
             {"99999999999999999999/40 ficheros (30.5%), 7 MiB", 0, "0.305 40 de 30 archivos -1"},
             {"deriving key 3/9 ficheros (50%), 12 MiB", 0, "0.5 3 de 9 archivos -1"},
@@ -165,11 +149,10 @@ private slots:
     }
 
     void laExtensionDeUnArchivo() {
-        const auto es = [](const char *ruta) {
-            return ruta::esArchivo(ruta::url(QByteArray(ruta)));
-        };
-        QVERIFY(es("/a/x.tar.Okz") && es("/a/\xff.okz"));
-        QVERIFY(!es("/a/okz") && !es("/a/.okz") && !es("/a/x.okz.zip") && !es("/a.okz/x"));
+        for (const char *ruta : {"/a/x.tar.Okz", "/a/\xff.okz"})
+            QVERIFY2(ruta::esArchivo(ruta::url(QByteArray(ruta))), ruta);
+        for (const char *ruta : {"/a/okz", "/a/.okz", "/a/x.okz.zip", "/a.okz/x"})
+            QVERIFY2(!ruta::esArchivo(ruta::url(QByteArray(ruta))), ruta);
     }
 };
 

@@ -5,10 +5,13 @@ import pathlib
 import pty
 import re
 import shutil
-import stat
 import subprocess
+import sys
 import tempfile
 import unittest
+
+RAIZ = pathlib.Path(__file__).resolve().parents[2]
+sys.path.append(os.fspath(RAIZ / "recorrido"))  # for the trees that the tour has, too
 
 MOTOR = os.environ["ORCALIN_MOTOR"]
 PROGRESO = re.compile(r"^(\d+)/(\d+) ficheros \(([\d.]+)%\), (\d+) MiB$")
@@ -106,26 +109,6 @@ class Caso(unittest.TestCase):
     def termina(self, p, falla):
         _, errores = p.communicate(timeout=60)
         return self.juzga(subprocess.CompletedProcess(p.args, p.returncode, b"", errores), falla)
-
-
-def foto(raiz):
-    """Everything that has to survive, by path relative to `raiz`, in bytes."""
-    raiz = os.fsencode(raiz)
-    vistos, fichas = {}, {}
-    for carpeta, hijas, ficheros in os.walk(raiz):
-        for nombre in [b"."] * (carpeta != raiz) + ficheros + [
-                h for h in hijas if os.path.islink(os.path.join(carpeta, h))]:
-            ruta = os.path.normpath(os.path.join(carpeta, nombre))
-            e = os.lstat(ruta)
-            relativa = os.path.relpath(ruta, raiz)
-            contenido = (os.readlink(ruta) if stat.S_ISLNK(e.st_mode) else
-                         pathlib.Path(os.fsdecode(ruta)).read_bytes()
-                         if stat.S_ISREG(e.st_mode) else None)
-            atributos = {a: os.getxattr(ruta, a, follow_symlinks=False)
-                         for a in os.listxattr(ruta, follow_symlinks=False)}
-            hermano = vistos.setdefault(e.st_ino, relativa)
-            fichas[relativa] = (e.st_mode, e.st_mtime_ns, contenido, atributos, hermano)
-    return fichas
 
 
 def desordenado(cuantos):

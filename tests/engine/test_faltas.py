@@ -1,9 +1,5 @@
-"""Runs that are cut short: killed, cancelled, or out of something, at any moment.
-
-As a command, with more rounds than the tests take (as root under `unshare -m`,
-which keeps the small file system to itself):
-    ORCALIN_MOTOR=…/orcalin python3 test_faltas.py --veces 200 [Matar] [Cancelar] [DiscoLleno]
-"""
+"""Runs that are cut short: killed, cancelled, or out of something, at any moment;
+ORCALIN_VECES says how often. As root in a mount namespace of one's own."""
 
 import fcntl
 import os
@@ -11,13 +7,12 @@ import random
 import shutil
 import signal
 import subprocess
-import sys
 import time
-import unittest
 
-from motor import Caso, MEBI, MOTOR, desordenado, foto
+from motor import Caso, MEBI, MOTOR, desordenado
+from huellas import huella
 
-veces = 4
+VECES = int(os.environ.get("ORCALIN_VECES", "4"))
 SENALES = [s for s in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)
            if signal.getsignal(s) != signal.SIG_IGN]  # as under nohup
 
@@ -63,15 +58,14 @@ class Cortado(Caso):
         return (self.extrae("--file", "c/marca", *self.con) / "c/marca").read_bytes()
 
     def compara_lo_que_hay(self, carpeta, buenos):
-        for ruta, ficha in foto(carpeta).items():
-            if ruta != b".":
-                self.assertEqual(ficha[2], buenos[ruta][2], ruta)
+        for ruta, ficha in huella(carpeta).items():
+            self.assertEqual(ficha[2], buenos[ruta][2], ruta)
 
 
 class Matar(Cortado):
     def test_en_cualquier_momento(self):
         plazo = self.plazo(self.siguiente())
-        for _ in range(veces):
+        for _ in range(VECES):
             antes = (self.c / "marca").read_bytes()
             orden = self.siguiente()
             self.corta(orden, signal.SIGKILL, plazo)
@@ -83,8 +77,7 @@ class Matar(Cortado):
     def test_lo_que_se_limpia_y_lo_que_no(self):
         resto, vivo = ".orcalin-1-22.tmp", f".orcalin-{os.getpid()}-3.tmp"
         sitio = self.d / "sitio"
-        for nombre in (resto, vivo, ".orcalin-1-2.tmp.txt", ".orcalin-1-.tmp", ".orcalin--2.tmp",
-                       "orcalin-1-2.tmp", ".orcalin-1-2-3.tmp"):
+        for nombre in (resto, vivo, ".orcalin-1-2.tmp.txt", ".orcalin-1-.tmp", ".orcalin-1-2-3.tmp"):
             self.pon(f"sitio/{nombre}")
         (sitio / ".orcalin-1-4.tmp").symlink_to(self.clave)
         (sitio / ".orcalin-1-5.tmp").mkdir()
@@ -117,7 +110,7 @@ class Cancelar(Cortado):
         plazo = self.plazo(self.siguiente())
         tuberia = self.d / "tubería"
         os.mkfifo(tuberia)  # nobody writes into it
-        for n in range(veces):
+        for n in range(VECES):
             antes = self.okz.read_bytes()
             orden = self.siguiente()
             if n % 4 == 3:
@@ -132,10 +125,10 @@ class Cancelar(Cortado):
 
     def test_al_sacar(self):
         self.comprime(self.c)
-        buenos = foto(self.c)
+        buenos = huella(self.c)
         orden = ("extract", self.okz, "-o")
         plazo = self.plazo((*orden, self.d / "todo"))
-        for n in range(veces):
+        for n in range(VECES):
             p = self.corta((*orden, self.salida), random.choice(SENALES), plazo)
             self.acabado(p, "extracción cancelada")
             self.sin_restos(self.salida)
@@ -188,21 +181,22 @@ class DiscoLleno(Cortado):
         self.okz = self.disco / "a.okz"
         self.comprime(self.clave)
         self.pon("c/mucho", desordenado(33 * MEBI))
-        for _ in range(veces):
+        for _ in range(VECES):
             self.lleno("compress", self.c, "-o", self.okz, "--level", "1", minimo=1000)
             self.assertEqual(list(self.lista()), ["clave"])
 
     def test_al_sacar(self):
         self.pon("c/grande", desordenado(30 * MEBI))
         self.comprime(self.c)
-        buenos = foto(self.c)
-        for _ in range(veces):
+        buenos = huella(self.c)
+        for _ in range(VECES):
             viejo = self.pon("disco/c/grande", "el de antes")
             self.lleno("extract", self.okz, "-o", self.disco, minimo=MEBI)
             self.assertEqual(viejo.read_text(), "el de antes")
             viejo.unlink()
             self.compara_lo_que_hay(self.disco / "c", buenos)
-            subprocess.run(["rm", "-r", self.disco / "c", self.disco / "estorbo"], check=True)
+            shutil.rmtree(self.disco / "c")
+            (self.disco / "estorbo").unlink()
 
 
 class SinMedios(Cortado):
@@ -213,18 +207,17 @@ class SinMedios(Cortado):
         self.comprime(self.clave)
         viejo = self.okz.read_bytes()
         for opciones in (("--level", "3"), ("--max",), ("--level", "1", *self.en_clave)):
-            for limite in ("-n 5", "-n 8", *(f"-v {m << 10}" for m in (12, 20, 40, 160))):
+            for limite in ("-n 5", "-n 8", "-v 12000", "-v 20000", "-v 40000", "-v 160000"):
                 if not self.sale_con(limite, "compress", self.c, "-o", self.okz, *opciones):
                     self.assertEqual(self.okz.read_bytes(), viejo, limite)
                 self.okz.write_bytes(viejo)
             self.comprime(self.c, *opciones, nivel=None)
-            todo = self.okz.read_bytes()
-            for datos in (todo, todo[:-1])[:1 if "--encrypt" in opciones else 2]:  # and without an index
-                self.okz.write_bytes(datos)
-                for limite in ("-n 8", *(f"-v {m << 10}" for m in (12, 16, 24, 32, 64))):
-                    for orden in (("list",), ("check",), ("extract", "-o", self.salida)):
-                        sale = self.sale_con(limite, orden[0], self.okz, *orden[1:], *self.con)
-                        self.assertTrue(sale or "-v" in limite, orden)
+            if "--encrypt" not in opciones:
+                self.okz.write_bytes(self.okz.read_bytes()[:-1])  # without an index
+            for limite in ("-n 8", "-v 12000", "-v 16000", "-v 24000", "-v 32000", "-v 64000"):
+                for orden in (("list",), ("check",), ("extract", "-o", self.salida)):
+                    sale = self.sale_con(limite, orden[0], self.okz, *orden[1:], *self.con)
+                    self.assertTrue(sale or "-v" in limite, orden)
             self.okz.write_bytes(viejo)
 
     def sale_con(self, limite, *orden):
@@ -235,11 +228,3 @@ class SinMedios(Cortado):
                              "al sistema no le quedan recursos$", (limite, orden))
         self.sin_restos()
         return r.returncode == 0
-
-
-if __name__ == "__main__":
-    if "--veces" in sys.argv:
-        i = sys.argv.index("--veces")
-        veces = int(sys.argv[i + 1])
-        del sys.argv[i:i + 2]
-    unittest.main()

@@ -11,37 +11,30 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <fts.h>
 #include <new>
 #include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr rlim_t ficheroMayor = 1U << 20U; // bytes: a bomb must not fill the disk
 constexpr const char *archivo = "../a.okz";
 constexpr const char *dentro = "dentro";
 
 /// Folders may have come out without any rights.
-void vacia(char *carpeta) {
-    char *const raices[]{carpeta, nullptr};
-    FTS *recorrido = fts_open(raices, FTS_PHYSICAL | FTS_NOCHDIR, nullptr);
-    while (FTSENT *hallado = fts_read(recorrido)) {
-        if (hallado->fts_level == 0)
-            continue;
-        if (hallado->fts_info == FTS_D)
-            chmod(hallado->fts_accpath, 0700);
-        else
-            remove(hallado->fts_accpath);
+void vacia() {
+    for (const auto &hallado : fs::recursive_directory_iterator(".")) {
+        if (hallado.symlink_status().type() == fs::file_type::directory)
+            fs::permissions(hallado, fs::perms::owner_all);
     }
-    fts_close(recorrido);
+    for (const auto &hallado : fs::directory_iterator("."))
+        fs::remove_all(hallado);
 }
 
 void compruebaFuera() {
-    std::size_t hallados = 0;
-    for ([[maybe_unused]] const auto &hallado : std::filesystem::directory_iterator(".."))
-        ++hallados;
-    if (hallados != 2) // the archive and the folder
+    if (std::distance(fs::directory_iterator(".."), {}) != 2) // the archive and the folder
         abort();
 }
 
@@ -68,7 +61,7 @@ extern "C" int LLVMFuzzerInitialize(int * /*argc*/, char *** /*argv*/) {
         fputs("not as root\n", stderr);
         exit(1);
     }
-    static std::string carpeta = (std::filesystem::temp_directory_path() / "okz-XXXXXX").string();
+    static std::string carpeta = (fs::temp_directory_path() / "okz-XXXXXX").string();
     if (mkdtemp(carpeta.data()) == nullptr || chdir(carpeta.c_str()) != 0 ||
         mkdir(dentro, 0700) != 0 || chdir(dentro) != 0)
         exit(1);
@@ -98,7 +91,6 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *datos, std::size_t la
         intenta([] { saca("a"); });
     }
     compruebaFuera();
-    char aqui[] = ".";
-    vacia(aqui);
+    vacia();
     return 0;
 }
