@@ -17,12 +17,16 @@ class PasosExplorador(Pasos):
 
     def comprime(self, origenes, archivo, clave=None):
         """Makes an archive without the window."""
-        orden = [self.arbol / "libexec/orcalin/orcalin", "compress", *origenes, "-o", archivo]
+        cifrado = [] if clave is None else ["--encrypt"]
+        self.manda_al_motor(["compress", *origenes, "-o", archivo, *cifrado], clave)
+
+    def manda_al_motor(self, orden, clave=None):
         secreto = self.sesion.carpeta / "secreto"
         if clave is not None:
             secreto.write_text(clave)
-            orden += ["--encrypt", "--password-file", secreto]
-        subprocess.run(orden, check=True, capture_output=True)
+            orden = [*orden, "--password-file", secreto]
+        subprocess.run([self.arbol / "libexec/orcalin/orcalin", *orden], check=True,
+                       capture_output=True)
         secreto.unlink(missing_ok=True)
 
     # What is on screen.

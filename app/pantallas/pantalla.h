@@ -59,6 +59,10 @@ public:
     [[nodiscard]] bool encima() const { return m_encima; }
     /// The selected items' file names, for display.
     [[nodiscard]] QStringList nombres() const;
+    /// The image name for the item in this place of them, filled or not.
+    [[nodiscard]] Q_INVOKABLE QString icono(int indice, bool relleno) const;
+    /// What it shows, in a word.
+    [[nodiscard]] Q_INVOKABLE QString clase(int indice) const;
     [[nodiscard]] Contenido contenido() const;
 
     /// The drop area's headline: the item's name, or the count and the total
@@ -129,11 +133,6 @@ public slots:
     void otraCosa();
     /// From the failure: back, with selection and options kept.
     void volver();
-
-    /// The image name for the item in this place of `nombres`, filled or not.
-    [[nodiscard]] QString icono(int indice, bool relleno) const;
-    /// What it shows, in a word.
-    [[nodiscard]] QString clase(int indice) const;
 
 signals:
     void estadoCambia();

@@ -2,7 +2,6 @@
 
 import os
 import shutil
-import unittest
 from urllib.parse import unquote_to_bytes
 
 from caso import ARBOL, SESION, persona
@@ -110,7 +109,3 @@ class Arrastrar(CasoInstalado):
         persona.suelta()
         self.assertTrue(self.receptor.calla())
         self.assertEqual(os.listdir(self.destino), [])
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -3,8 +3,6 @@
 import os
 import subprocess
 import time
-import unittest
-from urllib.parse import quote
 
 from buses import Avisos, Bus, Portal
 from caso import SESION, Caso, persona
@@ -152,14 +150,14 @@ class Revelar(CasoInstalado):
         self.gestor("/bin/sleep 60")
         self.guardado()
         self.ensena_la_carpeta()
+        pedidos = []
         self.bus.ofrece(GESTOR, f"/{GESTOR.replace('.', '/')}",
                         f"<node><interface name='{GESTOR}'><method name='ShowItems'>"
                         "<arg type='as' direction='in'/><arg type='s' direction='in'/>"
-                        "</method></interface></node>", self.recuerda)
-        self.pedido = None
+                        "</method></interface></node>", lambda *pedido: pedidos.append(pedido))
         self.ensena_la_carpeta()
-        uri = "file://" + quote(str(self.carpeta / "el archivo.okz"))
-        self.assertEqual(self.pedido, ("ShowItems", ([uri], "")))
+        uri = (self.carpeta / "el archivo.okz").as_uri()
+        self.assertEqual(pedidos[-1], ("ShowItems", ([uri], "")))
 
     def test_nada_lo_abre_ni_lo_ensena(self):
         self.gestor("/bin/false")
@@ -171,9 +169,6 @@ class Revelar(CasoInstalado):
         pon_guion("crea-entrada hola")
         persona.teclas("Down", "Return")
         self.lee("No hay con qué abrir «a.txt».")
-
-    def recuerda(self, metodo, argumentos):
-        self.pedido = (metodo, argumentos)
 
     def ensena_la_carpeta(self):
         antes = time.monotonic()
@@ -281,7 +276,3 @@ class Apariencia(Caso):
         self.assertLess(time.monotonic() - antes, 10)
         portal.esquema(1)
         self.oscuro()
-
-
-if __name__ == "__main__":
-    unittest.main()

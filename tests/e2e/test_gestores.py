@@ -4,7 +4,6 @@ selected arrives whole."""
 import importlib.machinery
 import os
 import subprocess
-import unittest
 from unittest import mock
 
 from caso import ARBOL, SESION, Caso, persona
@@ -111,7 +110,3 @@ class Gestores(Caso):
             self.assertEqual((dicho.returncode == 0, self.grabador.toma()),
                              (True, ["--servicio", servicio, *rutas]) if servicio else (False, None))
         self.assertIn("otra", dicho.stderr.decode())
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -4,7 +4,6 @@ session bus, and what a second start does."""
 import signal
 import subprocess
 import time
-import unittest
 
 from buses import Bus, GLib
 from caso import SESION, Caso, persona
@@ -203,7 +202,3 @@ class Servicios(Caso):
             primero.proceso.send_signal(signal.SIGCONT)
         self.app = primero
         self.explora(self.archivos[1])  # it heard after all
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -2,7 +2,6 @@
 
 import os
 import signal
-import unittest
 
 from caso import Caso, persona
 from visor import Visor
@@ -105,7 +104,7 @@ class Teclado(Caso):
         # Until the menu has come to rest it does not listen.
         persona.hasta(lambda: persona.teclas("Return") or self.app.busca("dialog"), "el panel")
         self.app.espera("table cell", self.archivo.name)
-        self.assertIsNone(self.app.busca("table cell", "nota.txt"), "ofrece lo que no es un archivo")
+        self.assertIsNone(self.app.busca("table cell", "nota.txt"), "ofrece lo que no lo es")
         self.escribe_en_panel(FICHERO, self.archivo)
         self.app.anuncia(lambda dicho: "Este archivo está cifrado" in dicho, "la pregunta")
         persona.teclea(LETRAS)
@@ -156,7 +155,3 @@ class Teclado(Caso):
         self.acabada(*self.app.acaba())
         self.assertFalse(motor.exists())
         self.assertEqual([*self.casa.glob("*.okz"), *self.casa.glob(".orcalin*")], [self.archivo])
-
-
-if __name__ == "__main__":
-    unittest.main()
