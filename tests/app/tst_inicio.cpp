@@ -5,6 +5,7 @@
 #include "inicio/orcalinapp.h"
 
 #include <QPointer>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace {
@@ -46,11 +47,13 @@ private slots:
         OrcalinApp app(std::make_unique<Delegado>(), escritorio);
         auto &abierto = Abierto::compartido();
         const QPointer vacia(app.pantalla());
+        QVERIFY(vacia && !app.explorador());
         const QList<QUrl> lista{url("/b"), url("/a.okz")};
         abierto.ponAComprimir(lista);
         QCoreApplication::processEvents();
         const QPointer llena(app.pantalla());
         QVERIFY(llena != vacia);
+        QVERIFY(llena->origenes().isEmpty());
         llena->aparece();
         QCOMPARE(llena->origenes(), lista);
         llena->otraCosa();
@@ -62,15 +65,16 @@ private slots:
 
         abierto.ponArchivo(url("/a.okz"));
         QCoreApplication::processEvents();
+        QVERIFY(!app.pantalla());
         const QPointer primero(app.explorador());
-        QVERIFY(primero && !app.pantalla());
         abierto.ponArchivo(url("/b.okz"));
-        QTRY_VERIFY(!primero);
+        QCoreApplication::processEvents();
         QCOMPARE(app.explorador()->archivo(), url("/b.okz"));
+        QTRY_VERIFY(!primero);
 
         app.guardarAlgo();
         QCoreApplication::processEvents();
-        QVERIFY(!app.explorador());
+        QVERIFY(app.pantalla() && !app.explorador());
         app.pantalla()->aparece();
         QCOMPARE(app.pantalla()->origenes(), lista); // the last one is there again
     }
@@ -111,8 +115,13 @@ private slots:
         const Banco banco({"cuenta veces", "en 1 aguarda ya", "en 2 aguarda luego"});
         const QUrl origen = banco.fichero("a", "a");
         Salida salida;
+        const QSignalSpy sale(&salida, &Salida::sale);
         auto motor = std::make_unique<Motor>();
         motor->comprimir({origen}, banco.url("a.okz"), false, std::nullopt);
+        QVERIFY(!salida.pide() && salida.pregunta());
+        salida.sigue();
+        QVERIFY(!salida.pregunta());
+
         QTRY_VERIFY(banco.hay("veces"));
         Motor otro;
         otro.recuperarVarios(url("/a.okz"), banco.url(""), {"a"}, std::nullopt);
@@ -121,11 +130,15 @@ private slots:
         QCOMPARE(salida.titular(), "¿Salir sin terminar de guardar y de recuperar?");
         banco.fichero("ya", "");
         QTRY_COMPARE(salida.titular(), "¿Salir sin terminar de recuperar?");
+        QVERIFY(salida.pregunta());
         banco.fichero("luego", "");
         QTRY_VERIFY(!salida.pregunta()); // nothing is left to ask about
-        otro.comprimir({origen}, banco.url("b.okz"), false, std::nullopt);
-        otro.cancelar(); // nor does this one count
+        motor = std::make_unique<Motor>();
+        motor->comprimir({origen}, banco.url("b.okz"), false, std::nullopt);
+        motor->cancelar(); // nor does this one count
+        QCOMPARE(sale.size(), 0);
         QVERIFY(salida.pide());
+        QCOMPARE(sale.size(), 1);
     }
 };
 
