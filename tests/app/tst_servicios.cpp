@@ -96,8 +96,7 @@ private slots:
         QDir::setCurrent(QString::fromUtf8(banco.ruta("")));
         const QString aqui = QStringLiteral("file://") + QDir::currentPath() + u'/';
         const auto abrir = orden({"--servicio", "abrir", "--", "-a b%.okz", "/c\xe1", "file:///d"});
-        QVERIFY(abrir && abrir->modo == Orden::Modo::Cliente);
-        QCOMPARE(abrir->peticion.que, Que::Abrir);
+        QVERIFY(abrir && abrir->peticion.que == Que::Abrir);
         const QStringList uris{aqui + "-a%20b%25.okz", "file:///c%E1", "file:///d"};
         QCOMPARE(abrir->peticion.uris, uris);
         QCOMPARE(orden({"a.okz", ""})->peticion.uris, QStringList{aqui + "a.okz"});

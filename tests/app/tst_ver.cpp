@@ -117,24 +117,17 @@ private slots:
 
     // The temporary folder may be shared: nobody else may see the copies.
     void unaCarpetaQueNoEsDeUno() {
-        for (const QByteArray que : {"enlace", "fichero", "abierta", "ajena"}) {
+        for (const QByteArray orden :
+             {"ln -s . ", "touch ", "mkdir -m 750 ", "install -d -m 700 -o 1 "}) {
             const Banco banco;
-            const QByteArray visor = banco.ruta("orcalin-ver");
-            QVERIFY(::mkdir(banco.ruta("otra").constData(), 0700) == 0);
-            if (que == "enlace")
-                banco.enlace("otra", "orcalin-ver");
-            else if (que == "fichero")
-                banco.fichero("orcalin-ver", "");
-            else
-                QVERIFY(::mkdir(visor.constData(), que == "abierta" ? 0750 : 0700) == 0);
-            if (que == "ajena" && ::chown(visor.constData(), 1, 1) != 0)
+            if (::system((orden + banco.ruta("orcalin-ver")).constData()) != 0)
                 QSKIP("solo root puede dar una carpeta a otro");
             // What lies there from the root on is not the copy.
             banco.fichero("fuera", "");
             const QByteArray ruta = banco.ruta("fuera").mid(1);
             QCOMPARE(abre(banco, {"cuenta veces", "crea-entrada hola"}, ruta),
                      QStringLiteral("[No se pudo preparar la carpeta de las copias.]"));
-            QVERIFY2(!banco.hay("veces"), que.constData()); // not even run
+            QVERIFY2(!banco.hay("veces"), orden.constData()); // not even run
             QVERIFY(banco.claves().isEmpty());
         }
     }

@@ -23,7 +23,7 @@ class Contrasena(Caso):
         otra = self.d / "otra"
         for contenido, mensaje in (("", FALTA), ("tres", MALA), (self.clave.read_text() + "\n", MALA)):
             self.pon("otra", contenido)
-            for orden in (("list", self.okz), ("extract", self.okz, "-o", self.salida)):
+            for orden in (("list", self.okz), ("check", self.okz), ("extract", self.okz, "-o", self.salida)):
                 self.assertEqual(self.error(*orden, "--password-file", otra), mensaje)
         self.assertEqual(self.error("list", self.okz), FALTA)
         self.assertFalse(self.salida.exists())

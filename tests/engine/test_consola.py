@@ -75,13 +75,6 @@ class Comprobar(Caso):
         error, perdidas = self.danado(bueno[:len(bueno) // 2])
         self.assertEqual((error, len(perdidas)), ("Error: el archivo está incompleto", 1))
 
-    def test_sin_indice_y_cifrado(self):
-        self.sh('tar -c clave | zstd -q >"$1"', self.d)
-        self.corre("check", self.okz)  # no index is no damage
-        self.comprime(self.clave, *self.en_clave)
-        self.assertEqual(self.error("check", self.okz), "hace falta la contraseña")
-        self.corre("check", self.okz, *self.con)
-
 
 class Ayuda(Caso):
     def ayuda(self, *orden):

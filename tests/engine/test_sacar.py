@@ -162,6 +162,7 @@ class Danos(Caso):
         bueno = semillas.archivo(semillas.entradas(0))  # in frames of 2 KiB
         self.okz.write_bytes(bueno + b"basura")
         self.assertIn("no tiene índice", self.corre("list", self.okz).lineas[0])
+        self.corre("check", self.okz)  # no index is no damage
         self.assertEqual((self.extrae("--file", "a") / "a").read_text(), "hola" * 700)
         shutil.rmtree(self.salida)
         segundo = bueno.index(b"\x28\xb5\x2f\xfd", 1)
