@@ -27,6 +27,13 @@ inunda() {
     done
 }
 
+# Whoever sees the mark in the file may start the next run: it is set last.
+cuenta() {
+    [ -e "$1" ] && vez=$(stat -c %s -- "$1")
+    ((++vez))
+    printf . >>"$1"
+}
+
 # The entry $1 below the folder that was told.
 copia() {
     ruta=$destino/$1
@@ -72,7 +79,7 @@ juega() {
     crea-entrada) copia "$entrada" && printf %s "$dato" >"$ruta" ;;
     crea) printf -v dato %b "$dato" && copia "$dato" && printf x >"$ruta" ;;
     enlaza-entrada) copia "$entrada" && ln -s -- "$dato" "$ruta" ;;
-    cuenta) printf . >>"$dato" && vez=$(stat -c %s -- "$dato") ;;
+    cuenta) cuenta "$dato" ;;
     en) [ "${dato%% *}" != "$vez" ] || juega "${dato#* }" ;;
     exige) exige "$dato" ;;
     argumentos) printf '%s\0' "${argumentos[@]}" >>"$dato" ;;
