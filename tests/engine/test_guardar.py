@@ -75,6 +75,12 @@ class Nombres(Caso):
         self.assertTrue(self.okz.is_symlink())
         self.assertEqual(list(self.lista()), ["clave"])
 
+    def test_lo_que_no_mengua_va_con_lo_comprimido(self):
+        self.pon("c/b.vol", os.urandom(MEBI))
+        self.pon("c/c.vol", bytes(MEBI))
+        self.comprime(self.c)
+        self.assertEqual(self.sh('bsdtar -tf "$1" | grep vol', self.d).stdout.split(),
+                         [b"c/c.vol", b"c/b.vol"])
 
     def test_solo_los_ficheros_cuentan_como_hechos(self):
         def hecho(*origenes):
