@@ -38,26 +38,40 @@ bool toma() {
     return true;
 }
 
-int esperaQueMuera(void *padre) {
-    close_range(0, ~0U, 0);
-    while (getppid() == *static_cast<pid_t *>(padre))
+/// What the end of this process would have to give back.
+struct Herencia {
+    pid_t padre;
+    int borrado; // the file that was being written, nameless by now; or -1
+};
+
+int esperaQueMuera(void *dada) {
+    const Herencia herencia = *static_cast<Herencia *>(dada);
+    if (herencia.borrado > 0)
+        close_range(0, static_cast<unsigned>(herencia.borrado) - 1, 0);
+    close_range(static_cast<unsigned>(herencia.borrado + 1), ~0U, 0);
+    while (getppid() == herencia.padre)
         usleep(1000);
     _exit(0);
 }
 
 /// Whoever reads our last words expects the end right behind them, but giving
-/// back hundreds of MiB takes the system a tenth of a second. A child that
-/// shares our memory, and has no other purpose, does that after we are gone.
-void legaLaMemoria() {
+/// back hundreds of MiB takes the system a tenth of a second, and the space of a
+/// file of gigabytes more than one. A child that shares our memory and has the
+/// file open, and no other purpose, does that after we are gone.
+void legaLoQuePesa(int borrado) {
     alignas(16) static std::array<char, 16384> pila;
-    static pid_t padre = getpid();
-    clone(esperaQueMuera, pila.data() + pila.size(), CLONE_VM, &padre);
+    static Herencia herencia{getpid(), borrado};
+    clone(esperaQueMuera, pila.data() + pila.size(), CLONE_VM, &herencia);
 }
 
 [[noreturn]] void cancela(const std::string &despedida) {
-    if (nombreDelEfimero[0] != '\0')
+    int borrado = -1;
+    if (nombreDelEfimero[0] != '\0') {
+        borrado =
+            openat(carpetaDelEfimero, nombreDelEfimero.data(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
         unlinkat(carpetaDelEfimero, nombreDelEfimero.data(), 0);
-    legaLaMemoria();
+    }
+    legaLoQuePesa(borrado);
     diceYa(despedida);
     _exit(1);
 }
