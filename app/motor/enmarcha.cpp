@@ -12,8 +12,8 @@ bool EnMarcha::hay(Obra obra) const {
                        [obra](const Trabajo &trabajo) { return trabajo.obra == obra; });
 }
 
-EnMarcha::Turno EnMarcha::entra(Trabajo trabajo) {
-    m_trabajos.insert(++m_ultimo, std::move(trabajo));
+EnMarcha::Turno EnMarcha::entra(const Trabajo &trabajo) {
+    m_trabajos.insert(++m_ultimo, trabajo);
     return m_ultimo;
 }
 

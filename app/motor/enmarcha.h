@@ -27,7 +27,7 @@ public:
     [[nodiscard]] bool hay() const { return !m_trabajos.isEmpty(); }
     [[nodiscard]] bool hay(Obra obra) const;
 
-    Turno entra(Trabajo trabajo);
+    Turno entra(const Trabajo &trabajo);
     /// Again, or for none, does nothing.
     void sale(Turno turno);
     /// The same for one that has reached its end with nobody left to publish

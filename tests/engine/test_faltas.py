@@ -58,6 +58,8 @@ class Cortado(Caso):
         return (self.extrae("--file", "c/marca", *self.con) / "c/marca").read_bytes()
 
     def compara_lo_que_hay(self, carpeta, buenos):
+        if not carpeta.exists():
+            return
         for ruta, ficha in huella(carpeta).items():
             self.assertEqual(ficha[2], buenos[ruta][2], ruta)
 
