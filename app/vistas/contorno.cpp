@@ -15,6 +15,7 @@ void rectangulo(QPainter &pintor, const QRectF &hueco, qreal borde, qreal radio)
 Contorno::Contorno(QQuickItem *padre)
     : QQuickPaintedItem(padre) {
     setAntialiasing(true);
+    connect(this, &Contorno::cambia, this, [this] { update(); });
 }
 
 void Contorno::paint(QPainter *pintor) {
@@ -27,19 +28,4 @@ void Contorno::paint(QPainter *pintor) {
     pintor->setPen(QPen(m_marca, kGrosor));
     pintor->setBrush(Qt::NoBrush);
     rectangulo(*pintor, boundingRect(), 5, 10);
-}
-
-void Contorno::ponTrazo(const QColor &color) {
-    m_trazo = color;
-    update();
-}
-
-void Contorno::ponRelleno(const QColor &color) {
-    m_relleno = color;
-    update();
-}
-
-void Contorno::ponMarca(const QColor &color) {
-    m_marca = color;
-    update();
 }

@@ -9,24 +9,19 @@
 class Contorno : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QColor trazo READ trazo WRITE ponTrazo)
-    Q_PROPERTY(QColor relleno READ relleno WRITE ponRelleno)
-    Q_PROPERTY(QColor marca READ marca WRITE ponMarca)
+    Q_PROPERTY(QColor trazo MEMBER m_trazo NOTIFY cambia)
+    Q_PROPERTY(QColor relleno MEMBER m_relleno NOTIFY cambia)
+    Q_PROPERTY(QColor marca MEMBER m_marca NOTIFY cambia)
 
 public:
     explicit Contorno(QQuickItem *padre = nullptr);
 
-    [[nodiscard]] QColor trazo() const { return m_trazo; }
-    [[nodiscard]] QColor relleno() const { return m_relleno; }
-    [[nodiscard]] QColor marca() const { return m_marca; }
-
     void paint(QPainter *pintor) override;
 
-private:
-    void ponTrazo(const QColor &color);
-    void ponRelleno(const QColor &color);
-    void ponMarca(const QColor &color);
+signals:
+    void cambia();
 
+private:
     QColor m_trazo;
     QColor m_relleno = Qt::transparent;
     QColor m_marca = Qt::transparent;

@@ -2,9 +2,9 @@
 
 #include <QDropEvent>
 
-SoloCopia::SoloCopia(QObject &ventana)
-    : QObject(&ventana) {
-    ventana.installEventFilter(this);
+SoloCopia::SoloCopia(QObject *ventana)
+    : QObject(ventana) {
+    ventana->installEventFilter(this);
 }
 
 bool SoloCopia::eventFilter(QObject *ventana, QEvent *evento) {

@@ -11,7 +11,7 @@
 class SoloCopia : public QObject {
 public:
     /// Becomes a child of it.
-    explicit SoloCopia(QObject &ventana);
+    explicit SoloCopia(QObject *ventana);
 
     bool eventFilter(QObject *ventana, QEvent *evento) override;
 };

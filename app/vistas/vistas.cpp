@@ -57,7 +57,7 @@ void vistas::Ventana::haz() {
     m_raiz.reset(ventana.createWithInitialProperties(
         {{QStringLiteral("app"), QVariant::fromValue(&m_app)}}));
     if (m_raiz)
-        new SoloCopia(*m_raiz);
+        new SoloCopia(m_raiz.get());
     else
         qCritical("%s", qUtf8Printable(ventana.errorString()));
     m_leida.reset();

@@ -28,7 +28,7 @@ struct Escena : Taller {
         return QStringLiteral("hecho %1 %1 %2").arg(bytes).arg(url("d").toString());
     }
     bool acabaCon(const QString &dicho) {
-        return testigo.esperaFinal() && testigo.dichos().last() == dicho;
+        return testigo.esperaFinal() && testigo.dichos().constLast() == dicho;
     }
 };
 
@@ -65,7 +65,7 @@ private slots:
         escena.comprime("x");
         QTRY_COMPARE(escena.testigo.vistos.size(), 2);
         escena.motor.cancelar();
-        QCOMPARE(escena.testigo.dichos().last(), QStringLiteral("reposo"));
+        QCOMPARE(escena.testigo.dichos().constLast(), QStringLiteral("reposo"));
         escena.ponMotor({"error deriving key\\n", "espera 60000"});
         escena.comprime("x");
         QTRY_VERIFY(escena.testigo.dichos().count("0 % preparando el cifrado…") == 2);
@@ -81,7 +81,7 @@ private slots:
         escena.recupera(kTres, "sésamo");
         QCOMPARE(escena.testigo.vistos.size(), 1); // before the call returns
         QVERIFY(escena.acabaCon(escena.hecho(1015)));
-        QCOMPARE(escena.testigo.dichos().first(4),
+        QCOMPARE(escena.testigo.dichos().mid(0, 4),
                  (QStringList{"0 % recuperando 1 de 3…", "33 % recuperando 2 de 3…",
                               "67 % recuperando 3 de 3…", "100 % recuperando 3 de 3…"}));
         QCOMPARE(escena.argumentos().value(13), "b");
@@ -101,7 +101,7 @@ private slots:
         Escena escena({"argumentos args", "crea fotos/a.jpg", "inunda 3000000", "salida ruido"});
         escena.recupera({});
         QVERIFY(escena.acabaCon(escena.hecho(1001)));
-        QCOMPARE(escena.testigo.dichos().first(), QStringLiteral("0 % recuperando todo…"));
+        QCOMPARE(escena.testigo.dichos().constFirst(), QStringLiteral("0 % recuperando todo…"));
         escena.motor.recuperar(escena.url("a.okz"), escena.url("d"), "ñ*", {});
         QVERIFY(escena.testigo.esperaFinal(2));
         QCOMPARE(escena.testigo.dichos().value(2), QStringLiteral("0 % recuperando…"));
@@ -112,7 +112,7 @@ private slots:
         Escena escena({"espera 50", "crea-entrada x"});
         escena.recupera(kTres);
         escena.motor.cancelar();
-        QCOMPARE(escena.testigo.dichos().last(), QStringLiteral("reposo"));
+        QCOMPARE(escena.testigo.dichos().constLast(), QStringLiteral("reposo"));
         QVERIFY(escena.acabaCon(escena.hecho(1003)));
     }
 
@@ -128,7 +128,7 @@ private slots:
         colaDeFondo().waitForDone();
         QVERIFY(escena.claves().isEmpty());
         QVERIFY(escena.testigo.esperaFinal());
-        QVERIFY(escena.testigo.dichos().last().startsWith("error"));
+        QVERIFY(escena.testigo.dichos().constLast().startsWith("error"));
         QVERIFY(escena.lee("veces").size() < 1000);
     }
 };

@@ -91,7 +91,8 @@ private slots:
         filas.ponContenido(contenido(todo));
         const QAbstractItemModelTester vigilante(&filas);
         QString texto;
-        for (const QChar c : QStringLiteral("cancio\u0301n")) {
+        const QString letras = QStringLiteral("cancio\u0301n");
+        for (const QChar c : letras) {
             texto += c;
             filas.busca(texto);
             QCOMPARE(visibles(filas), hallado(todo, texto));

@@ -45,7 +45,7 @@ private slots:
         QCOMPARE(dato.st_mode & 07777, 0600u);
         QVERIFY(ruta.startsWith(banco.ruta("okz-")));
         QCOMPARE(banco.claves().size(), 1);
-        QCOMPARE(banco.lee(banco.claves().first().toUtf8()), "contraseña\n");
+        QCOMPARE(banco.lee(banco.claves().constFirst().toUtf8()), "contraseña\n");
         clave::quita(ruta);
         QVERIFY(banco.claves().isEmpty());
 

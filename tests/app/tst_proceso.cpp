@@ -113,9 +113,9 @@ private slots:
     void terminarYMorir() {
         const Banco banco({"espera 60000"});
         // An ignored or blocked signal of ours must not make the child deaf.
-        ::signal(SIGTERM, SIG_IGN);
+        (void)std::signal(SIGTERM, SIG_IGN);
         Ensayo ensayo;
-        ::signal(SIGTERM, SIG_DFL);
+        (void)std::signal(SIGTERM, SIG_DFL);
         ensayo.proceso.termina();
         QCOMPARE(ensayo.fin().estado, 128 + SIGTERM);
         ensayo.proceso.termina(); // after the end: nothing to signal

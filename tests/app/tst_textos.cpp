@@ -87,7 +87,7 @@ private slots:
     }
 
     void laIgualdadEsCanonica() {
-        const Entrada a = leeListado("-0644 1 cami\u00f3n").first();
+        const Entrada a = leeListado("-0644 1 cami\u00f3n").constFirst();
         Entrada b = a;
         b.ruta = QStringLiteral("camio\u0301n");
         QVERIFY(a == b);

@@ -33,7 +33,8 @@ QString conMotor(Hacer hacer) {
     hacer(motor);
     const bool ya = !std::holds_alternative<Motor::Trabajando>(motor.estado());
     (void)testigo.esperaFinal();
-    return (ya ? "(ya) " : "") + testigo.dichos().last().remove(QStringLiteral("error "));
+    QString final = testigo.dichos().constLast();
+    return (ya ? "(ya) " : "") + final.remove(QStringLiteral("error "));
 }
 
 QString guarda(const Banco &banco, const Clave &clave) {

@@ -58,7 +58,7 @@ void intenta(Orden orden) {
 extern "C" int LLVMFuzzerInitialize(int * /*argc*/, char *** /*argv*/) {
     // What it is looking for is a way out of its folder.
     if (geteuid() == 0) {
-        fputs("not as root\n", stderr);
+        (void)fputs("not as root\n", stderr);
         exit(1);
     }
     static std::string carpeta = (fs::temp_directory_path() / "okz-XXXXXX").string();
@@ -67,7 +67,7 @@ extern "C" int LLVMFuzzerInitialize(int * /*argc*/, char *** /*argv*/) {
         exit(1);
     const rlimit tope{ficheroMayor, ficheroMayor};
     setrlimit(RLIMIT_FSIZE, &tope);
-    signal(SIGXFSZ, SIG_IGN);
+    (void)signal(SIGXFSZ, SIG_IGN);
     return 0;
 }
 
