@@ -144,10 +144,11 @@ class Medida:
         return max(self.completa, self.ociosa)
 
 
-def observa(pantalla, programa, inicio, antes, plazo=60, todo=False):
+def observa(pantalla, programa, inicio, antes, plazo=60, todo=False, cada=0.002):
     """Follows the screen from `inicio`, when it was `antes`, until there is
     something new and neither the picture nor the processor moves any more.
-    None when that takes longer than `plazo` seconds, or the program ends."""
+    None when that takes longer than `plazo` seconds, or the program ends. To
+    look `cada` so many seconds takes a processor's time itself."""
     cuadros, usos = [(inicio, antes)], [(inicio, 0.0)]
     while True:
         ahora = time.perf_counter()
@@ -161,7 +162,7 @@ def observa(pantalla, programa, inicio, antes, plazo=60, todo=False):
                 return Medida(cuadros, usos, todo)
             if ahora - inicio > plazo or not programa.vive():
                 return None
-        time.sleep(0.002)
+        time.sleep(cada)
 
 
 def calma(cuadros, usos, ahora):
