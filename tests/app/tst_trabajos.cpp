@@ -199,17 +199,23 @@ private slots:
         const Guion guiones[]{{"crea-entrada x"}, {"error Error: x\\n", "sale 1"}, {"senal 9"}};
         const auto antes = rastro();
         double lleno = 0; // MiB, once all caches are
+        constexpr size_t kSeguidos = 50;
+        std::optional<Banco> banco;
         for (size_t hechos = 0; hechos <= total; ++hechos) {
             if (hechos % (total / 3) == 0) {
+                banco.reset();
                 QTRY_COMPARE(rastro(), antes);
                 qInfo("%5zu trabajos: %.1f MiB", hechos, memoria());
                 lleno = lleno == 0 && hechos > 0 ? memoria() : lleno;
             }
-            const Banco banco(guiones[hechos / kTodos.size() % 3]);
-            (void)kTodos[hechos % kTodos.size()](banco, "x");
+            // The C library never gives back what a new environment takes.
+            if (!banco || hechos % kSeguidos == 0)
+                banco.emplace(guiones[hechos / kSeguidos % 3]);
+            (void)kTodos[hechos % kTodos.size()](*banco, "x");
             colaDeFondo().waitForDone();
-            QTRY_VERIFY(banco.claves().isEmpty());
+            QTRY_VERIFY(banco->claves().isEmpty());
         }
+        banco.reset();
         QTRY_COMPARE(rastro(), antes);
         QVERIFY(memoria() < lleno + kHolgura);
         QCOMPARE(::waitpid(-1, nullptr, WNOHANG), -1); // no child, not even a dead one
