@@ -43,8 +43,8 @@ class Terminal(Caso):
         avances = [PROGRESO.match(l) for l in r.lineas]
         self.assertEqual(avances.count(None), 1)
         porcentajes = [float(a[3]) for a in avances if a]
-        self.assertGreater(len(porcentajes), 3)
-        self.assertEqual(porcentajes, sorted(porcentajes))
+        self.assertGreater(len(porcentajes), 1)  # the first comes at once, however fast it goes
+        self.assertEqual((porcentajes, porcentajes[-1]), (sorted(porcentajes), 100))
 
 
 class Comprobar(Caso):
