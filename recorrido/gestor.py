@@ -53,12 +53,8 @@ class Gestor(persona.Aplicacion):
         self.proceso = subprocess.Popen([programa, carpeta], env=grabador.entorno,
                                         stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                         stderr=subprocess.PIPE)
-        self._ventana = persona.hasta(lambda: self._ventanas(carpeta.name), f"{programa}", 30)[-1]
+        self._ventana = persona.hasta_ventana(self.proceso.pid, f"^{carpeta.name}", 30)
         self.raiz = persona.hasta(self._busca_raiz, f"{programa} en el bus de accesibilidad")
-
-    def _ventanas(self, nombre):
-        return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{nombre}"],
-                              capture_output=True, text=True, check=False).stdout.split()
 
     def abre_menu(self):
         """The context menu of everything. The keyboard goes to the files once

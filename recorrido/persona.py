@@ -176,10 +176,7 @@ class Aplicacion:
 
     def ventana(self, nombre="orcalin"):
         """The X server's number of the window."""
-        ventanas = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid",
-                                   str(self.proceso.pid), "--name", nombre],
-                                  capture_output=True, text=True, check=True).stdout.split()
-        return ventanas[-1]
+        return hasta_ventana(self.proceso.pid, nombre)
 
     def espera_delante(self):
         hasta(lambda: delante() == self.ventana(), "la ventana delante")
@@ -303,6 +300,15 @@ def centro(nodo, escala=1):
     """The middle of a control, in the screen's pixels."""
     x, y, ancho, alto = caja(nodo)
     return int((x + ancho // 2) * escala), int((y + alto // 2) * escala)
+
+
+def hasta_ventana(pid, nombre, espera=ESPERA):
+    """The X server's number of the process's window with such a name, once it is
+    there. That of a process which has just been killed may still be there, too."""
+    orden = ["xdotool", "search", "--all", "--onlyvisible", "--pid", str(pid), "--name", nombre]
+    return hasta(lambda: subprocess.run(orden, capture_output=True, text=True,
+                                        check=False).stdout.split(),
+                 f"la ventana «{nombre}»", espera)[-1]
 
 
 def delante():

@@ -62,15 +62,14 @@ class Gestores(Caso):
         insiste(ofrecido, "la orden de abrir")
 
     def test_pcmanfm(self):
-        for siembra, servicio, rotulo, lugares in (
-                (self.con_de_todo, "comprimir", COMPRIMIR, (3,)),
-                (self.con_un_archivo, "abrir", "Abrir con Orcalin", (3, 4))):
-            with self.subTest(servicio=servicio):
-                self.setUp()
-                siembra()
-                self.abre_gestor(GestorDeTeclado, "pcmanfm-qt", desde_abajo=lugares)
-                self.pide(servicio, rotulo)
-                self.gestor.proceso.kill()
+        self.con_de_todo()
+        self.abre_gestor(GestorDeTeclado, "pcmanfm-qt")
+        self.pide("comprimir", COMPRIMIR)
+
+    def test_pcmanfm_abre(self):
+        self.con_un_archivo()
+        self.abre_gestor(GestorDeTeclado, "pcmanfm-qt", desde_abajo=(3, 4))
+        self.pide("abrir", "Abrir con Orcalin")
 
     def test_nautilus(self):
         """The extension by the library that Nautilus speaks to it with. Its

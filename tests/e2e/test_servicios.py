@@ -165,9 +165,7 @@ class Servicios(Caso):
         self.app.espera("push button", "Guardar algo")
         sin_bus = dict(SESION.entorno(), DBUS_SESSION_BUS_ADDRESS="unix:path=/no/hay")
         for suelto in self.lanza_los_dos(sin_bus):
-            subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--pid",
-                            str(suelto.pid), "--name", "orcalin"], check=True,
-                           capture_output=True, timeout=20)
+            persona.hasta_ventana(suelto.pid, "orcalin")
             self.assertIsNone(suelto.poll())
 
     def test_la_ficha_llega_a_la_ventana_y_no_a_los_hijos(self):
