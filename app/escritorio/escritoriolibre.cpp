@@ -8,6 +8,7 @@
 #include "motor/ruta.h"
 
 #include <QApplication>
+#include <QFileSystemModel>
 #include <QWindow>
 
 namespace {
@@ -16,19 +17,24 @@ constexpr int kEsperaAlGestor = 2000; // milliseconds
 constexpr int kAncho = 760;           // of a file panel: names are long
 constexpr int kAlto = 480;
 
+} // namespace
+
+EscritorioLibre::EscritorioLibre()
+    : m_carpeta(QDir::homePath()) {}
+
 // Over the main window, which is no widget and so cannot be the parent.
-bool muestra(QDialog &dialogo) {
+bool EscritorioLibre::muestra(QFileDialog &dialogo) {
+    if (!m_iconos)
+        m_iconos.emplace();
+    // By the panel's own way to set it the places at the side forget which one is shown.
+    if (auto *ficheros = dialogo.findChild<QFileSystemModel *>())
+        ficheros->setIconProvider(&*m_iconos);
     QWindow *principal = QGuiApplication::focusWindow();
     dialogo.resize(kAncho, kAlto);
     dialogo.winId(); // makes the window
     dialogo.windowHandle()->setTransientParent(principal);
     return dialogo.exec() == QDialog::Accepted;
 }
-
-} // namespace
-
-EscritorioLibre::EscritorioLibre()
-    : m_carpeta(QDir::homePath()) {}
 
 QList<QUrl> EscritorioLibre::eligeOrigenes() {
     DialogoOrigenes dialogo;

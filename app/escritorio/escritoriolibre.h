@@ -2,10 +2,13 @@
 
 #include "apariencia.h"
 #include "escritorio.h"
+#include "iconosporelnombre.h"
 #include "lanzador.h"
 #include "notificaciones.h"
 
 #include <QDir>
+
+class QFileDialog;
 
 /// The desktop by the freedesktop conventions: Qt's file panels, and the D-Bus
 /// interfaces of file manager, notifications, launcher and settings portal. As
@@ -33,6 +36,10 @@ public:
     bool arrastra(Saque &saque, const QString &rotulo) override;
 
 private:
+    [[nodiscard]] bool muestra(QFileDialog &dialogo);
+
+    // From the first panel on: one that goes still reads on in the background.
+    std::optional<IconosPorElNombre> m_iconos;
     Apariencia m_apariencia;
     Lanzador m_lanzador;
     Notificaciones m_notificaciones;
