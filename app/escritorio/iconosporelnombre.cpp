@@ -16,10 +16,8 @@ IconosPorElNombre::Clase IconosPorElNombre::clase(const QString &terminacion) co
         return *vista;
     const QMimeType suya =
         m_tabla.mimeTypeForFile(QStringLiteral("x.") + terminacion, QMimeDatabase::MatchExtension);
-    QIcon icono = QFileIconProvider::icon(QFileIconProvider::File);
-    for (const QString &suyo : {suya.genericIconName(), suya.iconName()}) // the better one last
-        if (QIcon::hasThemeIcon(suyo))
-            icono = QIcon::fromTheme(suyo);
+    const QIcon general = QIcon::fromTheme(suya.genericIconName(), QFileIconProvider::icon(File));
+    const QIcon icono = QIcon::fromTheme(suya.iconName(), general);
     const QString nombre = suya.isDefault() ? QStringLiteral("Archivo") : suya.comment();
     return *m_clases.insert(terminacion, {icono, nombre});
 }
