@@ -86,7 +86,12 @@ void FicheroProvisional::empuja() {
 }
 
 void FicheroProvisional::cierra() {
-    if (fsync(fichero.fd.numero()) != 0 || consagraEfimero(nombre.c_str()) != 0)
+    if (fsync(fichero.fd.numero()) != 0)
+        falla(noSeGuarda, errno);
+}
+
+void FicheroProvisional::entrega() {
+    if (consagraEfimero(nombre.c_str()) != 0)
         falla(noSeGuarda, errno);
     entregado = true;
     // Some file systems cannot flush a folder; the archive itself is safe by now.

@@ -24,11 +24,14 @@ public:
 
     void escribe(Octetos datos) override;
 
-    /// Flushes to the disk and takes the destination's name, replacing what has
-    /// it. Cancelling is over from here on. Throws Fallo when that fails, and
-    /// also, the archive complete, when its folder has been moved or unmounted
-    /// meanwhile: it is not where it was asked for.
+    /// Flushes to the disk. The file keeps its provisional name.
     void cierra() override;
+
+    /// Takes the destination's name, replacing what has it; after cierra().
+    /// Cancelling is over from here on. Throws Fallo when that fails, and also,
+    /// the archive complete, when its folder has been moved or unmounted
+    /// meanwhile: it is not where it was asked for.
+    void entrega();
 
     /// Whether `nombre` in a folder, with this status, is the file being
     /// written or the one that it will replace.

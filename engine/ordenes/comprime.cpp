@@ -49,6 +49,7 @@ void comprime(const PedidoComprimir &pedido) {
     const auto compresion =
         pedido.maximo ? compresionMaxima(bytesPrevistos(plan)) : compresionHabitual(pedido.nivel);
     escribe(*abajo, compresion, plan, progreso, avisos);
+    destino.entrega();
     progreso.acaba();
     avisos.remata("guardar bien");
 }
