@@ -1,5 +1,7 @@
 #pragma once
 
+#include "flujo/suma.h"
+
 #include <cstdint>
 
 namespace orcalin {
@@ -8,6 +10,7 @@ namespace orcalin {
 struct Marco {
     std::uint64_t empacado = 0; ///< bytes in the archive
     std::uint64_t crudo = 0;    ///< bytes of the tar stream
+    Suma suma{};                ///< of these
 };
 
 /// Which of the two compressions an archive is made with.

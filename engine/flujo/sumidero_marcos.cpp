@@ -48,6 +48,7 @@ void SumideroMarcos::escribe(Octetos datos) {
         const auto cabe =
             std::min<std::uint64_t>(largoBocado - bocado.size(), compresion.marco - enEste);
         const auto parte = datos.first(std::min<std::uint64_t>(datos.size(), cabe));
+        sumador.anade(parte);
         bocado.insert(bocado.end(), parte.begin(), parte.end());
         enEste += parte.size();
         datos = datos.subspan(parte.size());
@@ -84,6 +85,8 @@ void SumideroMarcos::pasa(bool corta) {
     abierto.marco.crudo += bocado.size();
     abierto.entra.push_back(std::exchange(bocado, {}));
     abierto.completo = corta;
+    if (corta)
+        abierto.marco.suma = sumador.acaba();
     // A thread costs memory as soon as it works: no more of them than frames.
     if (obreros.size() < std::min<std::size_t>(compresion.obreros, enVuelo.size()))
         obreros.emplace_back([this] { trabaja(); });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "flujo/compresor.h"
+#include "flujo/suma.h"
 
 #include <condition_variable>
 #include <deque>
@@ -12,8 +13,9 @@ namespace orcalin {
 
 /// Cuts a stream into frames, has them compressed by several threads, and
 /// writes them in order. The receiver below is used on the caller's thread
-/// only. What waits, to be compressed or to be written, is bounded (see Compresion);
-/// it is little where there is only one thread.
+/// only. Each frame's sum is taken on that thread as the bytes come in, before
+/// anything else happens to them. What waits, to be compressed or to be written, is bounded (see
+/// Compresion); it is little where there is only one thread.
 class SumideroMarcos : public Receptor {
 public:
     /// Hears, about ten times a second and on the caller's thread, how many
@@ -64,6 +66,7 @@ private:
     AlAvanzar alAvanzar;
     std::size_t tope; // of bytes that wait, more or less
     Bloque bocado;    // what has not been passed on yet
+    Sumador sumador;  // of the open frame
     Trato trato = Trato::otro;
     std::uint64_t hastaEste = 0; // where the open frame begins
     std::uint64_t enEste = 0;    // bytes in it

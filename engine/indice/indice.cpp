@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t largoBloque = 64 * kibi;
 constexpr std::size_t avisoSaltable = 8;
-constexpr std::uint64_t permisosMaximos = 07777;
+constexpr std::uint64_t demasMaximo = 64 * kibi;
 
 [[noreturn]] void danado() {
     throw Fallo("el índice está dañado");
@@ -34,27 +34,43 @@ std::unique_ptr<Fuente> abre(const Almacen &almacen, Envase envase, const Rotulo
 
 } // namespace
 
-Indice::Indice(const Almacen &almacen, Envase envase, const Rotulo &rotulo)
-    : fuente(abre(almacen, envase, rotulo))
+Indice::Indice(const Almacen &almacen, Envase envase, const Rotulo &rotuloDado, bool exige)
+    : fuente(abre(almacen, envase, rotuloDado))
     , bloque(largoBloque)
-    , tar(rotulo.tar)
+    , rotulo(rotuloDado)
     , faltan(rotulo.entradas) {
-    leeMarcos(rotulo);
+    if (exige && rotulo.version > 1)
+        sumador.emplace();
+    leeMarcos();
 }
 
-void Indice::leeMarcos(const Rotulo &rotulo) {
+void Indice::leeMarcos() {
     MarcoSituado marco;
     for (auto n = numero(rotulo.lugar); n > 0; --n) {
         situados.push_back(marco);
         marco.inicio += numero(rotulo.lugar - marco.inicio);
-        const auto crudo = numero(tar - marco.desde);
+        const auto crudo = numero(rotulo.tar - marco.desde);
         marco.desde += crudo;
         if (crudo == 0)
             danado();
+        if (rotulo.version > 1)
+            situados.back().suma = leeSuma();
     }
     final = marco;
-    if (situados.empty() || marco.inicio != rotulo.lugar || marco.desde != tar)
+    if (situados.empty() || marco.inicio != rotulo.lugar || marco.desde != rotulo.tar)
         danado();
+}
+
+Suma Indice::leeSuma() {
+    Suma suma{};
+    for (auto &uno : suma)
+        uno = octeto();
+    return suma;
+}
+
+std::uint64_t Indice::crudoDe(std::size_t marco) const {
+    const auto &siguiente = marco + 1 < situados.size() ? situados[marco + 1] : final;
+    return siguiente.desde - situados[marco].desde;
 }
 
 std::size_t Indice::marcoDe(std::uint64_t lugar) const {
@@ -66,8 +82,7 @@ std::size_t Indice::marcoDe(std::uint64_t lugar) const {
 
 bool Indice::siguiente(Asiento &asiento) {
     if (faltan == 0) {
-        if (!pendiente.empty() || repone())
-            danado();
+        acaba();
         return false;
     }
     --faltan;
@@ -90,13 +105,32 @@ bool Indice::siguiente(Asiento &asiento) {
     asiento.tipo = static_cast<char>(octeto());
     if (!asciende || std::string_view("-dlh").find(asiento.tipo) == std::string_view::npos)
         danado();
-    asiento.permisos = static_cast<unsigned>(numero(permisosMaximos));
+    const bool conMas = leePermisos(asiento);
     asiento.bytes = numero(UINT64_MAX);
     asiento.lugar = previsto + static_cast<std::uint64_t>(deZigzag(numero(UINT64_MAX)));
-    if (asiento.lugar >= tar)
+    if (asiento.lugar >= rotulo.tar)
         danado();
-    asiento.enlazado = asiento.tipo == 'h' ? numero(tar - 1) : 0;
+    asiento.enlazado = asiento.tipo == 'h' ? numero(rotulo.tar - 1) : 0;
+    for (auto demas = conMas ? numero(demasMaximo) : 0; demas > 0; --demas)
+        octeto();
     return true;
+}
+
+/// True if something follows that is not for us.
+bool Indice::leePermisos(Asiento &asiento) {
+    constexpr unsigned marcas = marcaIncompleta | marcaConMas;
+    const auto todo = numero(rotulo.version > 1 ? permisosMaximos | marcas : permisosMaximos);
+    asiento.permisos = static_cast<unsigned>(todo & permisosMaximos);
+    asiento.incompleta = (todo & marcaIncompleta) != 0;
+    return (todo & marcaConMas) != 0;
+}
+
+void Indice::acaba() {
+    if (!pendiente.empty() || repone())
+        danado();
+    if (sumador && sumador->acaba() != rotulo.suma)
+        danado();
+    sumador.reset();
 }
 
 std::uint64_t Indice::numero(std::uint64_t maximo) {
@@ -128,6 +162,8 @@ unsigned char Indice::octeto() {
 
 bool Indice::repone() {
     pendiente = Octetos(bloque).first(fuente->lee(bloque));
+    if (sumador)
+        sumador->anade(pendiente);
     return !pendiente.empty();
 }
 

@@ -5,6 +5,7 @@
 #include "indice/rotulo.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace orcalin {
@@ -13,6 +14,7 @@ namespace orcalin {
 struct MarcoSituado {
     std::uint64_t inicio = 0; ///< in the archive
     std::uint64_t desde = 0;  ///< in the tar stream
+    std::optional<Suma> suma; ///< of what it holds; none in an archive of version 1
 };
 
 /// The index of an archive, read from its beginning to its end without ever
@@ -20,11 +22,16 @@ struct MarcoSituado {
 class Indice {
 public:
     /// The index that `rotulo` points to; `almacen` must outlive this. Reads
-    /// the frames. Throws Fallo if they are damaged or do not add up.
-    Indice(const Almacen &almacen, Envase envase, const Rotulo &rotulo);
+    /// the frames. With `exige`, the sum of the whole, where there is one, is
+    /// compared at its end, which takes longer than to read it. Throws Fallo if
+    /// the frames are damaged or do not add up.
+    Indice(const Almacen &almacen, Envase envase, const Rotulo &rotulo, bool exige = false);
 
     /// In the order of the stream; at least one.
     [[nodiscard]] const std::vector<MarcoSituado> &marcos() const { return situados; }
+
+    /// How many bytes of the tar stream the frame `marco` holds.
+    [[nodiscard]] std::uint64_t crudoDe(std::size_t marco) const;
 
     /// Where the last of them ends.
     [[nodiscard]] const MarcoSituado &fin() const { return final; }
@@ -39,18 +46,22 @@ public:
     bool siguiente(Asiento &asiento);
 
 private:
-    void leeMarcos(const Rotulo &rotulo);
+    void leeMarcos();
     std::uint64_t numero(std::uint64_t maximo);
     unsigned char octeto();
     bool repone();
+    Suma leeSuma();
+    bool leePermisos(Asiento &asiento);
+    void acaba();
 
     std::unique_ptr<Fuente> fuente;
     std::vector<unsigned char> bloque;
     Octetos pendiente; // what of `bloque` has not been read
     std::vector<MarcoSituado> situados;
     MarcoSituado final;
-    std::uint64_t tar;
-    std::uint64_t faltan; // entries
+    Rotulo rotulo;
+    std::uint64_t faltan;           // entries
+    std::optional<Sumador> sumador; // where the sum is to be compared
 };
 
 } // namespace orcalin

@@ -2,7 +2,6 @@
 
 #include "comun/fallo.h"
 #include "indice/numeros.h"
-#include "indice/rotulo.h"
 
 #include <algorithm>
 #include <lzma.h>
@@ -26,7 +25,7 @@ void codificaUno(std::vector<unsigned char> &en, const Asiento &asiento, const A
     en.insert(en.end(), asiento.ruta.begin() + static_cast<std::ptrdiff_t>(igual),
               asiento.ruta.end());
     en.push_back(static_cast<unsigned char>(asiento.tipo));
-    ponVariable(en, asiento.permisos);
+    ponVariable(en, asiento.permisos | (asiento.incompleta ? marcaIncompleta : 0U));
     ponVariable(en, asiento.bytes);
     ponVariable(en, enZigzag(static_cast<std::int64_t>(asiento.lugar - lugarTras(previo))));
     if (asiento.tipo == 'h')
@@ -72,18 +71,23 @@ std::vector<unsigned char> comprimeXz(const std::vector<unsigned char> &crudo) {
 
 } // namespace
 
-void IndiceNuevo::escribe(Receptor &abajo, Envase envase, const std::vector<Marco> &marcos) {
+Rotulo IndiceNuevo::escribe(Receptor &abajo, Envase envase, const std::vector<Marco> &marcos) {
     std::sort(asientos.begin(), asientos.end(),
               [](const Asiento &a, const Asiento &b) { return a.ruta < b.ruta; });
     const auto crudo = codifica(marcos);
     const auto marco = envase == Envase::xz ? comprimeXz(crudo) : comprimeZstd(crudo);
-    Rotulo rotulo{0, marco.size(), crudo.size(), asientos.size(), 0};
+    Rotulo rotulo;
+    rotulo.largo = marco.size();
+    rotulo.crudo = crudo.size();
+    rotulo.entradas = asientos.size();
+    rotulo.suma = sumaDe(crudo);
     for (const auto &uno : marcos) {
         rotulo.lugar += uno.empacado;
         rotulo.tar += uno.crudo;
     }
     abajo.escribe(marco);
     abajo.escribe(enMarco(rotulo, envase));
+    return rotulo;
 }
 
 std::vector<unsigned char> IndiceNuevo::codifica(const std::vector<Marco> &marcos) const {
@@ -92,6 +96,7 @@ std::vector<unsigned char> IndiceNuevo::codifica(const std::vector<Marco> &marco
     for (const auto &marco : marcos) {
         ponVariable(crudo, marco.empacado);
         ponVariable(crudo, marco.crudo);
+        crudo.insert(crudo.end(), marco.suma.begin(), marco.suma.end());
     }
     const Asiento ninguno;
     const Asiento *previo = &ninguno;

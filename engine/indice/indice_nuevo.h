@@ -3,6 +3,7 @@
 #include "flujo/flujo.h"
 #include "flujo/marco.h"
 #include "indice/asiento.h"
+#include "indice/rotulo.h"
 
 #include <vector>
 
@@ -16,8 +17,8 @@ public:
     [[nodiscard]] std::size_t entradas() const { return asientos.size(); }
 
     /// Writes index and trailer behind the frames, which are all there is of
-    /// the tar stream. To be called once.
-    void escribe(Receptor &abajo, Envase envase, const std::vector<Marco> &marcos);
+    /// the tar stream, and returns what the trailer says. To be called once.
+    Rotulo escribe(Receptor &abajo, Envase envase, const std::vector<Marco> &marcos);
 
 private:
     [[nodiscard]] std::vector<unsigned char> codifica(const std::vector<Marco> &marcos) const;

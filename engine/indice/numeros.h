@@ -7,7 +7,12 @@
 
 namespace orcalin {
 
-// The two ways in which the index and its trailer write a number.
+// How the index and its trailer write things.
+
+// What stands with the permissions of an entry.
+inline constexpr unsigned permisosMaximos = 07777;
+inline constexpr unsigned marcaIncompleta = 010000;
+inline constexpr unsigned marcaConMas = 020000;
 
 /// Appends the low `bytes` bytes of `numero`, least significant first.
 inline void ponFijo(std::vector<unsigned char> &en, std::uint64_t numero, std::size_t bytes) {

@@ -15,9 +15,11 @@ struct Rotulo {
     std::uint64_t crudo = 0;    ///< of the index, decompressed
     std::uint64_t entradas = 0; ///< how many
     std::uint64_t tar = 0;      ///< length of the tar stream
+    unsigned version = 2;       ///< of the index, too: 1 knows no sums
+    Suma suma{};                ///< of the index, decompressed
 };
 
-/// `rotulo` as a frame of the given kind.
+/// `rotulo` as a frame of the given kind, in the form of its version.
 std::vector<unsigned char> enMarco(const Rotulo &rotulo, Envase envase);
 
 /// The trailer at the end of `almacen`; none if there is none, or one that

@@ -22,7 +22,7 @@ void comprueba(lzma_ret resultado) {
 
 // The library's ready-made function compresses where it can; hence in pieces.
 std::vector<unsigned char> rotuloXz(Octetos texto) {
-    std::vector<unsigned char> salida(largoRotuloXz);
+    std::vector<unsigned char> salida(largoRotuloXz(texto.size()));
     lzma_stream_flags marcas{};
     marcas.check = LZMA_CHECK_CRC32;
     comprueba(lzma_stream_header_encode(&marcas, salida.data()));

@@ -54,7 +54,8 @@ public:
         : archivo(archivoDado) {}
 
     void recorre() {
-        LectorTar lector(archivo.tar());
+        const auto indice = archivo.indice();
+        LectorTar lector(indice ? archivo.tarComprobado(*indice) : archivo.tar());
         while (archive_entry *ficha = lector.siguiente()) {
             const Entrada entrada = describe(ficha);
             enCurso = entrada.ruta;
@@ -66,15 +67,19 @@ public:
         }
     }
 
-    /// Whether the index, if there is one, tells what the stream holds.
-    void comparaConElIndice() {
+    /// Whether the index, if there is one, tells what the stream holds. What it
+    /// calls incomplete is missing to `avisos`.
+    void comparaConElIndice(Avisos &avisos) {
         const auto indice = archivo.indiceSano();
         if (!indice)
             return;
         const auto enElFlujo = huella.valor();
         huella.borra();
-        for (Asiento asiento; indice->siguiente(asiento);)
+        for (Asiento asiento; indice->siguiente(asiento);) {
             huella.anade(asiento);
+            if (asiento.incompleta)
+                avisos.falta(citado(asiento.ruta) + ": se guardó incompleto");
+        }
         if (huella.valor() != enElFlujo)
             throw Fallo("el índice no dice lo que hay en el archivo");
     }
@@ -146,6 +151,7 @@ void comprueba(const PedidoComprobar &pedido) {
     atiendeCancelacion("comprobación cancelada");
     const Archivo archivo(pedido.archivo, pedido.ficheroContrasena);
     Comprobacion comprobacion(archivo);
+    Avisos avisos;
     {
         const Marcha marcha("Comprobando", [&fichero = archivo.enElDisco()] {
             return Marcha::Punto{fichero.leidos(), fichero.largo()};
@@ -155,8 +161,9 @@ void comprueba(const PedidoComprobar &pedido) {
         } catch (const Fallo &) {
             cuentaElDano(archivo, comprobacion);
         }
-        comprobacion.comparaConElIndice();
+        comprobacion.comparaConElIndice(avisos);
     }
+    avisos.remata("guardar bien");
     Salida salida;
     salida.linea("El archivo está sano: " + comprobacion.cuenta());
     salida.vacia();

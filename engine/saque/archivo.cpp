@@ -9,6 +9,8 @@
 #include "flujo/fuente_de_almacen.h"
 #include "flujo/fuente_xz.h"
 #include "flujo/fuente_zstd.h"
+#include "indice/fuente_sumada.h"
+#include "tar/marca.h"
 
 #include <algorithm>
 #include <array>
@@ -73,11 +75,15 @@ const Almacen &Archivo::almacen() const {
 }
 
 std::unique_ptr<Indice> Archivo::indice() const {
+    return indice(false);
+}
+
+std::unique_ptr<Indice> Archivo::indice(bool exige) const {
     try {
         const auto rotulo = envase ? leeRotulo(almacen(), *envase) : std::nullopt;
         if (!rotulo)
             return nullptr;
-        return std::make_unique<Indice>(almacen(), *envase, *rotulo);
+        return std::make_unique<Indice>(almacen(), *envase, *rotulo, exige);
     } catch (const Fallo &) {
         // The stream has it all, and tells what is wrong with the file itself.
         return nullptr;
@@ -86,16 +92,30 @@ std::unique_ptr<Indice> Archivo::indice() const {
 
 std::unique_ptr<Indice> Archivo::indiceSano() const {
     const auto estado = envase ? estadoDelRotulo(almacen(), *envase) : EstadoRotulo::noHay;
+    if (estado == EstadoRotulo::noHay && prometeIndice())
+        throw Fallo("al archivo le falta el final, o le sobra algo detrás");
     if (estado == EstadoRotulo::noHay)
         return nullptr;
-    auto hallado = indice();
+    auto hallado = indice(true);
     if (estado == EstadoRotulo::danado || !hallado)
         throw Fallo("el índice está dañado");
     return hallado;
 }
 
+bool Archivo::prometeIndice() const {
+    Bloque inicio(largoMarca);
+    inicio.resize(llena(*abre(0, almacen().largo()), inicio));
+    return llevaMarca(inicio);
+}
+
 std::unique_ptr<Fuente> Archivo::tar() const {
     return std::make_unique<FuenteAdelantada>(abre(0, almacen().largo()));
+}
+
+std::unique_ptr<Fuente> Archivo::tarComprobado(const Indice &indice) const {
+    auto sumada = std::make_unique<FuenteSumada>(abre(0, almacen().largo()), indice, 0,
+                                                 indice.marcos().size());
+    return std::make_unique<FuenteAdelantada>(std::move(sumada));
 }
 
 std::unique_ptr<Fuente> Archivo::tarDesde(const Indice &indice, std::uint64_t lugar) const {

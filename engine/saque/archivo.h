@@ -31,13 +31,18 @@ public:
     /// The archive must outlive it.
     [[nodiscard]] std::unique_ptr<Indice> indice() const;
 
-    /// The same for who is to find damage: null only if there never was one.
-    /// Throws Fallo if index or trailer are damaged.
+    /// The same for who is to find damage, with its sum to be compared: null only
+    /// if there never was one. Throws Fallo if index or trailer are damaged or
+    /// are not where the mark of the stream has them.
     [[nodiscard]] std::unique_ptr<Indice> indiceSano() const;
 
     /// The tar stream from its beginning, any number of times, read ahead by a
     /// thread. The archive must outlive it.
     [[nodiscard]] std::unique_ptr<Fuente> tar() const;
+
+    /// The same, with the sums that `indice` has of its frames compared: Fallo
+    /// where one differs, before anything behind that frame is handed out.
+    [[nodiscard]] std::unique_ptr<Fuente> tarComprobado(const Indice &indice) const;
 
     /// The tar stream from `lugar` on, which the frames of `indice` lead to.
     [[nodiscard]] std::unique_ptr<Fuente> tarDesde(const Indice &indice, std::uint64_t lugar) const;
@@ -46,6 +51,8 @@ public:
     [[nodiscard]] std::unique_ptr<Fuente> marco(const Indice &indice, std::size_t marco) const;
 
 private:
+    [[nodiscard]] std::unique_ptr<Indice> indice(bool exige) const;
+    [[nodiscard]] bool prometeIndice() const;
     [[nodiscard]] std::unique_ptr<Fuente> abre(std::uint64_t desde, std::uint64_t hasta) const;
 
     AlmacenFichero fichero;

@@ -2,6 +2,7 @@
 
 #include "comun/fallo.h"
 #include "comun/medidas.h"
+#include "indice/fuente_sumada.h"
 
 #include <algorithm>
 
@@ -15,15 +16,15 @@ struct Tramo {
     std::uint64_t hasta;
 };
 
-/// Whether the frame decompresses, with its checksum, to as much as it should.
-bool seLee(const Archivo &archivo, const Indice &indice, std::size_t marco, std::uint64_t largo) {
+/// Whether the frame decompresses, with its checksums, to as much as it should.
+bool seLee(const Archivo &archivo, const Indice &indice, std::size_t marco) {
     try {
-        const auto fuente = archivo.marco(indice, marco);
+        FuenteSumada fuente(archivo.marco(indice, marco), indice, marco, marco + 1);
         std::vector<unsigned char> bloque(largoBloque);
         std::uint64_t total = 0;
-        while (const auto leidos = fuente->lee(bloque))
+        while (const auto leidos = fuente.lee(bloque))
             total += leidos;
-        return total == largo;
+        return total == indice.crudoDe(marco);
     } catch (const Fallo &) {
         return false;
     }
@@ -34,9 +35,8 @@ std::vector<Tramo> perdidos(const Archivo &archivo, const Indice &indice) {
     std::vector<Tramo> tramos;
     const auto &marcos = indice.marcos();
     for (std::size_t i = 0; i < marcos.size(); ++i) {
-        const auto hasta = i + 1 < marcos.size() ? marcos[i + 1].desde : indice.fin().desde;
-        if (!seLee(archivo, indice, i, hasta - marcos[i].desde))
-            tramos.push_back({marcos[i].desde, hasta});
+        if (!seLee(archivo, indice, i))
+            tramos.push_back({marcos[i].desde, marcos[i].desde + indice.crudoDe(i)});
     }
     return tramos;
 }

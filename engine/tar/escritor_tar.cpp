@@ -1,9 +1,11 @@
 #include "tar/escritor_tar.h"
 
 #include "comun/fallo.h"
+#include "tar/marca.h"
 
 #include <cerrno>
 #include <new>
+#include <utility>
 
 namespace orcalin {
 
@@ -43,6 +45,9 @@ la_ssize_t EscritorTar::alEscribir(archive *, void *yo, const void *datos, std::
     auto *escritor = static_cast<EscritorTar *>(yo);
     try {
         // Freeing the writer after a failure flushes once more.
+        // The mark counts as the first entry's: it goes before that, not by itself.
+        if (!escritor->pendiente && !std::exchange(escritor->conMarca, true))
+            escritor->abajo.escribe(marcaDeIndice());
         if (!escritor->pendiente)
             escritor->abajo.escribe({static_cast<const unsigned char *>(datos), largo});
         return static_cast<la_ssize_t>(largo);

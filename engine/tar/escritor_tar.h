@@ -7,7 +7,8 @@
 
 namespace orcalin {
 
-/// Writes a pax tar stream. Every operation throws what the receiver below
+/// Writes a pax tar stream, with the mark of an archive with an index at its
+/// beginning. Every operation throws what the receiver below
 /// throws, or Fallo when the stream cannot go on.
 ///
 /// Names are bytes here. The process stays in the "C" locale, where the
@@ -37,6 +38,7 @@ private:
     void comprueba(la_ssize_t resultado);
 
     Receptor &abajo;
+    bool conMarca = false; // it has been written
     AsaEscritura tar;
     std::exception_ptr pendiente; // thrown below, must not cross the C library
 };

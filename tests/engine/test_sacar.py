@@ -123,12 +123,54 @@ class Indice(Caso):
         self.error_al_sacar("--file", "A")
 
 
+class Final(Caso):
+    def test_se_echa_de_menos(self):
+        """What is made here says at its beginning how it ends."""
+        self.pon("c/f", "hola")
+        for modo, con_que in (("--level", "3"), "zstd -dc"), (("--max",), "xz -dc"):
+            self.comprime(self.c, *modo, nivel=None)
+            bueno, lista = self.okz.read_bytes(), self.lista()
+            for leido in ("bsdtar -tf", "tar -I zstd -tf" if con_que[0] == "z" else "tar -Jtf",
+                          con_que, "python3 -m tarfile -l"):
+                if leido[0] != "p" or con_que[0] == "x":
+                    self.assertEqual(self.sh(leido + ' "$1"', self.d).stderr, b"", leido)
+            indice = bueno.index(b"\x50\x2a\x4d\x18" if con_que[0] == "z" else b"\xfd7zXZ\0\0\1")
+            for malo in (bueno[:-1], bueno[:indice], bueno + bytes(4096)):
+                self.okz.write_bytes(malo)
+                self.assertRegex(self.error("check", self.okz), "índice está dañado|falta el final")
+                self.assertIn("no tiene índice", self.corre("list", self.okz).lineas[0])
+                self.assertEqual(self.lista(), lista)
+                self.assertEqual((self.extrae() / "c/f").read_text(), "hola")
+
+    def test_versiones(self):
+        def hecho(**como):
+            self.okz.write_bytes(semillas.archivo(semillas.entradas(0), **como))
+            return self.lista()
+        primera = hecho(version=1)
+        self.corre("check", self.okz)
+        self.okz.write_bytes(self.okz.read_bytes()[:-1])  # of which nothing was promised
+        self.corre("check", self.okz)
+        self.assertEqual(hecho(), primera)
+        self.corre("check", self.okz)
+        self.assertEqual(hecho(marcas=semillas.CON_MAS), primera)
+        self.corre("check", self.okz)
+        self.assertEqual(hecho(marcas=semillas.INCOMPLETA), primera)
+        self.assertIn("«a»: se guardó incompleto", self.error("check", self.okz))
+
+    def test_las_sumas(self):
+        """Bytes that changed with all checksums of the packing right are found all the same."""
+        datos = semillas.archivo(semillas.entradas(0))  # whose frames have none
+        for donde, que in ((b"holahola", b"holahole"), (b"\x01a", b"\x01b")):
+            self.okz.write_bytes(datos.replace(donde, que, 1))
+            self.assertIn("dañado", self.error("check", self.okz))
+
+
 class Danos(Caso):
     def test_ni_un_byte_cambiado_ni_un_corte_pasa(self):
         """Every byte in turn, every length; however it is made. What is not
         refused is right; what comes after the data is never needed."""
         fichero = self.pon("f", b"hola " * 20)
-        for modo, tras in ((("--level", "1"), 48), (("--max",), 73), (self.en_clave, None)):
+        for modo, tras in ((("--level", "1"), 80), (("--max",), 105), (self.en_clave, None)):
             self.comprime(fichero, *modo, nivel=None)
             bueno = self.okz.read_bytes()
             datos = int.from_bytes(bueno[-tras:8 - tras], "little") if tras else len(bueno)
@@ -159,14 +201,13 @@ class Danos(Caso):
         return True
 
     def test_cortado(self):
-        bueno = semillas.archivo(semillas.entradas(0))  # in frames of 2 KiB
+        bueno = semillas.archivo(semillas.entradas(0), 4096)
         self.okz.write_bytes(bueno + b"basura")
         self.assertIn("no tiene índice", self.corre("list", self.okz).lineas[0])
-        self.corre("check", self.okz)  # no index is no damage
         self.assertEqual((self.extrae("--file", "a") / "a").read_text(), "hola" * 700)
         shutil.rmtree(self.salida)
         segundo = bueno.index(b"\x28\xb5\x2f\xfd", 1)
-        for largo in (1000, segundo, segundo + 500):
+        for largo in (3000, segundo, segundo + 500):
             self.okz.write_bytes(bueno[:largo])
             self.assertEqual(self.error("list", self.okz), "el archivo está incompleto")
             self.error_al_sacar()

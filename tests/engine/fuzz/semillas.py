@@ -1,6 +1,7 @@
 """Archives to begin with: semillas.py FOLDER. Frames hold raw blocks without a
 checksum, so that a byte changed here is a byte changed in what they hold."""
 
+import hashlib
 import io
 import os
 import pathlib
@@ -10,6 +11,8 @@ import tarfile
 import zlib
 
 SALTABLE = 0x184D2A50
+REGISTRO = b"50 comment=OKZindex 2: an index ends this archive\n"
+INCOMPLETA, CON_MAS = 0o10000, 0o20000
 
 
 def marco(datos):
@@ -35,9 +38,21 @@ def variable(n):
     return bytes(octetos + bytes([n]))
 
 
-def tar(entradas, formato=tarfile.PAX_FORMAT):
+def suma(datos):
+    return hashlib.blake2b(datos, digest_size=32).digest()
+
+
+def marca():
+    """What the stream of an archive with an index begins with."""
+    ficha = tarfile.TarInfo("OKZindex")
+    ficha.type, ficha.size = tarfile.XGLTYPE, len(REGISTRO)
+    return ficha.tobuf(tarfile.USTAR_FORMAT) + REGISTRO.ljust(512, b"\0")
+
+
+def tar(entradas, formato=tarfile.PAX_FORMAT, version=1):
     """The stream, and for each entry what the index says of it."""
     datos, fichas, lugares, bytes_ = io.BytesIO(), [], {}, {}
+    datos.write(marca() if version > 1 else b"")
     with tarfile.open(fileobj=datos, mode="w", format=formato) as t:
         for nombre, tipo, contenido in entradas:
             ficha = tarfile.TarInfo(nombre)
@@ -46,38 +61,44 @@ def tar(entradas, formato=tarfile.PAX_FORMAT):
             ficha.size = len(cuerpo)
             if tipo in (tarfile.SYMTYPE, tarfile.LNKTYPE):
                 ficha.linkname = contenido
-            lugares[nombre] = t.offset
+            lugares[nombre] = t.offset if fichas else 0
             letra = {tarfile.DIRTYPE: b"d", tarfile.SYMTYPE: b"l", tarfile.LNKTYPE: b"h"}.get(tipo, b"-")
             bytes_[nombre] = bytes_.get(contenido, 0) if letra == b"h" else len(cuerpo)
-            fichas.append((nombre.encode(), letra, bytes_[nombre], t.offset, lugares.get(contenido)))
+            fichas.append((nombre.encode(), letra, bytes_[nombre], lugares[nombre],
+                           lugares.get(contenido)))
             t.addfile(ficha, io.BytesIO(cuerpo))
     return datos.getvalue(), fichas
 
 
-def indice(marcos, fichas):
-    salida = variable(len(marcos)) + b"".join(variable(n) for m in marcos for n in m)
+def indice(trozos, marcos, fichas, version, marcas=0):
+    """`marcas`: what every entry has beside its permissions."""
+    salida = variable(len(marcos))
+    for trozo, m in zip(trozos, marcos):
+        salida += variable(len(m)) + variable(len(trozo)) + (suma(trozo) if version > 1 else b"")
     anterior, previsto = b"", 512
     for ruta, letra, bytes_, lugar, enlazado in sorted(fichas):
         comunes = len(os.path.commonprefix((ruta, anterior)))
         paso = lugar - previsto
         salida += variable(comunes) + variable(len(ruta) - comunes) + ruta[comunes:] + letra
-        salida += b"".join(map(variable, (0o755, bytes_, 2 * paso if paso >= 0 else -2 * paso - 1)))
+        salida += b"".join(map(variable, (0o755 | marcas, bytes_, 2 * paso if paso >= 0 else -2 * paso - 1)))
         salida += variable(enlazado or 0) if letra == b"h" else b""
+        salida += b"\4para" if marcas & CON_MAS else b""
         anterior, previsto = ruta, lugar + 512 + (bytes_ + 511) // 512 * 512 * (letra == b"-")
     return salida
 
 
-def archivo(entradas, corte=2048, cambia=lambda claro: claro, **mentiras):
+def archivo(entradas, corte=2048, cambia=lambda claro: claro, version=2, marcas=0, **mentiras):
     """Its index goes through `cambia`, and its label says what `mentiras` have it say."""
-    crudo, fichas = tar(entradas)
+    crudo, fichas = tar(entradas, version=version)
     trozos = [crudo[i:i + corte] for i in range(0, len(crudo), corte)]
     marcos = [marco(t) for t in trozos]
-    claro = cambia(indice([(len(m), len(t)) for m, t in zip(marcos, trozos)], fichas))
+    claro = cambia(indice(trozos, marcos, fichas, version, marcas))
     dentro = marco(claro)
     cuerpo = b"".join(marcos)
     dicho = {"lugar": len(cuerpo), "largo": len(dentro) + 8, "crudo": len(claro),
              "cuantas": len(fichas), "tar": len(crudo), **mentiras}
-    rotulo = b"OKZindex" + struct.pack("<IIQQQQQI", 1, 0, *dicho.values(), 0)
+    rotulo = b"OKZindex" + struct.pack("<IIQQQQQ", version, 0, *dicho.values())
+    rotulo += (suma(claro) if version > 1 else b"") + bytes(4)
     rotulo += struct.pack("<I", zlib.crc32(rotulo))
     return (cuerpo + struct.pack("<II", SALTABLE, len(dentro)) + dentro +
             struct.pack("<II", SALTABLE, len(rotulo)) + rotulo)
@@ -99,6 +120,8 @@ def hostiles(n):
 def semillas(n):
     return {
         "entera": archivo(entradas(n)),
+        "primera": archivo(entradas(n), version=1),
+        "con_marcas": archivo(entradas(n), marcas=CON_MAS | INCOMPLETA),
         "un_marco": archivo(entradas(n), 1 << 20),
         "hostil": archivo(hostiles(n)),
         "sin_indice": relleno(n) + marco(tar(entradas(0))[0]),

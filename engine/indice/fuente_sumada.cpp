@@ -1,0 +1,40 @@
+#include "indice/fuente_sumada.h"
+
+#include "comun/fallo.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace orcalin {
+
+FuenteSumada::FuenteSumada(std::unique_ptr<Fuente> tarDado, const Indice &indiceDado,
+                           std::size_t marcoDado, std::size_t hastaDado)
+    : tar(std::move(tarDado))
+    , indice(indiceDado)
+    , marco(marcoDado)
+    , hasta(hastaDado)
+    , faltan(indice.crudoDe(marco)) {}
+
+std::size_t FuenteSumada::lee(Hueco hueco) {
+    if (marco == hasta)
+        return tar->lee(hueco);
+    const auto leidos = tar->lee(hueco.first(std::min<std::uint64_t>(hueco.size(), faltan)));
+    if (leidos == 0)
+        throw Fallo("el archivo está incompleto");
+    sumador.anade(hueco.first(leidos));
+    faltan -= leidos;
+    if (faltan == 0)
+        acabaMarco();
+    return leidos;
+}
+
+void FuenteSumada::acabaMarco() {
+    const auto suma = sumador.acaba();
+    const auto &buena = indice.marcos()[marco].suma;
+    if (buena && *buena != suma)
+        throw Fallo("el archivo está dañado");
+    if (++marco < hasta)
+        faltan = indice.crudoDe(marco);
+}
+
+} // namespace orcalin
