@@ -90,6 +90,17 @@ void FicheroProvisional::cierra() {
         falla(noSeGuarda, errno);
 }
 
+Descriptor FicheroProvisional::paraLeer() const {
+    Descriptor fd(openat(carpeta.numero(), fichero.nombre.c_str(),
+                         O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    struct stat estado {};
+    if (!fd.valido() || fstat(fd.numero(), &estado) != 0)
+        falla(noSeGuarda, errno);
+    if (!mismo(estado, propio))
+        throw Fallo("alguien ha cambiado el archivo mientras se guardaba");
+    return fd;
+}
+
 void FicheroProvisional::entrega() {
     if (consagraEfimero(nombre.c_str()) != 0)
         falla(noSeGuarda, errno);

@@ -27,6 +27,12 @@ public:
     /// Flushes to the disk. The file keeps its provisional name.
     void cierra() override;
 
+    /// How many bytes were written so far.
+    [[nodiscard]] std::uint64_t largo() const { return static_cast<std::uint64_t>(escritos); }
+
+    /// Another descriptor of the file, open for reading. Throws Fallo.
+    [[nodiscard]] Descriptor paraLeer() const;
+
     /// Takes the destination's name, replacing what has it; after cierra().
     /// Cancelling is over from here on. Throws Fallo when that fails, and also,
     /// the archive complete, when its folder has been moved or unmounted

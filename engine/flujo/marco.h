@@ -11,6 +11,7 @@ struct Marco {
     std::uint64_t empacado = 0; ///< bytes in the archive
     std::uint64_t crudo = 0;    ///< bytes of the tar stream
     Suma suma{};                ///< of these
+    Suma sumaEmpacada{};        ///< of those in the archive; the index has no use for it
 };
 
 /// Which of the two compressions an archive is made with.

@@ -38,6 +38,10 @@ SumideroMarcos::SumideroMarcos(Receptor &abajoDado, Compresion compresionDada,
 }
 
 SumideroMarcos::~SumideroMarcos() {
+    despide();
+}
+
+void SumideroMarcos::despide() {
     const std::lock_guard guarda(cerrojo);
     fin = true;
     hayEncargo.notify_all();
@@ -71,6 +75,8 @@ void SumideroMarcos::acaba() {
         pasa(true);
     while (!enVuelo.empty())
         atiende(true);
+    despide();
+    obreros.clear();
 }
 
 /// Hands what there is to the open frame, which is the last one.
@@ -122,11 +128,13 @@ void SumideroMarcos::atiende(bool espera) {
     guarda.unlock();
     for (const auto &bloque : hecho) {
         abajo.escribe(bloque);
+        sumadorEmpacado.anade(bloque);
         primero.marco.empacado += bloque.size();
     }
     alAvanzar(cuantos);
     if (!listo)
         return;
+    primero.marco.sumaEmpacada = sumadorEmpacado.acaba();
     escritos.push_back(primero.marco);
     guarda.lock();
     enVuelo.pop_front();

@@ -36,8 +36,8 @@ public:
     /// Where in the stream the next byte goes.
     [[nodiscard]] std::uint64_t posicion() const { return hastaEste + enEste; }
 
-    /// Completes the frames; nothing may be written afterwards. Throws what a
-    /// thread threw, and what the receiver below throws.
+    /// Completes the frames, and gives back what the threads took; nothing may be
+    /// written afterwards. Throws what a thread threw, and what the receiver below throws.
     void acaba();
 
     /// In the order of the stream, once it is complete.
@@ -58,15 +58,17 @@ private:
     void pasa(bool corta);
     void atiende(bool espera);
     bool esperanDemasiados();
+    void despide();
     void trabaja();
     void cumple(Encargo &encargo, Compresor &compresor, std::unique_lock<std::mutex> &guarda);
 
     Receptor &abajo;
     Compresion compresion;
     AlAvanzar alAvanzar;
-    std::size_t tope; // of bytes that wait, more or less
-    Bloque bocado;    // what has not been passed on yet
-    Sumador sumador;  // of the open frame
+    std::size_t tope;        // of bytes that wait, more or less
+    Bloque bocado;           // what has not been passed on yet
+    Sumador sumador;         // of the open frame
+    Sumador sumadorEmpacado; // of the one that is being written
     Trato trato = Trato::otro;
     std::uint64_t hastaEste = 0; // where the open frame begins
     std::uint64_t enEste = 0;    // bytes in it

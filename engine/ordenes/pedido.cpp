@@ -46,6 +46,8 @@ CLI::App *ordenComprimir(CLI::App &app, PedidoComprimir &p) {
     nueva->add_flag("--encrypt", p.cifra, "Cifra con contraseña, nombres incluidos");
     conContrasena(*nueva, p.ficheroContrasena);
     nueva->add_flag("--progress", p.progreso, "Cuenta cómo va también si no hay terminal");
+    nueva->add_flag_callback(
+        "--no-verify", [&p] { p.verifica = false; }, "No vuelve a leer del disco lo guardado");
     nueva->add_option("--work-factor", p.factor)->group("")->check(CLI::Range(1, factorMaximo));
     return nueva;
 }

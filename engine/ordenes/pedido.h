@@ -17,6 +17,7 @@ struct PedidoComprimir {
     bool maximo = false;
     bool progreso = false;
     bool cifra = false;
+    bool verifica = true;
     std::string ficheroContrasena;
     /// log2 of scrypt's N. Set by --work-factor, which the help does not show:
     /// tests cannot wait for the usual one every time.

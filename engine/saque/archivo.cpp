@@ -5,10 +5,9 @@
 #include "cifrado/llavero.h"
 #include "comun/fallo.h"
 #include "comun/medidas.h"
+#include "flujo/descompresion.h"
 #include "flujo/fuente_adelantada.h"
 #include "flujo/fuente_de_almacen.h"
-#include "flujo/fuente_xz.h"
-#include "flujo/fuente_zstd.h"
 #include "indice/fuente_sumada.h"
 #include "tar/marca.h"
 
@@ -113,8 +112,7 @@ std::unique_ptr<Fuente> Archivo::tar() const {
 }
 
 std::unique_ptr<Fuente> Archivo::tarComprobado(const Indice &indice) const {
-    auto sumada = std::make_unique<FuenteSumada>(abre(0, almacen().largo()), indice, 0,
-                                                 indice.marcos().size());
+    auto sumada = std::make_unique<FuenteSumada>(abre(0, almacen().largo()), indice);
     return std::make_unique<FuenteAdelantada>(std::move(sumada));
 }
 
@@ -140,10 +138,8 @@ std::unique_ptr<Fuente> Archivo::marco(const Indice &indice, std::size_t marco) 
 
 std::unique_ptr<Fuente> Archivo::abre(std::uint64_t desde, std::uint64_t hasta) const {
     auto bytes = std::make_unique<FuenteDeAlmacen>(almacen(), desde, hasta);
-    if (envase == Envase::zstd)
-        return std::make_unique<FuenteZstd>(std::move(bytes));
-    if (envase == Envase::xz)
-        return std::make_unique<FuenteXz>(std::move(bytes));
+    if (envase)
+        return descomprime(*envase, std::move(bytes));
     return bytes;
 }
 

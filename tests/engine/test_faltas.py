@@ -219,7 +219,7 @@ class SinMedios(Cortado):
             for limite in ("-n 8", "-v 12000", "-v 16000", "-v 24000", "-v 32000", "-v 64000"):
                 for orden in (("list",), ("check",), ("extract", "-o", self.salida)):
                     sale = self.sale_con(limite, orden[0], self.okz, *orden[1:], *self.con)
-                    self.assertTrue(sale or "-v" in limite, orden)
+                    self.assertTrue(sale or "-v" in limite or orden == ("check",), orden)
             self.okz.write_bytes(viejo)
 
     def sale_con(self, limite, *orden):
@@ -227,6 +227,6 @@ class SinMedios(Cortado):
                        executable="/bin/sh", falla=None)
         if r.returncode != 0:
             self.assertRegex(r.lineas[-1], ": hay demasiados ficheros abiertos$|no hay memoria bastante$|"
-                             "al sistema no le quedan recursos$", (limite, orden))
+                             "al sistema no le quedan recursos$|le falta el final, o le sobra algo detrás$", (limite, orden))
         self.sin_restos()
         return r.returncode == 0

@@ -2,8 +2,12 @@
 
 import os
 import pathlib
+import random
+import unittest
 
 from motor import Caso, MEBI, PROGRESO, desordenado
+
+MENTIROSO = os.environ.get("ORCALIN_MENTIROSO")
 
 
 class Nombres(Caso):
@@ -146,3 +150,30 @@ class Faltas(Caso):
         self.assertIn("ya no está donde estaba", lineas[-1])
         self.okz = self.d / "allí/a.okz"
         self.assertEqual(list(self.lista()), ["c", "c/1"])
+
+
+@unittest.skipUnless(MENTIROSO, "no disk that lies was built")
+class Relectura(Caso):
+    def miente(self, como, *modo, falla=True):
+        return self.comprime(self.c, *modo, nivel=None, falla=falla,
+                             env={**os.environ, "LD_PRELOAD": MENTIROSO, "MENTIRA": como})
+
+    def test_todo_se_compara(self):
+        """Whatever becomes of a byte on its way: a hundred times of a hundred."""
+        self.pon("c/texto", bytes(random.choices(b"abcd", k=40_000)))
+        self.pon("c/otro.jpg", os.urandom(60_000))
+        for modo in ("--level", "1"), ("--max",), self.en_clave:
+            self.comprime(self.c, *modo, nivel=None)
+            bueno = self.okz.read_bytes()
+            final = [len(bueno) - n for n in range(1, 180, 16)]  # what becomes of these shows nowhere else
+            bits = [*range(0, 60, 8), *final, *random.sample(range(len(bueno)), 12)]
+            for mentira in (*(f"bit:{n}" for n in bits), *(f"corta:{n}" for n in range(2)), "comprime:0"):
+                self.assertEqual(self.miente(mentira, *modo).lineas,
+                                 ["Error: lo guardado no se lee igual que lo leído"], (modo, mentira))
+            self.assertEqual(self.okz.read_bytes(), bueno)
+            self.assertEqual([*self.d.glob(".orcalin-*")], [])
+
+    def test_si_no_se_pide_no_se_hace(self):
+        self.pon("c/f", os.urandom(60_000))
+        self.miente("bit:30000", "--no-verify", falla=False)
+        self.error("check", self.okz)
