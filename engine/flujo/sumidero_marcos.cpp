@@ -3,6 +3,7 @@
 #include "comun/medidas.h"
 
 #include <algorithm>
+#include <lzma.h>
 #include <utility>
 
 namespace orcalin {
@@ -128,13 +129,12 @@ void SumideroMarcos::atiende(bool espera) {
     guarda.unlock();
     for (const auto &bloque : hecho) {
         abajo.escribe(bloque);
-        sumadorEmpacado.anade(bloque);
+        primero.marco.crc = lzma_crc64(bloque.data(), bloque.size(), primero.marco.crc);
         primero.marco.empacado += bloque.size();
     }
     alAvanzar(cuantos);
     if (!listo)
         return;
-    primero.marco.sumaEmpacada = sumadorEmpacado.acaba();
     escritos.push_back(primero.marco);
     guarda.lock();
     enVuelo.pop_front();

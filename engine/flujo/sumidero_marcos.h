@@ -65,10 +65,9 @@ private:
     Receptor &abajo;
     Compresion compresion;
     AlAvanzar alAvanzar;
-    std::size_t tope;        // of bytes that wait, more or less
-    Bloque bocado;           // what has not been passed on yet
-    Sumador sumador;         // of the open frame
-    Sumador sumadorEmpacado; // of the one that is being written
+    std::size_t tope; // of bytes that wait, more or less
+    Bloque bocado;    // what has not been passed on yet
+    Sumador sumador;  // of the open frame
     Trato trato = Trato::otro;
     std::uint64_t hastaEste = 0; // where the open frame begins
     std::uint64_t enEste = 0;    // bytes in it

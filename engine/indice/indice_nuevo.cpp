@@ -89,7 +89,7 @@ IndiceNuevo::Final IndiceNuevo::escribe(Receptor &abajo, Envase envase,
     const auto cola = enMarco(rotulo, envase);
     bytes.insert(bytes.end(), cola.begin(), cola.end());
     abajo.escribe(bytes);
-    return {rotulo, sumaDe(bytes)};
+    return {rotulo, lzma_crc64(bytes.data(), bytes.size(), 0)};
 }
 
 std::vector<unsigned char> IndiceNuevo::codifica(const std::vector<Marco> &marcos) const {

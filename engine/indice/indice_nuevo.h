@@ -19,7 +19,7 @@ public:
     /// What was written behind the frames.
     struct Final {
         Rotulo rotulo;
-        Suma suma{}; ///< of index and trailer as they are in the archive
+        std::uint64_t crc = 0; ///< CRC64 (as in xz) of index and trailer in the archive
     };
 
     /// Writes index and trailer behind the frames, which are all there is of
