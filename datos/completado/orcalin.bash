@@ -29,7 +29,7 @@ _orcalin() {
         ;;
     esac
     case $orden in
-    compress) opciones+=' -o --level --max --encrypt --progress' ;;
+    compress) opciones+=' -o --level --max --encrypt --progress --no-verify' ;;
     extract) opciones+=' -o --file' ;;
     esac
     if [[ $palabra == -* ]]; then

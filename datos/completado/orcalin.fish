@@ -17,6 +17,7 @@ complete -c orcalin -n '__fish_seen_subcommand_from compress' -l level -x -a '1 
 complete -c orcalin -n '__fish_seen_subcommand_from compress' -l max -d 'Lo más pequeño posible, sin prisa'
 complete -c orcalin -n '__fish_seen_subcommand_from compress' -l encrypt -d 'Cifra con contraseña, nombres incluidos'
 complete -c orcalin -n '__fish_seen_subcommand_from compress' -l progress -d 'Cuenta cómo va también si no hay terminal'
+complete -c orcalin -n '__fish_seen_subcommand_from compress' -l no-verify -d 'No vuelve a leer del disco lo guardado'
 
 complete -c orcalin -n '__fish_seen_subcommand_from extract' -s o -x -a '(__fish_complete_directories)' -d 'Carpeta en la que se deja'
 complete -c orcalin -n '__fish_seen_subcommand_from extract' -l file -x -d 'Solo esta entrada, como la muestra list'
