@@ -4,8 +4,10 @@
 #include "comun/medidas.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
 #include <mutex>
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -44,6 +46,15 @@ std::string_view primeros(std::string_view texto, std::size_t cuantos) {
 }
 
 } // namespace
+
+bool ocupaLosEstandar() {
+    // The wrong way round, so that nobody takes what is lost for written.
+    constexpr std::array<int, 3> modos{O_WRONLY, O_RDONLY, O_RDONLY};
+    for (int fd = 0; fd < static_cast<int>(modos.size()); ++fd)
+        if (fcntl(fd, F_GETFD) < 0 && open("/dev/null", modos.at(fd)) != fd)
+            return false;
+    return true;
+}
 
 void diceLinea(std::string_view texto) {
     const std::scoped_lock guardia(turno);

@@ -6,6 +6,12 @@
 
 namespace orcalin {
 
+/// Sees to it that each of the three standard streams is there, as a device that
+/// gives an error where it was closed: a file opened later would get its number,
+/// and what is said would be written into it. To be called before anything is
+/// opened. False if it cannot be.
+[[nodiscard]] bool ocupaLosEstandar();
+
 /// Writes `texto` and a newline to standard error with one write(2), so that a
 /// reader never gets a torn line. If nobody reads, nothing happens.
 void diceLinea(std::string_view texto);

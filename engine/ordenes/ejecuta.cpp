@@ -40,6 +40,8 @@ std::string descripcion() {
 } // namespace
 
 int ejecuta(int argc, const char *const *argv) noexcept {
+    if (!ocupaLosEstandar())
+        return 1;
     try {
         ignoraSenalesDeEscritura();
         std::visit(Orden{}, lee(argc, argv));

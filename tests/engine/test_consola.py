@@ -7,6 +7,7 @@ import shutil
 import struct
 import subprocess
 import termios
+import unittest
 
 from motor import Caso, MEBI, MOTOR, PROGRESO, RAIZ, cambiado, desordenado, en_terminal
 
@@ -45,6 +46,38 @@ class Terminal(Caso):
         porcentajes = [float(a[3]) for a in avances if a]
         self.assertGreater(len(porcentajes), 1)  # the first comes at once, however fast it goes
         self.assertEqual((porcentajes, porcentajes[-1]), (sorted(porcentajes), 100))
+
+
+class Cerradas(Caso):
+    """Standard streams that are not there."""
+
+    def test_no_se_escribe_donde_no_se_debe(self):
+        os.mkfifo(self.c / "tubería")  # worth a warning
+        self.pon("c/f", "texto")
+        for fichero in ("bueno", "a"):
+            self.corre("compress", self.c, "-o", self.d / f"{fichero}.okz")
+        bueno = self.okz.read_bytes()
+        ordenes = {"compress": (self.c, "-o", self.okz, "--progress"), "list": (self.okz,),
+                   "extract": (self.okz, "-o", self.salida), "check": (self.okz,)}
+        for cerradas in ("0", "1", "2", "01", "02", "12", "012"):
+            guion = "".join(f" {n}>&-" for n in cerradas)
+            for orden, argumentos in ordenes.items():
+                muda = orden in ("list", "check") and "1" in cerradas
+                r = subprocess.run(["sh", "-c", f'exec "$@" {guion}', "sh", MOTOR, orden, *argumentos],
+                                   capture_output=True, check=False)
+                self.assertEqual(r.returncode, muda, (cerradas, orden, r.stderr))
+                if muda and "2" not in cerradas:
+                    self.assertEqual(r.stderr.decode(), "Error: no se puede escribir la lista: "
+                                                        "la salida está cerrada\n")
+                self.assertEqual(self.okz.read_bytes(), bueno)
+            self.assertEqual((self.salida / "c/f").read_text(), "texto")
+            shutil.rmtree(self.salida)
+
+    @unittest.skipIf(os.geteuid() != 0, "needs root to take /dev away")
+    def test_sin_dev_no_se_hace_nada(self):
+        r = subprocess.run(["unshare", "-m", "sh", "-c", 'mount -t tmpfs tmpfs /dev && exec "$@" 1>&-',
+                            "sh", MOTOR, "compress", self.clave, "-o", self.okz], check=False)
+        self.assertEqual((r.returncode, self.okz.exists()), (1, False))
 
 
 class Comprobar(Caso):
