@@ -23,9 +23,21 @@ constexpr std::string_view borrado = "\r\x1b[K"; // to the left margin, and all 
 std::mutex turno;
 bool hayRenglon = false;
 
-void escribe(const std::string &texto) {
-    while (write(STDERR_FILENO, texto.data(), texto.size()) < 0 && errno == EINTR) {
+/// False if it cannot be.
+bool escribe(int fd, std::string_view texto) {
+    while (!texto.empty()) {
+        const ssize_t escritos = write(fd, texto.data(), texto.size());
+        if (escritos < 0 && errno != EINTR)
+            return false;
+        if (escritos > 0)
+            texto.remove_prefix(static_cast<std::size_t>(escritos));
     }
+    return true;
+}
+
+/// Whoever reads messages, or nobody, is no reason to stop.
+void escribe(std::string_view texto) {
+    escribe(STDERR_FILENO, texto);
 }
 
 std::size_t columnas() {
@@ -88,7 +100,7 @@ void redibuja(std::string_view texto) {
 void borraRenglon() {
     const std::scoped_lock guardia(turno);
     if (hayRenglon)
-        escribe(std::string(borrado));
+        escribe(borrado);
     hayRenglon = false;
 }
 
@@ -113,14 +125,8 @@ void Salida::texto(std::string_view dicho) {
 
 void Salida::vacia() {
     empezada = true;
-    std::string_view resto = pendiente;
-    while (!resto.empty()) {
-        const ssize_t escritos = write(STDOUT_FILENO, resto.data(), resto.size());
-        if (escritos < 0 && errno != EINTR)
-            falla("no se puede escribir la lista", errno);
-        if (escritos > 0)
-            resto.remove_prefix(static_cast<std::size_t>(escritos));
-    }
+    if (!escribe(STDOUT_FILENO, pendiente))
+        falla("no se puede escribir la lista", errno);
     pendiente.clear();
 }
 

@@ -4,6 +4,7 @@ import fcntl
 import os
 import re
 import shutil
+import socket
 import struct
 import subprocess
 import termios
@@ -46,6 +47,68 @@ class Terminal(Caso):
         porcentajes = [float(a[3]) for a in avances if a]
         self.assertGreater(len(porcentajes), 1)  # the first comes at once, however fast it goes
         self.assertEqual((porcentajes, porcentajes[-1]), (sorted(porcentajes), 100))
+
+
+class Mensajes(Caso):
+    """Names must neither pass for messages nor take them over."""
+
+    def lineas_de(self, *orden):
+        """What comes of a run, a write each."""
+        leo, escribe = socket.socketpair(socket.AF_UNIX, socket.SOCK_SEQPACKET)
+        with leo:
+            with escribe:
+                escribe.setsockopt(socket.SOL_SOCKET, socket.SO_SNDBUF, MEBI)
+                r = subprocess.run([MOTOR, *orden], stderr=escribe, stdout=subprocess.DEVNULL)
+            escrituras = list(iter(lambda: leo.recv(MEBI), b""))
+        r.stderr = b"".join(escrituras)
+        self.juzga(r, r.returncode != 0)
+        self.assertEqual(escrituras, r.stderr.splitlines(True))
+        return r.lineas
+
+    def test_un_nombre_no_es_un_mensaje(self):
+        nombres = ["Error.log", "errorError", "Err\nor", "\u2028Error: x", "Eerrorrror", "Err\xffor",
+                   "clave: contraseña", "password", "\x85error", "\rAviso: error"]
+        for nombre in nombres:
+            os.mkfifo(self.c / os.fsencode(nombre.replace("\xff", "\udcff")).decode(errors="surrogateescape"))
+        lineas = self.lineas_de("compress", self.c, "-o", self.okz)
+        self.assertEqual(len(lineas), len(nombres))
+        for linea in lineas:
+            self.assertRegex(linea, f"^Aviso: se omite «{self.c}/[^«»]+»: no es un fichero ni una carpeta$")
+        for orden in (("compress", self.d / "Error no", "-o", self.okz), ("list", "a", "Error", "error"),
+                      ("compress", self.c, "-o", self.okz, "--max=Error"), ("compress", "--error=Error"),
+                      ("extract", self.okz, "-o", self.salida, "--file", "Error\\x0aError"),
+                      ("extract", self.okz, "-o", self.salida, "--file", "c\\Error: contraseña")):
+            self.assertEqual(self.lineas_de(*orden)[0].count("Error"), 1)  # and what juzga() asks for
+        self.assertIn("«--max»", self.error("compress", "--max=x"))
+
+    def test_los_muy_largos_se_cortan(self):
+        for unidad in ("Error", "x\U0001f600", "\n", "\\", "\u202e", "ñ"):
+            fondo = self.c / os.fsencode(unidad).decode() / (unidad * 62)[:62]
+            fondo = fondo.joinpath(*[fondo.name] * (3500 // len(os.fsencode(fondo.name))))
+            fondo.parent.mkdir(parents=True)
+            os.mkfifo(fondo)
+        lineas = self.lineas_de("compress", self.c, "-o", self.okz)
+        lineas += self.lineas_de("extract", self.okz, "-o", self.salida, "--file", "x" * 16384)
+        self.assertEqual(len(lineas), 7)
+        for linea in lineas:
+            nombre = re.search("«(.*)…»", linea)[1].replace(r"\x65r", "er").replace(r"\x45r", "Er")
+            self.assertIn(len(nombre), range(996, 1001))
+            self.assertRegex(nombre, r"^([^\\]|\\\\|\\x[0-9a-f]{2})*$")
+
+    def test_un_terminal_no_se_desordena(self):
+        raro = "a\u202egpj.exe\u2066\u200f\u061cñ"
+        escapado = r"a\xe2\x80\xaegpj.exe\xe2\x81\xa6\xe2\x80\x8f\xd8\x9cñ"
+        self.pon(f"c/{raro}", "x")
+        os.mkfifo(self.c / f"{raro}.f")
+        r = self.comprime(self.c)
+        self.assertIn(f"{raro}.f", r.lineas[0])
+        self.assertIn(f"c/{raro}", self.lista())
+        for orden in (("compress", self.c, "-o", self.okz), ("list", self.okz)):
+            salida = en_terminal((MOTOR, *orden))[1]
+            self.assertIn(f"{self.c if orden[0] == 'compress' else 'c'}/{escapado}", salida)
+            self.assertNotRegex(salida, "[\u061c\u200e\u200f\u202a-\u202e\u2066-\u2069]")
+        for n, forma in enumerate((raro, escapado)):
+            self.assertTrue((self.extrae("--file", f"c/{forma}", a=str(n)) / "c" / raro).exists())
 
 
 class Cerradas(Caso):
