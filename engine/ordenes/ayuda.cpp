@@ -105,6 +105,8 @@ std::string porque(const CLI::ParseError &error) {
     case CLI::ExitCodes::ValidationError:
     case CLI::ExitCodes::ConversionError:
         return "el valor de " + deQuien(error) + " no sirve";
+    case CLI::ExitCodes::RequiresError:
+        return "se da una clave y falta --encrypt";
     case CLI::ExitCodes::ExcludesError:
         return "--level y --max no van juntas";
     default:

@@ -178,6 +178,11 @@ class Ayuda(Caso):
         self.assertEqual(r.lineas, [])
         return r.stdout.decode()
 
+    def opciones(self, orden):
+        halladas = re.findall(r"^  (?:-h, )?(--?[a-z][a-z-]*)", self.ayuda(orden), re.M)
+        self.assertGreater(len(halladas), 1)
+        return halladas
+
     def test_cabe_y_nombra_lo_que_hay(self):
         self.assertRegex(self.corre("--version").stdout.decode(), r"^orcalin \d+\.\d+\.\d+\n$")
         for orden in ("", *ORDENES):
@@ -195,8 +200,7 @@ class Ayuda(Caso):
                   [RAIZ / "docs/man/orcalin.1", *(RAIZ / "datos/completado").iterdir()]}
         self.assertEqual(len(textos), 4)
         for orden in ORDENES:
-            opciones = re.findall(r"^  .*?(--?[a-z][a-z-]*)(?: |$)", self.ayuda(orden), re.M)
-            self.assertGreater(len(opciones), 1)
+            opciones = self.opciones(orden)
             for nombre, texto in textos.items():
                 for palabra in (orden, *opciones):
                     # fish leaves the dashes out
@@ -216,7 +220,8 @@ class Ayuda(Caso):
         for palabras, propuestas in (
                 (("ex",), ["extract"]), (("check", "mi"), ["mis cosas", "mis fotos.okz"]),
                 (("extract", "a.okz", "-o", "mi"), ["mis cosas"]),
-                (("list", "--password-file", "mi"), ["mi.txt", "mis cosas", "mis fotos.okz"])):
+                (("list", "--password-file", "mi"), ["mi.txt", "mis cosas", "mis fotos.okz"]),
+                *(((orden, "-"), sorted(self.opciones(orden))) for orden in ORDENES)):
             r = subprocess.run(["bash", "-c", guion, "bash", RAIZ / "datos/completado/orcalin.bash",
                                 "orcalin", *palabras], cwd=self.d, capture_output=True, check=True)
             self.assertEqual((sorted(r.stdout.decode().split("\n")[:-1]), r.stderr), (propuestas, b""))
