@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
 #include <mutex>
@@ -20,7 +21,7 @@ constexpr std::size_t bloque = 64 * kibi;
 constexpr std::string_view borrado = "\r\x1b[K"; // to the left margin, and all of the line
 
 // What is redrawn and what is said come from several threads.
-std::mutex turno;
+std::timed_mutex turno;
 bool hayRenglon = false;
 
 /// False if it cannot be.
@@ -79,6 +80,9 @@ void diceLinea(std::string_view texto) {
 
 void diceYa(std::string_view texto) {
     constexpr int milisegundos = 200;
+    // Whoever has the turn may be waiting for a reader. It is not given back:
+    // nobody speaks after us.
+    (void)turno.try_lock_for(std::chrono::milliseconds(milisegundos));
     const std::string linea = std::string(hayTerminal() ? borrado : "").append(texto) + '\n';
     pollfd salida{STDERR_FILENO, POLLOUT, 0};
     if (poll(&salida, 1, milisegundos) == 1)

@@ -16,8 +16,8 @@ namespace orcalin {
 /// reader never gets a torn line. If nobody reads, nothing happens.
 void diceLinea(std::string_view texto);
 
-/// The same for the last words of a process that must end now: waits neither
-/// for another thread nor long for a reader.
+/// The same for the last words of a process that must end now: waits long neither
+/// for another thread nor for a reader. Nothing else is said from here on.
 void diceYa(std::string_view texto);
 
 /// Whether standard error is a terminal on which a line can be redrawn.

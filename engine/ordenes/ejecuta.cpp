@@ -45,6 +45,7 @@ int ejecuta(int argc, const char *const *argv) noexcept {
     try {
         ignoraSenalesDeEscritura();
         std::visit(Orden{}, lee(argc, argv));
+        yaNoSeCancela(); // it would be said of something that is done
         return 0;
     } catch (...) {
         // By now everything is unwound: these are the last words.
