@@ -1,8 +1,10 @@
 #include "comun/senales.h"
 
 #include "comun/consola.h"
+#include "comun/medidas.h"
 #include "flujo/descriptor.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
@@ -25,6 +27,7 @@ namespace {
 
 enum class Fase { enMarcha, consagrando, cancelando, terminada };
 std::atomic<Fase> fase = Fase::enMarcha; // decides between a cancel and all that is final
+std::atomic<unsigned> pasos = 0;         // of giving back space
 
 std::mutex cerrojo; // held while a file appears, and while it gets its name
 int carpetaDelEfimero = -1;
@@ -52,8 +55,17 @@ bool empiezaACancelar() {
     }
 }
 
-/// Removes the ephemeral file and gives back its space, which takes the system a
-/// second for some gigabytes; left to the end of the process, that would come
+/// Gives back the space of a file that nobody can open any more, bit by bit.
+void vacia(int fd, off_t bytes) {
+    constexpr off_t tramo = 64 * mebi;
+    do {
+        bytes = std::max<off_t>(bytes - tramo, 0);
+        ++pasos;
+    } while (ftruncate(fd, bytes) == 0 && bytes > 0);
+}
+
+/// Removes the ephemeral file and gives back its space, which takes the system
+/// seconds for some gigabytes; left to the end of the process, they would come
 /// between the last words and the end. The lock is kept, so that nothing appears
 /// any more.
 void deshaz() {
@@ -66,13 +78,20 @@ void deshaz() {
     // It may be a link to a file that stays, or have got its other name just now.
     struct stat estado {};
     if (fd.valido() && fstat(fd.numero(), &estado) == 0 && estado.st_nlink == 0)
-        (void)!ftruncate(fd.numero(), 0);
+        vacia(fd.numero(), estado.st_size);
+}
+
+/// A disk that no longer answers may take for ever, and hold the lock as long.
+/// The user is told all the same, and the end comes as soon as the system lets us.
+void espera(const std::future<void> &hecho) {
+    constexpr std::chrono::milliseconds paciencia{500}; // while nothing gets done
+    unsigned vistos = 0;
+    do
+        vistos = pasos;
+    while (hecho.wait_for(paciencia) != std::future_status::ready && pasos != vistos);
 }
 
 [[noreturn]] void cancela(const std::string &despedida) {
-    // A disk that no longer answers may take for ever, and hold the lock as long.
-    // The user is told all the same; the end comes as soon as the system lets us.
-    constexpr std::chrono::milliseconds paciencia{500};
     try {
         std::promise<void> promesa;
         const auto hecho = promesa.get_future();
@@ -82,7 +101,7 @@ void deshaz() {
             while (true) // as the owner of the lock
                 pause();
         }).detach();
-        hecho.wait_for(paciencia);
+        espera(hecho);
     } catch (const std::exception &) { // no thread to be had
         deshaz();
     }

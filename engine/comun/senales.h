@@ -13,8 +13,8 @@ void ignoraSenalesDeEscritura();
 /// From here on SIGTERM, SIGINT and SIGHUP (unless whoever started us had the
 /// last two ignored) remove the ephemeral file and give back its space, then say
 /// «Error: » and `texto` on standard error, and end the process with status 1,
-/// whatever it is at. The words come after half a second at the latest (and as
-/// long again if nobody reads); the final rename alone is waited for. To be
+/// whatever it is at. The words do not wait for a disk that gets nothing done for
+/// half a second, nor for a reader; only the final rename is waited for. To be
 /// called before any other thread exists; a second call changes nothing. Throws
 /// std::system_error.
 void atiendeCancelacion(std::string_view texto);
