@@ -119,8 +119,10 @@ Ficha Empaquetador::ficha(const Pieza &pieza, int fd, const struct stat &estado)
 
 const Empaquetador::Primero *Empaquetador::primero(const Pieza &pieza,
                                                    const struct stat &estado) const {
-    const auto otro = primeros.find(Inodo(estado.st_dev, estado.st_ino));
-    return pieza.clase == S_IFREG && otro != primeros.end() ? &otro->second : nullptr;
+    if (pieza.clase != S_IFREG || estado.st_nlink < 2)
+        return nullptr;
+    const auto otro = primeros.find(identidadDe(estado));
+    return otro != primeros.end() ? &otro->second : nullptr;
 }
 
 void Empaquetador::anota(const Pieza &pieza, const struct stat &estado, std::uint64_t lugar) {
@@ -133,8 +135,7 @@ void Empaquetador::anota(const Pieza &pieza, const struct stat &estado, std::uin
     } else if (pieza.clase == S_IFREG) {
         asiento.bytes = static_cast<std::uint64_t>(estado.st_size);
         if (estado.st_nlink > 1)
-            primeros.emplace(Inodo(estado.st_dev, estado.st_ino),
-                             Primero{pieza.nombre, lugar, asiento.bytes});
+            primeros.emplace(identidadDe(estado), Primero{pieza.nombre, lugar, asiento.bytes});
     } else {
         asiento.tipo = pieza.clase == S_IFDIR ? 'd' : 'l';
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "comun/avisos.h"
+#include "empaque/identidad.h"
 #include "empaque/progreso.h"
 #include "empaque/recorrido.h"
 #include "empaque/regiones.h"
@@ -11,7 +12,6 @@
 
 #include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace orcalin {
@@ -36,8 +36,6 @@ public:
     [[nodiscard]] IndiceNuevo &indice() { return asientos; }
 
 private:
-    using Inodo = std::pair<dev_t, ino_t>;
-
     /// Where in the archive a file's content is.
     struct Primero {
         std::string nombre;
@@ -61,7 +59,7 @@ private:
     Progreso &progreso;
     Avisos &avisos;
     AsaLectura disco;
-    std::map<Inodo, Primero> primeros; // of files with several names
+    std::map<Identidad, Primero> primeros; // of files with several names
     std::vector<unsigned char> bloque;
     IndiceNuevo asientos;
 };

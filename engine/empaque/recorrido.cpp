@@ -3,6 +3,7 @@
 #include "comun/fallo.h"
 #include "comun/texto.h"
 #include "empaque/clases.h"
+#include "empaque/identidad.h"
 #include "empaque/nombres.h"
 #include "empaque/orden.h"
 
@@ -38,7 +39,7 @@ private:
     const FicheroProvisional &destino;
     Avisos &avisos;
     Nombres nombres;
-    std::set<std::pair<dev_t, ino_t>> conVariosNombres;
+    std::set<Identidad> conVariosNombres;
 };
 
 void Recorrido::anade(const std::string &origen) {
@@ -101,7 +102,7 @@ std::uint64_t Recorrido::bytesDe(const struct stat &estado) {
     if (!S_ISREG(estado.st_mode))
         return 0;
     const bool repetido =
-        estado.st_nlink > 1 && !conVariosNombres.emplace(estado.st_dev, estado.st_ino).second;
+        estado.st_nlink > 1 && !conVariosNombres.insert(identidadDe(estado)).second;
     return repetido ? 0 : static_cast<std::uint64_t>(estado.st_size);
 }
 

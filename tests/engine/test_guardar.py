@@ -131,6 +131,21 @@ class Faltas(Caso):
         self.assertIn(f"3/3 ficheros (100.0%), {GRANDE} MiB", lineas)
         self.assertEqual(list(self.lista()), ["c", "c/1", "c/3"])
 
+    def test_un_nombre_que_ya_es_de_otro(self):
+        """The first name is packed by then, and the second no longer names the same."""
+        def otro_fichero(f):
+            uno.unlink()
+            dos.unlink()
+            dos.write_text("nuevo")  # mostly with the same inode
+
+        for cambia, a in ((otro_fichero, "una"), (lambda f: dos.write_text("nuevo"), "otra")):
+            uno, dos = self.pon("c/0", "viejo"), self.c / "2"
+            dos.unlink(missing_ok=True)
+            os.link(uno, dos)
+            self.guarda_mientras(cambia, falla=False)
+            fuera = self.extrae(a=a) / "c"
+            self.assertEqual([(fuera / n).read_text() for n in "02"], ["viejo", "nuevo"])
+
     def test_mengua_y_crece(self):
         self.assertIn("menguado", self.guarda_mientras(lambda f: os.truncate(f, MEBI))[-1])
         despues = (self.extrae() / "c/1").read_bytes()
