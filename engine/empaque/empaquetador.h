@@ -41,16 +41,18 @@ private:
         std::string nombre;
         std::uint64_t lugar = 0;
         std::uint64_t bytes = 0;
+        bool incompleta = false;
     };
 
     void intenta(const Pieza &pieza);
     [[nodiscard]] Ficha ficha(const Pieza &pieza, int fd, const struct stat &estado) const;
     [[nodiscard]] const Primero *primero(const Pieza &pieza, const struct stat &estado) const;
-    void anota(const Pieza &pieza, const struct stat &estado, std::uint64_t lugar);
-    void guardaContenido(const Pieza &pieza, int fd, const std::vector<Region> &regiones);
+    bool guardaContenido(const Pieza &pieza, int fd, const struct stat &estado,
+                         const std::vector<Region> &regiones);
+    bool guardaRegiones(const Pieza &pieza, int fd, const std::vector<Region> &regiones);
     bool guardaRegion(const Pieza &pieza, int fd, Region region);
     void guardaHueco(std::int64_t bytes);
-    void comparaConAntes(const Pieza &pieza, int fd, const struct stat &antes);
+    void anota(const Pieza &pieza, const struct stat &estado, std::uint64_t lugar, bool incompleta);
     void falta(const Pieza &pieza, int porque);
     void falta(const Pieza &pieza, const std::string &porque);
 

@@ -33,7 +33,7 @@ public:
 
 private:
     void visita(Pieza pieza, std::vector<Pieza> &pila);
-    void apila(const Pieza &carpeta, std::vector<Pieza> &pila);
+    void apila(Pieza &carpeta, std::vector<Pieza> &pila);
     std::uint64_t bytesDe(const struct stat &estado);
 
     const FicheroProvisional &destino;
@@ -79,7 +79,7 @@ void Recorrido::visita(Pieza pieza, std::vector<Pieza> &pila) {
     plan.push_back(std::move(pieza));
 }
 
-void Recorrido::apila(const Pieza &carpeta, std::vector<Pieza> &pila) {
+void Recorrido::apila(Pieza &carpeta, std::vector<Pieza> &pila) {
     std::vector<std::string> hijos;
     std::error_code error;
     std::filesystem::directory_iterator actual(carpeta.origen, error);
@@ -88,6 +88,7 @@ void Recorrido::apila(const Pieza &carpeta, std::vector<Pieza> &pila) {
     const std::string queja = "no se puede mirar dentro de " + citado(carpeta.origen);
     if (escasea(error.value()))
         falla(queja, error.value());
+    carpeta.incompleta = static_cast<bool>(error);
     if (error)
         avisos.falta(queja + ": " + causa(error.value()));
     // What is pushed last is visited first.

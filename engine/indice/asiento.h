@@ -13,6 +13,7 @@ struct Asiento {
     std::uint64_t bytes = 0;    ///< of content; of a hard link, of what it names
     std::uint64_t lugar = 0;    ///< of its first header in the tar stream
     std::uint64_t enlazado = 0; ///< of a hard link: the place of the file it names
+    bool incompleta = false;    ///< not all of it was read as it was
 };
 
 /// Where the entry behind this one in the stream would begin if neither had

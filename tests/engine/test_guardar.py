@@ -115,10 +115,12 @@ class Faltas(Caso):
         self.assertIn("permiso denegado", self.error("compress", self.clave, "-o", self.okz, **como))
 
     def guarda_mientras(self, cambia, falla=True):
-        """What it said of a change in the middle of it. Reading goes ahead of
-        compressing, but not as far as the first file goes."""
+        """What it said of a change in the middle of it, to a new archive. Reading
+        goes ahead of compressing, but not as far as the first file goes."""
+        self.okz.unlink(missing_ok=True)
         self.antes = desordenado(GRANDE * MEBI // 2).hex().encode()
         grande = self.pon("c/1", self.antes)
+        self.hora = grande.stat().st_mtime_ns
         p = self.arranca("compress", self.c, "-o", self.okz, "--level", "5")
         cambia(grande)
         return self.termina(p, falla).lineas
@@ -146,14 +148,25 @@ class Faltas(Caso):
             fuera = self.extrae(a=a) / "c"
             self.assertEqual([(fuera / n).read_text() for n in "02"], ["viejo", "nuevo"])
 
-    def test_mengua_y_crece(self):
+    def test_cambia(self):
+        def sale(a):
+            return (self.extrae(a=a) / "c/1").read_bytes()
+
+        def reescribe(f):
+            with open(f, "r+b") as abierto:  # of the same size
+                abierto.seek(-MEBI, os.SEEK_END)
+                abierto.write(bytes(MEBI))
+
         self.assertIn("menguado", self.guarda_mientras(lambda f: os.truncate(f, MEBI))[-1])
-        despues = (self.extrae() / "c/1").read_bytes()
+        despues = sale("menguado")
         self.assertEqual((len(despues), despues[:MEBI], despues[-MEBI:]),
                          (len(self.antes), self.antes[:MEBI], bytes(MEBI)))
-        lineas = self.guarda_mientras(lambda f: os.truncate(f, 2 * GRANDE * MEBI), falla=False)
-        self.assertEqual(lineas[-1], f"1/1 ficheros (100.0%), {GRANDE} MiB")
-        self.assertEqual((self.extrae() / "c/1").read_bytes(), self.antes)
+        for n, cambia in enumerate((lambda f: os.truncate(f, 2 * GRANDE * MEBI), reescribe,
+                                    lambda f: (reescribe(f), os.utime(f, ns=(self.hora,) * 2)))):
+            lineas = self.guarda_mientras(cambia)
+            self.assertRegex(lineas[-1], "1 elemento .*/c/1»: ha cambiado mientras se guardaba")
+            self.assertIn(f"1/1 ficheros (100.0%), {GRANDE} MiB", lineas)
+            self.assertEqual(len(sale(f"cambiado {n}")), len(self.antes))
 
     def test_la_carpeta_del_archivo_cambia_de_sitio(self):
         self.okz = self.pon("donde/a.okz")
