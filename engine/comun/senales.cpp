@@ -1,6 +1,7 @@
 #include "comun/senales.h"
 
 #include "comun/consola.h"
+#include "comun/renombra.h"
 
 #include <array>
 #include <atomic>
@@ -146,11 +147,13 @@ void sueltaEfimero() {
     nombreDelEfimero[0] = '\0';
 }
 
-int consagraEfimero(const char *definitivo) {
+int consagraEfimero(const char *definitivo, bool reemplaza) {
     consagrando = true;
     const std::lock_guard guarda(cerrojo);
-    const int resultado =
-        renameat(carpetaDelEfimero, nombreDelEfimero.data(), carpetaDelEfimero, definitivo);
+    const char *actual = nombreDelEfimero.data();
+    const int resultado = reemplaza
+                              ? renameat(carpetaDelEfimero, actual, carpetaDelEfimero, definitivo)
+                              : renombraSinPisar(carpetaDelEfimero, actual, definitivo);
     if (resultado == 0) {
         nombreDelEfimero[0] = '\0';
         terminado = true;

@@ -4,6 +4,7 @@
 #include "cifrado/sumidero_age.h"
 #include "comun/fallo.h"
 #include "comun/senales.h"
+#include "comun/texto.h"
 #include "empaque/empaquetador.h"
 
 namespace orcalin {
@@ -49,9 +50,10 @@ void comprime(const PedidoComprimir &pedido) {
     const auto compresion =
         pedido.maximo ? compresionMaxima(bytesPrevistos(plan)) : compresionHabitual(pedido.nivel);
     escribe(*abajo, compresion, plan, progreso, avisos);
-    destino.entrega();
+    // What lacks something must not take the place of what does not.
+    const auto donde = destino.entrega(avisos.faltas() == 0);
     progreso.acaba();
-    avisos.remata("guardar bien");
+    avisos.remata("guardar bien", "; lo demás está en " + citado(donde.string()));
 }
 
 } // namespace orcalin

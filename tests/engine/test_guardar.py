@@ -3,7 +3,7 @@
 import os
 import pathlib
 
-from motor import Caso, MEBI, PROGRESO, desordenado
+from motor import Caso, MEBI, MOTOR, PROGRESO, desordenado
 
 
 class Nombres(Caso):
@@ -61,6 +61,10 @@ class Nombres(Caso):
         antes = self.okz.read_bytes()
         self.error("compress", self.okz, "-o", self.okz)
         self.assertEqual(self.okz.read_bytes(), antes)
+        os.link(self.okz, self.c / "otro")  # a file like any other
+        self.comprime(self.c)
+        self.assertEqual(list(self.lista()), ["c", "c/f", "c/otro"])
+        self.assertEqual((self.extrae() / "c/otro").read_bytes(), antes)
 
     def test_destinos(self):
         self.assertEqual(self.comprime(self.clave).lineas, [])  # silent, unless asked to tell
@@ -110,9 +114,42 @@ class Faltas(Caso):
         antes = self.okz.read_bytes()
         mensaje = self.error("compress", self.c / "contraseña Error", "-o", self.okz, **como)
         self.assertIn("permiso denegado", mensaje)
-        self.assertEqual(self.okz.read_bytes(), antes)
+        self.sigue_como_estaba(antes)
         os.chmod(self.d, 0o555)
         self.assertIn("permiso denegado", self.error("compress", self.clave, "-o", self.okz, **como))
+
+    def sigue_como_estaba(self, antes):
+        self.assertEqual(self.okz.read_bytes(), antes)
+        self.assertEqual([*self.d.glob(".orcalin-*"), *self.d.glob("a (*")], [])
+
+    def test_lo_incompleto_no_reemplaza(self):
+        como = self.como_nadie()
+        malo = self.pon("c/malo")
+        os.chmod(malo, 0)
+        largo = "ñ" * 125 + "a.okz"  # no room for a number
+        for nombre, entorno, otros in (("a.okz", None, ["a (2).okz", "a (3).okz"]),
+                                       (largo, None, ["ñ" * 123 + " (2).okz"]),
+                                       ("b", self.estorbado(renombrar="no"), ["b (2)", "b (3)"]),
+                                       ("e", self.estorbado(renombrar="link"), ["e (2)", "e (3)"])):
+            self.okz = self.pon(nombre, "el de antes")
+            enlace = self.d / "enlace"
+            enlace.unlink(missing_ok=True)
+            enlace.symlink_to(nombre)
+            for otro in otros:
+                mensaje = self.error("compress", self.c, "-o", enlace, env=entorno, **como)
+                self.assertIn(f"{malo}»: permiso denegado; lo demás está en «{self.d}/{otro}»", mensaje)
+                self.corre("check", self.d / otro)
+            self.assertEqual(self.okz.read_text(), "el de antes")
+        self.assertEqual([*self.d.glob(".orcalin-*")], [])
+
+    def test_un_limite_al_tamano(self):
+        self.comprime(self.clave)
+        antes = self.okz.read_bytes()
+        self.pon("c/f", desordenado(MEBI))
+        mensaje = self.error("-c", 'ulimit -f 100; exec "$@"', "sh", MOTOR, "compress", self.c, "-o",
+                             self.okz, executable="/bin/sh")
+        self.assertIn("demasiado grande", mensaje)
+        self.sigue_como_estaba(antes)
 
     def guarda_mientras(self, cambia, falla=True):
         """What it said of a change in the middle of it, to a new archive. Reading
