@@ -2,6 +2,7 @@
 
 #include "comun/consola.h"
 #include "comun/medidas.h"
+#include "comun/renombra.h"
 #include "flujo/descriptor.h"
 
 #include <algorithm>
@@ -176,11 +177,13 @@ void sueltaEfimero() {
     nombreDelEfimero[0] = '\0';
 }
 
-int consagraEfimero(const char *definitivo) {
+int consagraEfimero(const char *definitivo, bool reemplaza) {
     pasaA(Fase::consagrando);
     const std::lock_guard guarda(cerrojo);
-    const int resultado =
-        renameat(carpetaDelEfimero, nombreDelEfimero.data(), carpetaDelEfimero, definitivo);
+    const char *actual = nombreDelEfimero.data();
+    const int resultado = reemplaza
+                              ? renameat(carpetaDelEfimero, actual, carpetaDelEfimero, definitivo)
+                              : renombraSinPisar(carpetaDelEfimero, actual, definitivo);
     if (resultado == 0)
         nombreDelEfimero[0] = '\0';
     fase = resultado == 0 ? Fase::terminada : Fase::enMarcha;

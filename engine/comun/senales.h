@@ -35,10 +35,11 @@ void anunciaEfimero(int carpeta, const std::string &nombre);
 void sueltaEfimero();
 
 /// Gives the ephemeral file its final name in the same folder, in place of what
-/// has it. This is what decides a race against a cancel: either it comes first
-/// and the process ends, or the file is there and cancelling is over. Returns
-/// what renameat(2) does, or not at all after a cancel.
-int consagraEfimero(const char *definitivo);
+/// has it, or only if nothing has it (else errno is EEXIST). This is what decides
+/// a race against a cancel: either it comes first and the process ends, or the
+/// file is there and cancelling is over. Returns what renameat(2) does, or not at
+/// all after a cancel.
+int consagraEfimero(const char *definitivo, bool reemplaza);
 
 /// Cancelling is over: the three signals do nothing from here on. If one has come
 /// already this does not return, and the process ends.
