@@ -1,9 +1,11 @@
 #include "tar/escritor_tar.h"
 
 #include "comun/fallo.h"
+#include "tar/nombres_de_atributos.h"
 
 #include <cerrno>
 #include <new>
+#include <utility>
 
 namespace orcalin {
 
@@ -21,7 +23,13 @@ EscritorTar::EscritorTar(Receptor &abajoDado)
 }
 
 bool EscritorTar::cabecera(archive_entry *ficha) {
+    const NombresDeAtributos nombres(ficha);
+    retiene = nombres.hayQueReponer();
     const int resultado = archive_write_header(tar.get(), ficha);
+    if (std::exchange(retiene, false)) {
+        nombres.repon(retenido);
+        abajo.escribe(std::exchange(retenido, {}));
+    }
     if (resultado == ARCHIVE_FATAL)
         comprueba(resultado);
     return resultado >= ARCHIVE_WARN;
@@ -43,8 +51,11 @@ la_ssize_t EscritorTar::alEscribir(archive *, void *yo, const void *datos, std::
     auto *escritor = static_cast<EscritorTar *>(yo);
     try {
         // Freeing the writer after a failure flushes once more.
-        if (!escritor->pendiente)
-            escritor->abajo.escribe({static_cast<const unsigned char *>(datos), largo});
+        const Octetos parte(static_cast<const unsigned char *>(datos), largo);
+        if (escritor->retiene)
+            escritor->retenido.insert(escritor->retenido.end(), parte.begin(), parte.end());
+        else if (!escritor->pendiente)
+            escritor->abajo.escribe(parte);
         return static_cast<la_ssize_t>(largo);
     } catch (...) {
         escritor->pendiente = std::current_exception();

@@ -45,10 +45,14 @@ ssize_t pread64(int fd, void *en, size_t cuantos, off_t donde) {
     return pread(fd, en, cuantos, donde);
 }
 
-/* ESTORBO_ATRIBUTO=NAME: this attribute cannot be read. */
+/* ESTORBO_ATRIBUTO=NAME: this attribute cannot be read; ESTORBO_HINCHA: each has so many bytes. */
 ssize_t fgetxattr(int fd, const char *cual, void *en, size_t cuantos) {
-    const char *malo = getenv("ESTORBO_ATRIBUTO");
+    const char *malo = getenv("ESTORBO_ATRIBUTO"), *hincha = getenv("ESTORBO_HINCHA");
     if (malo && strcmp(malo, cual) == 0)
         return niega(EIO);
+    if (hincha && atol(hincha) <= (long)cuantos) {
+        memset(en, 'x', atol(hincha));
+        return atol(hincha);
+    }
     return EL_DE_VERDAD(fgetxattr)(fd, cual, en, cuantos);
 }

@@ -151,6 +151,46 @@ class Faltas(Caso):
         self.assertIn("demasiado grande", mensaje)
         self.sigue_como_estaba(antes)
 
+    def con_estorbo(self, **estorbos):
+        return self.error("compress", self.c, "-o", self.okz, env=self.estorbado(**estorbos))
+
+    def test_lo_que_no_se_lee_de_un_fichero(self):
+        dentro = desordenado(300_000)
+        self.pon("c/1", dentro)
+        self.pon("c/2", "detrás")
+        mensaje = self.con_estorbo(leer="200000-200001")
+        self.assertRegex(mensaje, "^1 elemento .*/c/1»: el disco no responde bien; donde no se puede")
+        self.assertEqual((self.extrae() / "c/1").read_bytes(),
+                         dentro[:200_000] + bytes(704) + dentro[200_704:])
+        self.assertEqual((self.salida / "c/2").read_text(), "detrás")
+
+    def test_lo_que_no_se_lee_de_sus_atributos(self):
+        f = self.pon("c/1", "x")
+        self.pon("c/2", "detrás")
+        for n in range(20):
+            os.setxattr(f, f"user.%41{n}", b"valor")
+        self.assertRegex(self.con_estorbo(atributo="user.%417"),
+                         "^1 elemento .*faltan atributos de .*/c/1»: «user.%417»: el disco no responde")
+        self.assertEqual({*os.listxattr(f)} - {*os.listxattr(self.extrae() / "c/1")}, {"user.%417"})
+        self.okz.unlink()
+        self.assertRegex(self.con_estorbo(hincha="60000"), "/c/1»: «user.%41[0-9]+»: no cabe en este "
+                         "formato [(]y 3 más[)]")  # more than readers take of one entry
+        self.corre("check", self.okz)
+        self.assertEqual(self.sh('bsdtar -xOf "$1" c/2', self.d).stdout.decode(), "detrás")
+        self.okz.unlink()
+        os.setxattr(f, "user.a=b", b"valor")
+        self.assertIn("«user.a=b»: su nombre no cabe", self.con_estorbo())
+
+    def test_lo_que_dice_estar_vacio(self):
+        sistema = pathlib.Path("/proc/version")
+        self.comprime(sistema, self.pon("c/vacío"))
+        self.assertEqual((self.extrae() / "version").read_bytes(), sistema.read_bytes())
+        self.assertEqual((self.salida / "vacío").read_bytes(), b"")
+        for nombre, porque in (("mem", "no responde bien"), ("pagemap", "no dice cuánto contiene")):
+            mensaje = self.error("compress", f"/proc/self/{nombre}", self.c, "-o", self.d / "b.okz")
+            self.assertRegex(mensaje, f"1 elemento .*{nombre}».*{porque}")
+            (self.d / "b.okz").unlink()
+
     def guarda_mientras(self, cambia, falla=True):
         """What it said of a change in the middle of it, to a new archive. Reading
         goes ahead of compressing, but not as far as the first file goes."""

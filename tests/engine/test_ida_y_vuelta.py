@@ -21,7 +21,8 @@ class IdaYVuelta(Caso):
             self.pon(self.raiz / nombre, nombre)
         self.pon(self.raiz / "/".join(["carpeta de nombre largo"] * 12) / "ñandú", "hondo")
         os.symlink("carpetas", self.raiz / "a carpeta")
-        os.setxattr(self.raiz / "privado", "user.nota", b"uno\0dos")
+        for nombre in ("nota", "ñ", "\xf1 b\n", "ú"):
+            os.setxattr(self.raiz / "privado", "user." + nombre, b"uno\0dos" + os.fsencode(nombre))
         os.chmod(self.raiz / "programa", 0o4755)
         for nombre, hora in (("privado", -1_000000000), ("programa", 1), ("enlace", 0),
                              ("solo lectura", 4_000_000_000_000000001)):
