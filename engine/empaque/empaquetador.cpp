@@ -5,7 +5,6 @@
 #include "tar/hora.h"
 
 #include <cerrno>
-#include <fcntl.h>
 
 namespace orcalin {
 namespace {
@@ -14,9 +13,11 @@ const std::string demasiado = "no cabe en este formato";
 
 } // namespace
 
-Empaquetador::Empaquetador(SumideroMarcos &marcosDados, Progreso &progresoDado, Avisos &avisosDados)
+Empaquetador::Empaquetador(SumideroMarcos &marcosDados, Origenes &origenesDados,
+                           Progreso &progresoDado, Avisos &avisosDados)
     : marcos(marcosDados)
     , tar(marcosDados)
+    , origenes(origenesDados)
     , progreso(progresoDado)
     , avisos(avisosDados) {}
 
@@ -33,7 +34,8 @@ void Empaquetador::acaba() {
 
 void Empaquetador::intenta(const Pieza &pieza) {
     Cosa cosa;
-    if (!abre(AT_FDCWD, pieza.origen.c_str(), pieza.clase, cosa))
+    const int carpeta = origenes.abre(pieza.carpeta);
+    if (carpeta < 0 || !abre(carpeta, pieza.propio.c_str(), pieza.clase, cosa))
         return falta(pieza, errno);
     if ((cosa.estado.st_mode & S_IFMT) != pieza.clase)
         return falta(pieza, "ha cambiado mientras se guardaba");
@@ -78,7 +80,7 @@ Ficha Empaquetador::ficha(const Pieza &pieza, const Cosa &cosa) {
     ponHora(nueva.get(), cosa.estado.st_mtim);
     const std::string sin = extendidos.anade(nueva.get(), cosa);
     if (!sin.empty())
-        falta("faltan atributos de " + citado(pieza.origen) + ": " + sin);
+        falta("faltan atributos de " + ruta(pieza) + ": " + sin);
     return nueva;
 }
 
@@ -121,12 +123,12 @@ void Empaquetador::anota(const Pieza &pieza, const Cosa &cosa, Asiento asiento) 
 
 void Empaquetador::falta(const Pieza &pieza, int porque) {
     if (escasea(porque))
-        falla("no se puede leer " + citado(pieza.origen), porque);
+        falla("no se puede leer " + ruta(pieza), porque);
     falta(pieza, causa(porque));
 }
 
 void Empaquetador::falta(const Pieza &pieza, const std::string &porque) {
-    falta("no se puede leer " + citado(pieza.origen) + ": " + porque);
+    falta("no se puede leer " + ruta(pieza) + ": " + porque);
 }
 
 /// A piece counts once, whatever is wrong with it.
@@ -136,6 +138,10 @@ void Empaquetador::falta(std::string_view texto) {
     else
         avisos.avisa(texto);
     intacta = false;
+}
+
+std::string Empaquetador::ruta(const Pieza &pieza) const {
+    return citado(origenes.ruta(pieza.carpeta, pieza.propio));
 }
 
 } // namespace orcalin

@@ -21,9 +21,10 @@ namespace orcalin {
 /// its turn.
 class Empaquetador {
 public:
-    /// Writes to `marcos`, which nobody else may do meanwhile. All must outlive
+    /// Writes to `marcos`, which nobody else may do meanwhile; the pieces are in
+    /// folders of `origenes`. All must outlive
     /// this. Throws std::bad_alloc or Fallo.
-    Empaquetador(SumideroMarcos &marcos, Progreso &progreso, Avisos &avisos);
+    Empaquetador(SumideroMarcos &marcos, Origenes &origenes, Progreso &progreso, Avisos &avisos);
 
     /// Throws Fallo only when the archive itself cannot be written, or no file
     /// can be read any more.
@@ -53,9 +54,11 @@ private:
     void falta(const Pieza &pieza, int porque);
     void falta(const Pieza &pieza, const std::string &porque);
     void falta(std::string_view texto);
+    [[nodiscard]] std::string ruta(const Pieza &pieza) const;
 
     SumideroMarcos &marcos;
     EscritorTar tar;
+    Origenes &origenes;
     Progreso &progreso;
     Avisos &avisos;
     Extendidos extendidos;

@@ -10,11 +10,11 @@
 namespace orcalin {
 namespace {
 
-void escribe(Sumidero &abajo, const Compresion &compresion, const Plan &plan, Progreso &progreso,
-             Avisos &avisos) {
+void escribe(Sumidero &abajo, const Compresion &compresion, const Plan &plan, Origenes &origenes,
+             Progreso &progreso, Avisos &avisos) {
     SumideroMarcos marcos(abajo, compresion,
                           [&progreso](std::uint64_t bytes) { progreso.avanza(bytes); });
-    Empaquetador empaquetador(marcos, progreso, avisos);
+    Empaquetador empaquetador(marcos, origenes, progreso, avisos);
     for (const auto &pieza : plan)
         empaquetador.guarda(pieza);
     // An archive of nothing must not take the place of an old one of something.
@@ -37,7 +37,8 @@ void comprime(const PedidoComprimir &pedido) {
         contrasena = leeContrasena(pedido.ficheroContrasena);
     FicheroProvisional destino(pedido.destino);
     Avisos avisos;
-    const Plan plan = planea(pedido.origenes, destino, avisos);
+    Origenes origenes;
+    const Plan plan = planea(pedido.origenes, destino, origenes, avisos);
     Progreso progreso(pedido.progreso, plan);
     std::optional<SumideroAge> cifrado;
     if (contrasena) {
@@ -49,7 +50,7 @@ void comprime(const PedidoComprimir &pedido) {
         abajo = &*cifrado;
     const auto compresion =
         pedido.maximo ? compresionMaxima(bytesPrevistos(plan)) : compresionHabitual(pedido.nivel);
-    escribe(*abajo, compresion, plan, progreso, avisos);
+    escribe(*abajo, compresion, plan, origenes, progreso, avisos);
     // What lacks something must not take the place of what does not.
     const auto donde = destino.entrega(avisos.faltas() == 0);
     progreso.acaba();

@@ -3,7 +3,7 @@
 import os
 import pathlib
 
-from motor import Caso, MEBI, MOTOR, PROGRESO, desordenado
+from motor import Caso, MEBI, MOTOR, NADIE, PROGRESO, desordenado
 
 
 class Nombres(Caso):
@@ -61,9 +61,11 @@ class Nombres(Caso):
         antes = self.okz.read_bytes()
         self.error("compress", self.okz, "-o", self.okz)
         self.assertEqual(self.okz.read_bytes(), antes)
-        os.link(self.okz, self.c / "otro")  # a file like any other
+        (self.c / "d").mkdir()
+        for otro in ("otro", "d/a.okz"):
+            os.link(self.okz, self.c / otro)  # a file like any other
         self.comprime(self.c)
-        self.assertEqual(list(self.lista()), ["c", "c/f", "c/otro"])
+        self.assertEqual(list(self.lista()), ["c", "c/d", "c/d/a.okz", "c/f", "c/otro"])
         self.assertEqual((self.extrae() / "c/otro").read_bytes(), antes)
 
     def test_destinos(self):
@@ -78,6 +80,30 @@ class Nombres(Caso):
         self.comprime(self.clave)
         self.assertTrue(self.okz.is_symlink())
         self.assertEqual(list(self.lista()), ["clave"])
+
+    def test_destinos_que_no_valen(self):
+        como = self.como_nadie()
+        self.d.chmod(0o1777)
+        vetado, real = self.pon("vetado.okz", "el de antes"), self.d / "real.okz"
+        ajeno, propio, largo = self.d / "ajeno.okz", self.d / "propio.okz", self.d / ("n" * 256)
+        for enlace in (ajeno, propio):
+            enlace.symlink_to(real)
+        for ruta, dueno in ((ajeno, 1), (propio, NADIE), (self.d, 0)):
+            os.chown(ruta, dueno, 0, follow_symlinks=False)
+        for destino, porque in ((largo, "nombre es demasiado largo"), (vetado, "es de otro usuario"),
+                                (ajeno, "un enlace que otro usuario")):
+            self.assertIn(porque, self.error("compress", self.clave, "-o", destino, **como))
+        self.assertFalse(real.exists())
+        self.corre("compress", self.clave, "-o", propio, **como)
+        self.assertEqual((real.stat().st_uid, propio.is_symlink()), (NADIE, True))
+        vetado.chmod(0o444)
+        self.assertIn("de solo lectura", self.error("compress", self.clave, "-o", vetado))
+        self.assertEqual(vetado.read_text(), "el de antes")
+        vetado.chmod(0o640)
+        os.chown(vetado, 12345, 23456)
+        self.corre("compress", self.clave, "-o", vetado)
+        e = vetado.stat()
+        self.assertEqual((e.st_uid, e.st_gid, e.st_mode & 0o7777), (12345, 23456, 0o640))
 
     def test_lo_que_no_mengua_va_con_lo_comprimido(self):
         self.pon("c/b.vol", os.urandom(MEBI))
@@ -244,6 +270,17 @@ class Faltas(Caso):
             self.assertRegex(lineas[-1], "1 elemento .*/c/1»: ha cambiado mientras se guardaba")
             self.assertIn(f"1/1 ficheros (100.0%), {GRANDE} MiB", lineas)
             self.assertEqual(len(sale(f"cambiado {n}")), len(self.antes))
+
+    def test_un_enlace_en_lugar_de_una_carpeta(self):
+        self.pon("c/d/e/f", "propio")
+        self.pon("otra/e/f", "ajeno")
+
+        def cambia(_):
+            (self.c / "d").rename(self.c / "a")
+            (self.c / "d").symlink_to(self.d / "otra")
+
+        self.assertRegex(self.guarda_mientras(cambia)[-1], "1 elemento .*/c/d»")
+        self.assertEqual({p.read_text() for p in (self.extrae() / "c").rglob("f")}, {"propio"})
 
     def test_la_carpeta_del_archivo_cambia_de_sitio(self):
         self.okz = self.pon("donde/a.okz")

@@ -138,6 +138,25 @@ class Fiel(Caso):
         self.ida_y_vuelta()
 
 
+    def test_rutas_que_el_sistema_no_toma(self):
+        """Of more than 4,096 bytes; and of more than any reader takes."""
+        nombre, fd = "n" * 240, os.open(self.c, os.O_RDONLY)
+        for n in range(80):
+            os.mkdir(nombre, dir_fd=fd)
+            madre, fd = fd, os.open(nombre, os.O_RDONLY, dir_fd=fd)
+            os.close(madre)
+            if n == 30:
+                os.close(os.open("f", os.O_CREAT, dir_fd=fd))
+        os.close(fd)
+        mensaje = self.error("compress", self.c, "-o", self.okz)
+        self.assertRegex(mensaje, f"1 elemento .*no se puede guardar «{self.c}(/{nombre}){{68}}».*demasiado largo")
+        self.assertEqual(sorted(self.lista())[-1], "c" + f"/{nombre}" * 67)
+        fuera = os.open(self.extrae() / "c", os.O_RDONLY)
+        for _ in range(31):
+            fuera = os.open(nombre, os.O_RDONLY, dir_fd=fuera)
+        self.assertEqual(set(os.listdir(fuera)), {nombre, "f"})
+
+
 class Fronteras(Caso):
     def ida_y_vuelta(self, cuantos, *opciones, ceros=0, nivel="1"):
         # The same bytes and time in every run, so that sizes can be foreseen.
