@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <string_view>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace orcalin {
 namespace {
@@ -49,30 +50,56 @@ Origenes::Numero Origenes::anade(Carpeta carpeta) {
 
 int Origenes::abre(Numero carpeta) {
     std::vector<Numero> cerradas; // the innermost first
-    int fd = AT_FDCWD;
-    for (Numero n = carpeta; n != ninguna; n = carpetas[n].madre) {
+    int fd = -1;
+    for (Numero n = carpeta; n != ninguna && fd < 0; n = carpetas[n].madre) {
         fd = guardada(n);
-        if (fd >= 0)
-            break;
-        fd = AT_FDCWD;
-        cerradas.push_back(n);
+        if (fd < 0)
+            fd = subeA(n);
+        if (fd < 0)
+            cerradas.push_back(n);
     }
     for (; !cerradas.empty(); cerradas.pop_back()) {
         const Carpeta &esta = carpetas[cerradas.back()];
-        const bool ajena = esta.madre == ninguna;
+        const char *nombre = esta.nombre.empty() ? "." : esta.nombre.c_str();
         Descriptor nueva =
-            abreEn(fd, esta.nombre.empty() ? "." : esta.nombre.c_str(), ajena ? 0 : O_NOFOLLOW);
+            esta.madre == ninguna ? abreEn(AT_FDCWD, nombre, 0) : abreEn(fd, nombre, O_NOFOLLOW);
         if (!nueva.valido())
             return -1;
-        fd = nueva.numero();
-        abiertas.emplace_front(cerradas.back(), std::move(nueva));
-        donde.emplace(cerradas.back(), abiertas.begin());
-        if (abiertas.size() > cuantas) {
-            donde.erase(abiertas.back().first);
-            abiertas.pop_back();
-        }
+        fd = guarda(cerradas.back(), std::move(nueva));
     }
     return fd;
+}
+
+/// Goes there from the folder that was used last, if that is in it; -1 if not.
+/// Else the way out of a deep tree would cost as much at every step as the way
+/// in, once there are more folders than can be kept open.
+int Origenes::subeA(Numero carpeta) {
+    if (abiertas.empty() || carpetas[abiertas.front().first].madre != carpeta)
+        return -1;
+    const Carpeta &esta = carpetas[carpeta];
+    Descriptor fd = abreEn(abiertas.front().second.numero(), "..", 0);
+    struct stat estado {};
+    // Whoever moves a folder meanwhile must not lead us elsewhere.
+    if (!fd.valido() || fstat(fd.numero(), &estado) != 0 || estado.st_dev != esta.disco ||
+        estado.st_ino != esta.inodo)
+        return -1;
+    return guarda(carpeta, std::move(fd));
+}
+
+int Origenes::guarda(Numero carpeta, Descriptor fd) {
+    const int numero = fd.numero();
+    struct stat estado {};
+    if (fstat(numero, &estado) == 0) {
+        carpetas[carpeta].disco = estado.st_dev;
+        carpetas[carpeta].inodo = estado.st_ino;
+    }
+    abiertas.emplace_front(carpeta, std::move(fd));
+    donde.emplace(carpeta, abiertas.begin());
+    if (abiertas.size() > cuantas) {
+        donde.erase(abiertas.back().first);
+        abiertas.pop_back();
+    }
+    return numero;
 }
 
 /// -1 if it is not open.

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <list>
 #include <string>
+#include <sys/types.h>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -39,6 +40,8 @@ private:
     struct Carpeta {
         Numero madre = ninguna;
         std::string nombre; // of one without a mother, its path
+        dev_t disco = 0;    // with `inodo`, which one it is, once it was open
+        ino_t inodo = 0;
     };
     using Abiertas = std::list<std::pair<Numero, Descriptor>>;
 
@@ -46,6 +49,8 @@ private:
 
     Numero anade(Carpeta carpeta);
     int guardada(Numero carpeta);
+    int subeA(Numero carpeta);
+    int guarda(Numero carpeta, Descriptor fd);
 
     std::size_t cuantas; // are kept open
     std::vector<Carpeta> carpetas;
