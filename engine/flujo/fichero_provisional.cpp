@@ -139,11 +139,16 @@ std::string FicheroProvisional::alLado() {
     }
 }
 
-bool FicheroProvisional::es(const std::string &otro, const struct stat &estado) const {
-    // Another name (hard link) of the old archive is a file like any other.
-    const bool elAnterior =
-        sitio.ocupado() && mismo(estado, sitio.deAntes()) && sitio.nombre() == otro;
-    return mismo(estado, propio) || elAnterior;
+bool FicheroProvisional::es(int carpeta, const std::string &nombre,
+                            const struct stat &estado) const {
+    if (mismo(estado, propio))
+        return true;
+    // Another name (hard link) of the old archive is a file like any other, and
+    // so is the same name in another folder.
+    struct stat esta {};
+    struct stat suya {};
+    return sitio.ocupado() && mismo(estado, sitio.deAntes()) && nombre == sitio.nombre() &&
+           fstat(carpeta, &esta) == 0 && fstat(sitio.carpeta(), &suya) == 0 && mismo(esta, suya);
 }
 
 } // namespace orcalin

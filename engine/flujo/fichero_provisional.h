@@ -43,9 +43,9 @@ public:
     /// moved or unmounted meanwhile: it is not where it was asked for.
     std::filesystem::path entrega(bool conTodo);
 
-    /// Whether `nombre` in a folder, with this status, is the file being
+    /// Whether `nombre` in that open folder, with this status, is the file being
     /// written or the one that it is to replace.
-    [[nodiscard]] bool es(const std::string &nombre, const struct stat &estado) const;
+    [[nodiscard]] bool es(int carpeta, const std::string &nombre, const struct stat &estado) const;
 
 private:
     void hereda();
