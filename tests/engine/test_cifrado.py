@@ -8,7 +8,7 @@ import subprocess
 import time
 import unittest
 
-from motor import Caso, ESCASO, MOTOR, age, cambiado, desordenado
+from motor import Caso, ESCASO, MOTOR, SEGUNDO, age, cambiado, desordenado, sin_saneador
 
 SELLADO = 64 * 1024 + 16
 MALA = "contraseña incorrecta"
@@ -48,6 +48,7 @@ class Contrasena(Caso):
         self.assertNotEqual(uno[:100], otro[:100])
         self.assertNotEqual(uno[-100:], otro[-100:])
 
+    @sin_saneador("it looks into its own memory")
     def test_ni_volcados_ni_miradas(self):
         como = self.como_nadie()
         os.chmod(self.clave, 0o777)
@@ -57,6 +58,7 @@ class Contrasena(Caso):
             # Only of a process that can be dumped and traced does it belong to the user.
             self.assertEqual(os.stat(f"/proc/{p.pid}/mem").st_uid, 0)
 
+    @sin_saneador("to start takes as long as the derivation")
     @unittest.skipUnless(os.path.exists("/proc/keys"), "the kernel keeps no keys")
     def test_la_derivacion_se_paga_una_vez(self):
         def segundos(clave, falla=False, **entorno):
@@ -114,7 +116,7 @@ class Manipulado(Caso):
         desde = time.monotonic()
         for factor in (b"23", b"30", b"99999999999999999999"):
             self.assertIn("trabajo", self.con_otra(rb" 4\n", b" " + factor + b"\n"))
-        self.assertLess(time.monotonic() - desde, 2)
+        self.assertLess(time.monotonic() - desde, 2 * SEGUNDO)
         self.assertIn("cifrado", self.con_otra(rb"-> scrypt", b"-> X25519"))
 
     def test_carga(self):
