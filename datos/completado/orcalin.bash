@@ -30,7 +30,8 @@ _orcalin() {
     esac
     case $orden in
     compress) opciones+=' -o --level --max --encrypt --progress --no-verify' ;;
-    extract) opciones+=' -o --file' ;;
+    extract) opciones+=' -o --file --no-remember' ;;
+    list | check) opciones+=' --no-remember' ;;
     esac
     if [[ $palabra == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$opciones" -- "$palabra")

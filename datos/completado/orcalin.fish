@@ -9,6 +9,7 @@ complete -c orcalin -n __fish_use_subcommand -a extract -d 'Saca lo que hay en u
 complete -c orcalin -n __fish_use_subcommand -a check -d 'Lee un archivo entero y dice si está sano'
 
 complete -c orcalin -n '__fish_seen_subcommand_from compress list extract check' -r -F -l password-file -d 'La contraseña es lo que contiene el fichero'
+complete -c orcalin -n '__fish_seen_subcommand_from list extract check' -l no-remember -d 'No recuerda la clave durante un minuto'
 complete -c orcalin -n '__fish_seen_subcommand_from list extract check' -k -a '(__fish_complete_suffix .okz)'
 
 complete -c orcalin -n '__fish_seen_subcommand_from compress' -F

@@ -4,6 +4,7 @@
 #include "cifrado/sumidero_age.h"
 #include "comun/fallo.h"
 #include "comun/senales.h"
+#include "comun/texto.h"
 #include "empaque/empaquetador.h"
 #include "empaque/relectura.h"
 
@@ -69,9 +70,10 @@ void comprime(const PedidoComprimir &pedido) {
         pedido.maximo ? compresionMaxima(bytesPrevistos(plan)) : compresionHabitual(pedido.nivel);
     escribe({destino, cifrado ? &*cifrado : nullptr, pedido.verifica}, compresion, plan, progreso,
             avisos);
-    destino.entrega();
+    // What lacks something must not take the place of what does not.
+    const auto donde = destino.entrega(avisos.faltas() == 0);
     progreso.acaba();
-    avisos.remata("guardar bien");
+    avisos.remata("guardar bien", "; lo demás está en " + citado(donde.string()));
 }
 
 } // namespace orcalin

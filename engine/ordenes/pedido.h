@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cifrado/cabecera_age.h"
+#include "cifrado/contrasena.h"
 
 #include <string>
 #include <variant>
@@ -26,7 +27,7 @@ struct PedidoComprimir {
 
 struct PedidoListar {
     std::string archivo;
-    std::string ficheroContrasena;
+    FicheroContrasena ficheroContrasena;
 };
 
 struct PedidoExtraer {
@@ -34,12 +35,12 @@ struct PedidoExtraer {
     std::string destino;
     std::string entrada; ///< as `list` prints it
     bool todo = true;    ///< no entry was named
-    std::string ficheroContrasena;
+    FicheroContrasena ficheroContrasena;
 };
 
 struct PedidoComprobar {
     std::string archivo;
-    std::string ficheroContrasena;
+    FicheroContrasena ficheroContrasena;
 };
 
 /// A text for standard output, line ends included: the help or the version.

@@ -1,7 +1,6 @@
 #include "saque/archivo.h"
 
 #include "cifrado/cabecera_age.h"
-#include "cifrado/contrasena.h"
 #include "cifrado/llavero.h"
 #include "comun/fallo.h"
 #include "comun/medidas.h"
@@ -51,15 +50,14 @@ Descriptor abierto(const std::filesystem::path &ruta) {
 
 // Neither the archive's name nor its path is in these messages: whoever asked
 // knows them, and they may contain any word.
-Archivo::Archivo(const std::filesystem::path &ruta, const std::string &ficheroContrasena)
+Archivo::Archivo(const std::filesystem::path &ruta, const FicheroContrasena &ficheroContrasena)
     : fichero(abierto(ruta)) {
     std::array<unsigned char, cabeceraMaxima> memoria{};
     const auto inicio = Octetos(memoria).first(fichero.lee(0, memoria));
     const std::string_view texto(reinterpret_cast<const char *>(inicio.data()), inicio.size());
     if (texto.starts_with(marcaAge)) {
         const CabeceraAge cabecera = CabeceraAge::lee(texto);
-        descifrado.emplace(fichero, cabecera.largo(),
-                           claveDe(cabecera, leeContrasena(ficheroContrasena)));
+        descifrado.emplace(fichero, cabecera.largo(), claveDe(cabecera, ficheroContrasena));
     }
     envase = envaseDe(almacen());
     // Without encryption such a file is somebody else's, and has another name.

@@ -51,10 +51,10 @@ extern "C" int fsync(int fd) {
     const int otro = open(ruta, O_RDWR);
     const off_t donde = miente("bit") % estado.st_size;
     unsigned char byte = 0;
-    if (pread(otro, &byte, 1, donde) == 1) {
-        byte ^= static_cast<unsigned char>(1U << (donde % 8));
-        (void)pwrite(otro, &byte, 1, donde);
-    }
+    const bool leido = pread(otro, &byte, 1, donde) == 1;
+    byte ^= static_cast<unsigned char>(1U << (donde % 8));
+    if (!leido || pwrite(otro, &byte, 1, donde) != 1)
+        abort();
     close(otro);
     return resultado;
 }
