@@ -30,7 +30,7 @@ _orcalin() {
     esac
     case $orden in
     compress) opciones+=' -o --level --max --encrypt --progress' ;;
-    extract) opciones+=' -o --file' ;;
+    extract) opciones+=' -o --file --replace' ;;
     esac
     if [[ $palabra == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$opciones" -- "$palabra")

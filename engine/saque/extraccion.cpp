@@ -4,6 +4,7 @@
 #include "comun/texto.h"
 #include "saque/fallo_de_entrada.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -17,23 +18,59 @@ public:
         : Fallo("el índice no es de este archivo") {}
 };
 
+using Pares = std::vector<std::pair<std::string, std::string>>;
+
+void cuentaLosOtrosNombres(const Pares &pares, Avisos &avisos) {
+    constexpr std::size_t cuantosSeDicen = 20;
+    for (std::size_t i = 0; i < std::min(cuantosSeDicen, pares.size()); ++i)
+        avisos.avisa(citado(pares[i].first) + " sale como " + citado(pares[i].second) +
+                     ": lo que había se queda");
+    if (pares.size() == 1)
+        avisos.avisa("1 salió con otro nombre");
+    else if (!pares.empty())
+        avisos.avisa(std::to_string(pares.size()) + " salieron con otro nombre");
+}
+
 } // namespace
 
-Extraccion::Extraccion(const Archivo &archivoDado, std::string rutaPedida, Avisos &avisosDados)
+Extraccion::Extraccion(const Archivo &archivoDado, std::string rutaPedida, Avisos &avisosDados,
+                       std::filesystem::path destinoDado, bool reemplazaDado)
     : archivo(archivoDado)
     , pedida(std::move(rutaPedida))
-    , avisos(avisosDados) {}
+    , avisos(avisosDados)
+    , destino(std::move(destinoDado))
+    , reemplaza(reemplazaDado) {}
 
 bool Extraccion::saca() {
     const bool todo = pedida.empty();
     if (todo && !archivo.indice())
         avisaSinIndice(avisos);
-    if (todo || !porIndice())
-        recorre();
-    disco.acaba();
-    if (disco.incompleta())
-        avisos.avisa("alguna carpeta ha salido sin todos sus atributos");
+    try {
+        if (todo || !porIndice())
+            recorre();
+    } catch (...) {
+        acaba(false);
+        throw;
+    }
+    acaba(true);
     return algo;
+}
+
+Disco &Extraccion::disco() {
+    if (!escritor)
+        escritor.emplace(destino.abre(), reemplaza);
+    return *escritor;
+}
+
+/// What came out gets its last attributes, however it ended, and those who wait
+/// for it are told where it is.
+void Extraccion::acaba(bool leido) {
+    if (!escritor)
+        return;
+    escritor->acaba(leido);
+    if (escritor->incompleta())
+        avisos.avisa("alguna carpeta ha salido sin todos sus atributos");
+    cuentaLosOtrosNombres(escritor->sacados().renombrados(), avisos);
 }
 
 /// False if the index is of no help: there is none, or not of this archive.
@@ -124,13 +161,13 @@ void Extraccion::primeraLectura() {
 void Extraccion::sacaEntrada(LectorTar &lector, archive_entry *ficha, const Entrada &entrada) {
     if (entrada.tipo != 'h')
         return saca(lector, ficha, entrada, {entrada.ruta});
-    const std::string destino = fichero(entrada.enlace);
-    if (!sacados.contains(destino)) {
-        pendientes[destino].push_back(entrada.ruta);
+    const std::string suyo = fichero(entrada.enlace);
+    if (!disco().sacados().hayFichero(suyo)) {
+        pendientes[suyo].push_back(entrada.ruta);
         return;
     }
     try {
-        disco.enlaza(ficha, entrada.ruta, destino);
+        disco().enlaza(entrada.ruta, suyo);
         cuenta(entrada.ruta);
     } catch (const FalloDeEntrada &fallo) {
         falta(entrada.ruta, fallo.what());
@@ -155,17 +192,15 @@ void Extraccion::saca(LectorTar &lector, archive_entry *ficha, const Entrada &en
     for (const auto &como : comos) {
         try {
             if (escrito == nullptr)
-                disco.saca(lector, ficha, entrada, como);
+                disco().saca(lector, ficha, entrada, como);
             else
-                disco.enlaza(ficha, como, *escrito);
+                disco().enlaza(como, *escrito);
             cuenta(como);
             escrito = escrito == nullptr ? &como : escrito;
         } catch (const FalloDeEntrada &fallo) {
             falta(como, fallo.what());
         }
     }
-    if (escrito != nullptr && entrada.tipo == '-')
-        sacados.insert(*escrito);
 }
 
 std::string Extraccion::fichero(std::string enlace) const {
@@ -179,7 +214,7 @@ std::string Extraccion::fichero(std::string enlace) const {
 }
 
 void Extraccion::cuenta(const std::string &ruta) {
-    if (disco.incompleta())
+    if (escritor->incompleta())
         avisos.avisa(citado(ruta) + " ha salido sin todos sus atributos");
 }
 

@@ -2,16 +2,17 @@
 
 #include "comun/avisos.h"
 #include "saque/archivo.h"
+#include "saque/destino.h"
 #include "saque/disco.h"
 
 #include <map>
+#include <optional>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 namespace orcalin {
 
-/// Takes entries out of an archive into the current folder: all of them, or one
+/// Takes entries out of an archive into a folder: all of them, or one
 /// and what is below it. One is looked up in the index, so that no more is
 /// decompressed than what it lies in; everything, and an archive without an
 /// index, is read from beginning to end.
@@ -21,9 +22,11 @@ namespace orcalin {
 /// anything that is not in the archive.
 class Extraccion {
 public:
-    /// `pedida` is a normalised path, empty for everything. Both references
-    /// must outlive this.
-    Extraccion(const Archivo &archivo, std::string pedida, Avisos &avisos);
+    /// `pedida` is a normalised path, empty for everything. The folder `destino`
+    /// is made when there is something to put into it. `reemplaza`: see Disco.
+    /// Both references must outlive this.
+    Extraccion(const Archivo &archivo, std::string pedida, Avisos &avisos,
+               std::filesystem::path destino = ".", bool reemplaza = false);
 
     /// Entries that fail go to the warnings. Returns whether there was anything
     /// to take out. Throws Fallo when it cannot go on.
@@ -46,6 +49,8 @@ private:
     void primeraLectura();
     void segundaLectura();
     void sacaEntrada(LectorTar &lector, archive_entry *ficha, const Entrada &entrada);
+    Disco &disco();
+    void acaba(bool leido);
     void saca(LectorTar &lector, archive_entry *ficha, const Entrada &entrada,
               const std::vector<std::string> &comos);
     [[nodiscard]] std::string fichero(std::string enlace) const;
@@ -55,9 +60,10 @@ private:
     const Archivo &archivo;
     std::string pedida;
     Avisos &avisos;
-    Disco disco;
+    Destino destino;
+    bool reemplaza;
+    std::optional<Disco> escritor; // once there is something to write
     bool algo = false;
-    std::unordered_set<std::string> sacados;                    // regular files
     std::map<std::string, std::string> enlaces;                 // every hard link and its target
     std::map<std::string, std::vector<std::string>> pendientes; // file wanted, the links' paths
 };
