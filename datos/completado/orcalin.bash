@@ -29,8 +29,9 @@ _orcalin() {
         ;;
     esac
     case $orden in
-    compress) opciones+=' -o --level --max --encrypt --progress' ;;
-    extract) opciones+=' -o --file --replace' ;;
+    compress) opciones+=' -o --level --max --encrypt --progress --no-verify' ;;
+    extract) opciones+=' -o --file --replace --no-remember' ;;
+    list | check) opciones+=' --no-remember' ;;
     esac
     if [[ $palabra == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$opciones" -- "$palabra")

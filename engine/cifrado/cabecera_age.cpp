@@ -2,6 +2,8 @@
 
 #include "cifrado/claves.h"
 #include "comun/fallo.h"
+#include "comun/medidas.h"
+#include "comun/memoria.h"
 
 #include <charconv>
 
@@ -68,6 +70,17 @@ int leeFactor(std::string_view texto) {
     return factor;
 }
 
+/// What this program's own archives ask for is tried in any case: the system may
+/// find more than it promises. To ask for more is to be sure of it, since a
+/// machine without memory stands still for everybody.
+void exigeMemoria(int factor) {
+    const auto pide = memoriaDeScrypt(factor);
+    const auto hay = factor > factorHabitual ? memoriaLibre() : pide;
+    if (hay < pide)
+        throw Fallo("abrir el archivo pide " + std::to_string(pide / mebi) +
+                    " MiB de memoria y quedan " + std::to_string(hay / mebi));
+}
+
 std::string pieCon(const Secreto &claveFichero, std::string_view autenticado) {
     const Secreto clave = hkdf(claveFichero, sinSal, "header");
     const Mac mac = hmac(clave.octetos(), autenticado);
@@ -117,6 +130,7 @@ std::string CabeceraAge::crea(const Secreto &contrasena, int factor, const Secre
 }
 
 Secreto CabeceraAge::abre(const Secreto &contrasena) const {
+    exigeMemoria(factor);
     const Secreto envoltura = scrypt(contrasena, std::string(etiquetaSal) + sal, factor);
     Secreto claveFichero(largoClaveFichero);
     if (crypto_aead_chacha20poly1305_ietf_decrypt(claveFichero.data(), nullptr, nullptr,

@@ -35,8 +35,8 @@ public:
     /// the file. Takes as long as scrypt does.
     static std::string crea(const Secreto &contrasena, int factor, const Secreto &claveFichero);
 
-    /// The file key. Throws Fallo: a wrong password, or a MAC that
-    /// does not match. Takes as long as scrypt does.
+    /// The file key. Throws Fallo: a wrong password, a MAC that does not match,
+    /// or, at once, less memory than the work takes. Takes as long as scrypt does.
     [[nodiscard]] Secreto abre(const Secreto &contrasena) const;
 
     /// Whether this is the file key, told by the MAC, at no cost.

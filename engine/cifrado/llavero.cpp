@@ -1,5 +1,6 @@
 #include "cifrado/llavero.h"
 
+#include "comun/consola.h"
 #include "comun/fallo.h"
 
 #include <algorithm>
@@ -79,16 +80,32 @@ void guarda(const CabeceraAge &cabecera, const Secreto &contrasena, const Secret
     llaves(KEYCTL_LINK, llave, deLaSesion());
 }
 
+/// Tells a person why nothing happens.
+class Espera {
+public:
+    Espera() {
+        if (hayTerminal())
+            redibuja("Comprobando la contraseña...");
+    }
+    Espera(const Espera &) = delete;
+    Espera &operator=(const Espera &) = delete;
+    ~Espera() { borraRenglon(); }
+};
+
 } // namespace
 
-Secreto claveDe(const CabeceraAge &cabecera, const Secreto &contrasena) {
-    // A quick derivation is not worth remembering.
-    if (cabecera.factorDeTrabajo() <= factorGuardado || getenv("ORCALIN_SIN_LLAVERO") != nullptr)
+Secreto claveDe(const CabeceraAge &cabecera, const FicheroContrasena &fichero) {
+    const Secreto contrasena = leeContrasena(fichero.ruta);
+    // A quick derivation is worth neither remembering nor a word.
+    if (cabecera.factorDeTrabajo() <= factorGuardado)
         return cabecera.abre(contrasena);
-    if (auto clave = busca(cabecera, contrasena))
+    const bool seRecuerda = fichero.seRecuerda && getenv("ORCALIN_SIN_LLAVERO") == nullptr;
+    if (auto clave = seRecuerda ? busca(cabecera, contrasena) : std::nullopt)
         return std::move(*clave);
+    const Espera espera;
     Secreto clave = cabecera.abre(contrasena);
-    guarda(cabecera, contrasena, clave);
+    if (seRecuerda)
+        guarda(cabecera, contrasena, clave);
     return clave;
 }
 

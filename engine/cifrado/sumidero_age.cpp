@@ -9,14 +9,13 @@ namespace orcalin {
 
 SumideroAge::SumideroAge(Sumidero &abajoDado, Secreto contrasena, int factor)
     : abajo(abajoDado)
+    , clave(Secreto::alAzar(largoClaveFichero))
     , sellado(trozoSellado) {
-    Secreto clave = Secreto::alAzar(largoClaveFichero);
     randombytes_buf(nonce.data(), nonce.size());
     sello.emplace(clave, nonce);
-    cabecera = std::async(std::launch::async,
-                          [contrasena = std::move(contrasena), clave = std::move(clave), factor] {
-                              return CabeceraAge::crea(contrasena, factor, clave);
-                          });
+    derivada = std::async(std::launch::async, [contrasena = std::move(contrasena), factor, this] {
+        return CabeceraAge::crea(contrasena, factor, clave);
+    });
     claro.reserve(trozoClaro);
 }
 
@@ -47,14 +46,14 @@ void SumideroAge::sellaPendiente(bool ultimo) {
 }
 
 void SumideroAge::sella(Octetos trozo, bool ultimo) {
-    if (cabecera.valid())
+    if (derivada.valid())
         empieza();
     const std::size_t largo = sello->sella(trozo, numero++, ultimo, sellado);
     abajo.escribe(Octetos(sellado).first(largo));
 }
 
 void SumideroAge::empieza() {
-    const std::string texto = cabecera.get();
+    texto = derivada.get();
     abajo.escribe({reinterpret_cast<const unsigned char *>(texto.data()), texto.size()});
     abajo.escribe(nonce);
 }

@@ -15,12 +15,13 @@ void Avisos::falta(std::string_view texto) {
     avisa(texto);
 }
 
-void Avisos::remata(std::string_view hacer) const {
-    if (cuantas == 1)
-        throw Fallo("1 elemento no se pudo " + std::string(hacer) + ": " + primera);
-    if (cuantas > 1)
-        throw Fallo(std::to_string(cuantas) + " elementos no se pudieron " + std::string(hacer) +
-                    "; el primero: " + primera);
+void Avisos::remata(std::string_view hacer, std::string_view ademas) const {
+    if (cuantas == 0)
+        return;
+    const std::string que = cuantas == 1 ? "1 elemento no se pudo "
+                                         : std::to_string(cuantas) + " elementos no se pudieron ";
+    const std::string cual = cuantas == 1 ? ": " : "; el primero: ";
+    throw Fallo(que + std::string(hacer) + cual + primera + std::string(ademas));
 }
 
 } // namespace orcalin

@@ -19,8 +19,9 @@ public:
     [[nodiscard]] std::size_t faltas() const { return cuantas; }
 
     /// Throws Fallo if anything is missing: the only thing itself, or how many.
-    /// `hacer` is what they could not be, as in «3 elementos no se pudieron guardar».
-    void remata(std::string_view hacer) const;
+    /// `hacer` is what they could not be, as in «3 elementos no se pudieron guardar»;
+    /// `ademas` is said behind all of it.
+    void remata(std::string_view hacer, std::string_view ademas = {}) const;
 
 private:
     std::size_t cuantas = 0;

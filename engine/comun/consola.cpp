@@ -4,8 +4,11 @@
 #include "comun/medidas.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
+#include <fcntl.h>
 #include <mutex>
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -18,12 +21,24 @@ constexpr std::size_t bloque = 64 * kibi;
 constexpr std::string_view borrado = "\r\x1b[K"; // to the left margin, and all of the line
 
 // What is redrawn and what is said come from several threads.
-std::mutex turno;
+std::timed_mutex turno;
 bool hayRenglon = false;
 
-void escribe(const std::string &texto) {
-    while (write(STDERR_FILENO, texto.data(), texto.size()) < 0 && errno == EINTR) {
+/// False if it cannot be.
+bool escribe(int fd, std::string_view texto) {
+    while (!texto.empty()) {
+        const ssize_t escritos = write(fd, texto.data(), texto.size());
+        if (escritos < 0 && errno != EINTR)
+            return false;
+        if (escritos > 0)
+            texto.remove_prefix(static_cast<std::size_t>(escritos));
     }
+    return true;
+}
+
+/// Whoever reads messages, or nobody, is no reason to stop.
+void escribe(std::string_view texto) {
+    escribe(STDERR_FILENO, texto);
 }
 
 std::size_t columnas() {
@@ -45,6 +60,15 @@ std::string_view primeros(std::string_view texto, std::size_t cuantos) {
 
 } // namespace
 
+bool ocupaLosEstandar() {
+    // The wrong way round, so that nobody takes what is lost for written.
+    constexpr std::array<int, 3> modos{O_WRONLY, O_RDONLY, O_RDONLY};
+    for (int fd = 0; fd < static_cast<int>(modos.size()); ++fd)
+        if (fcntl(fd, F_GETFD) < 0 && open("/dev/null", modos.at(fd)) != fd)
+            return false;
+    return true;
+}
+
 void diceLinea(std::string_view texto) {
     const std::scoped_lock guardia(turno);
     std::string linea(hayRenglon ? borrado : std::string_view());
@@ -56,6 +80,9 @@ void diceLinea(std::string_view texto) {
 
 void diceYa(std::string_view texto) {
     constexpr int milisegundos = 200;
+    // Whoever has the turn may be waiting for a reader. It is not given back:
+    // nobody speaks after us.
+    (void)turno.try_lock_for(std::chrono::milliseconds(milisegundos));
     const std::string linea = std::string(hayTerminal() ? borrado : "").append(texto) + '\n';
     pollfd salida{STDERR_FILENO, POLLOUT, 0};
     if (poll(&salida, 1, milisegundos) == 1)
@@ -77,7 +104,7 @@ void redibuja(std::string_view texto) {
 void borraRenglon() {
     const std::scoped_lock guardia(turno);
     if (hayRenglon)
-        escribe(std::string(borrado));
+        escribe(borrado);
     hayRenglon = false;
 }
 
@@ -102,14 +129,8 @@ void Salida::texto(std::string_view dicho) {
 
 void Salida::vacia() {
     empezada = true;
-    std::string_view resto = pendiente;
-    while (!resto.empty()) {
-        const ssize_t escritos = write(STDOUT_FILENO, resto.data(), resto.size());
-        if (escritos < 0 && errno != EINTR)
-            falla("no se puede escribir la lista", errno);
-        if (escritos > 0)
-            resto.remove_prefix(static_cast<std::size_t>(escritos));
-    }
+    if (!escribe(STDOUT_FILENO, pendiente))
+        falla("no se puede escribir la lista", errno);
     pendiente.clear();
 }
 

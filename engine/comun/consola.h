@@ -6,12 +6,18 @@
 
 namespace orcalin {
 
+/// Sees to it that each of the three standard streams is there, as a device that
+/// gives an error where it was closed: a file opened later would get its number,
+/// and what is said would be written into it. To be called before anything is
+/// opened. False if it cannot be.
+[[nodiscard]] bool ocupaLosEstandar();
+
 /// Writes `texto` and a newline to standard error with one write(2), so that a
 /// reader never gets a torn line. If nobody reads, nothing happens.
 void diceLinea(std::string_view texto);
 
-/// The same for the last words of a process that must end now: waits neither
-/// for another thread nor long for a reader.
+/// The same for the last words of a process that must end now: waits long neither
+/// for another thread nor for a reader. Nothing else is said from here on.
 void diceYa(std::string_view texto);
 
 /// Whether standard error is a terminal on which a line can be redrawn.

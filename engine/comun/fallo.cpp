@@ -9,7 +9,7 @@ namespace orcalin {
 
 std::string causa(int numero) {
     using Par = std::pair<int, std::string_view>;
-    static constexpr std::array<Par, 19> textos{{
+    static constexpr std::array<Par, 20> textos{{
         {ENOSPC, "no queda espacio en el disco"},
         {EDQUOT, "se ha agotado la cuota de disco"},
         {EFBIG, "el fichero es demasiado grande para este disco"},
@@ -28,6 +28,7 @@ std::string causa(int numero) {
         {EAGAIN, "al sistema no le quedan recursos"}, // as for one thread more
         {EMFILE, "hay demasiados ficheros abiertos"},
         {ENFILE, "hay demasiados ficheros abiertos"},
+        {EBADF, "la salida está cerrada"},
         {EPIPE, "nadie lee lo que se escribe"},
     }};
     const auto *par = std::find_if(textos.begin(), textos.end(),

@@ -1,17 +1,22 @@
 #include "comun/senales.h"
 
 #include "comun/consola.h"
+#include "comun/medidas.h"
+#include "comun/renombra.h"
+#include "flujo/descriptor.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
-#include <cerrno>
 #include <chrono>
 #include <climits>
 #include <csignal>
+#include <exception>
 #include <fcntl.h>
+#include <future>
 #include <mutex>
-#include <sched.h>
 #include <string>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -20,58 +25,87 @@ namespace orcalin {
 namespace {
 
 // All this outlives static destruction: the thread runs until the very end.
-std::timed_mutex cerrojo;              // held while a file appears, and while it gets its name
-std::atomic<bool> consagrando = false; // the final rename is under way
-std::atomic<bool> terminado = false;   // cancelling is over
+
+enum class Fase { enMarcha, consagrando, cancelando, terminada };
+std::atomic<Fase> fase = Fase::enMarcha; // decides between a cancel and all that is final
+std::atomic<unsigned> pasos = 0;         // of giving back space
+
+std::mutex cerrojo; // held while a file appears, and while it gets its name
 int carpetaDelEfimero = -1;
 std::array<char, NAME_MAX + 1> nombreDelEfimero{}; // empty: there is none
 
-/// A disk that no longer answers may hold the lock for ever, and the end must
-/// come all the same. The rename is waited for: its outcome is what we tell.
-bool toma() {
-    constexpr std::chrono::milliseconds paciencia{300};
-    if (cerrojo.try_lock_for(paciencia))
-        return true;
-    if (!consagrando)
-        return false;
+/// From the first phase to another, unless everything is over. Once a cancel has
+/// begun nobody comes back from here: the process is about to end.
+void pasaA(Fase nueva) {
+    Fase actual = Fase::enMarcha;
+    if (!fase.compare_exchange_strong(actual, nueva))
+        while (actual == Fase::cancelando)
+            pause();
+}
+
+/// Whether there is still something to cancel. The final rename is waited for:
+/// its outcome is what we tell.
+bool empiezaACancelar() {
+    for (;;) {
+        Fase actual = Fase::enMarcha;
+        if (fase.compare_exchange_strong(actual, Fase::cancelando))
+            return true;
+        if (actual == Fase::terminada)
+            return false;
+        fase.wait(actual);
+    }
+}
+
+/// Gives back the space of a file that nobody can open any more, bit by bit.
+void vacia(int fd, off_t bytes) {
+    constexpr off_t tramo = 64 * mebi;
+    do {
+        bytes = std::max<off_t>(bytes - tramo, 0);
+        ++pasos;
+    } while (ftruncate(fd, bytes) == 0 && bytes > 0);
+}
+
+/// Removes the ephemeral file and gives back its space, which takes the system
+/// seconds for some gigabytes; left to the end of the process, they would come
+/// between the last words and the end. The lock is kept, so that nothing appears
+/// any more.
+void deshaz() {
     cerrojo.lock();
-    return true;
+    if (nombreDelEfimero[0] == '\0')
+        return;
+    const Descriptor fd(openat(carpetaDelEfimero, nombreDelEfimero.data(),
+                               O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    unlinkat(carpetaDelEfimero, nombreDelEfimero.data(), 0);
+    // It may be a link to a file that stays, or have got its other name just now.
+    struct stat estado {};
+    if (fd.valido() && fstat(fd.numero(), &estado) == 0 && estado.st_nlink == 0)
+        vacia(fd.numero(), estado.st_size);
 }
 
-/// What the end of this process would have to give back.
-struct Herencia {
-    pid_t padre;
-    int borrado; // the file that was being written, nameless by now; or -1
-};
-
-int esperaQueMuera(void *dada) {
-    const Herencia herencia = *static_cast<Herencia *>(dada);
-    if (herencia.borrado > 0)
-        close_range(0, static_cast<unsigned>(herencia.borrado) - 1, 0);
-    close_range(static_cast<unsigned>(herencia.borrado + 1), ~0U, 0);
-    while (getppid() == herencia.padre)
-        usleep(1000);
-    _exit(0);
-}
-
-/// Whoever reads our last words expects the end right behind them, but giving
-/// back hundreds of MiB takes the system a tenth of a second, and the space of a
-/// file of gigabytes more than one. A child that shares our memory and has the
-/// file open, and no other purpose, does that after we are gone.
-void legaLoQuePesa(int borrado) {
-    alignas(16) static std::array<char, 16384> pila;
-    static Herencia herencia{getpid(), borrado};
-    clone(esperaQueMuera, pila.data() + pila.size(), CLONE_VM, &herencia);
+/// A disk that no longer answers may take for ever, and hold the lock as long.
+/// The user is told all the same, and the end comes as soon as the system lets us.
+void espera(const std::future<void> &hecho) {
+    constexpr std::chrono::milliseconds paciencia{500}; // while nothing gets done
+    unsigned vistos = 0;
+    do
+        vistos = pasos;
+    while (hecho.wait_for(paciencia) != std::future_status::ready && pasos != vistos);
 }
 
 [[noreturn]] void cancela(const std::string &despedida) {
-    int borrado = -1;
-    if (nombreDelEfimero[0] != '\0') {
-        borrado =
-            openat(carpetaDelEfimero, nombreDelEfimero.data(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
-        unlinkat(carpetaDelEfimero, nombreDelEfimero.data(), 0);
+    try {
+        std::promise<void> promesa;
+        const auto hecho = promesa.get_future();
+        std::thread([promesa = std::move(promesa)]() mutable {
+            deshaz();
+            promesa.set_value();
+            while (true) // as the owner of the lock
+                pause();
+        }).detach();
+        espera(hecho);
+    } catch (const std::exception &) { // no thread to be had
+        deshaz();
     }
-    legaLoQuePesa(borrado);
     diceYa(despedida);
     _exit(1);
 }
@@ -80,11 +114,8 @@ void vigila(const sigset_t &senales, const std::string &despedida) {
     for (;;) {
         int senal = 0;
         sigwait(&senales, &senal);
-        const bool tomado = toma();
-        if (!terminado)
+        if (empiezaACancelar())
             cancela(despedida);
-        if (tomado)
-            cerrojo.unlock();
     }
 }
 
@@ -146,21 +177,22 @@ void sueltaEfimero() {
     nombreDelEfimero[0] = '\0';
 }
 
-int consagraEfimero(const char *definitivo) {
-    consagrando = true;
+int consagraEfimero(const char *definitivo, bool reemplaza) {
+    pasaA(Fase::consagrando);
     const std::lock_guard guarda(cerrojo);
-    const int resultado =
-        renameat(carpetaDelEfimero, nombreDelEfimero.data(), carpetaDelEfimero, definitivo);
-    if (resultado == 0) {
+    const char *actual = nombreDelEfimero.data();
+    const int resultado = reemplaza
+                              ? renameat(carpetaDelEfimero, actual, carpetaDelEfimero, definitivo)
+                              : renombraSinPisar(carpetaDelEfimero, actual, definitivo);
+    if (resultado == 0)
         nombreDelEfimero[0] = '\0';
-        terminado = true;
-    }
-    consagrando = false;
+    fase = resultado == 0 ? Fase::terminada : Fase::enMarcha;
+    fase.notify_all();
     return resultado;
 }
 
 void yaNoSeCancela() {
-    terminado = true;
+    pasaA(Fase::terminada);
 }
 
 } // namespace orcalin

@@ -11,8 +11,10 @@ namespace orcalin {
 void ignoraSenalesDeEscritura();
 
 /// From here on SIGTERM, SIGINT and SIGHUP (unless whoever started us had the
-/// last two ignored) remove the ephemeral file, say «Error: » and `texto` on
-/// standard error, and end the process with status 1, whatever it is at. To be
+/// last two ignored) remove the ephemeral file and give back its space, then say
+/// «Error: » and `texto` on standard error, and end the process with status 1,
+/// whatever it is at. The words do not wait for a disk that gets nothing done for
+/// half a second, nor for a reader; only the final rename is waited for. To be
 /// called before any other thread exists; a second call changes nothing. Throws
 /// std::system_error.
 void atiendeCancelacion(std::string_view texto);
@@ -33,12 +35,14 @@ void anunciaEfimero(int carpeta, const std::string &nombre);
 void sueltaEfimero();
 
 /// Gives the ephemeral file its final name in the same folder, in place of what
-/// has it. This is what decides a race against a cancel: either it comes first
-/// and the process ends, or the file is there and cancelling is over. Returns
-/// what renameat(2) does.
-int consagraEfimero(const char *definitivo);
+/// has it, or only if nothing has it (else errno is EEXIST). This is what decides
+/// a race against a cancel: either it comes first and the process ends, or the
+/// file is there and cancelling is over. Returns what renameat(2) does, or not at
+/// all after a cancel.
+int consagraEfimero(const char *definitivo, bool reemplaza);
 
-/// Cancelling is over: the three signals do nothing from here on.
+/// Cancelling is over: the three signals do nothing from here on. If one has come
+/// already this does not return, and the process ends.
 void yaNoSeCancela();
 
 } // namespace orcalin

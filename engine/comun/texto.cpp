@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <unistd.h>
 
 namespace orcalin {
 namespace {
 
 constexpr std::string_view cifras = "0123456789abcdef";
+// Of a name in a message; longer ones would bury what is said of them.
+constexpr std::size_t citadoMaximo = 1000;
 
 unsigned char octeto(std::string_view texto, std::size_t i) {
     return static_cast<unsigned char>(texto[i]);
@@ -50,10 +53,19 @@ bool cortaLinea(std::string_view caracter) {
     return primero < 0x20 || primero == 0x7f || c1 || caracter == "\u2028" || caracter == "\u2029";
 }
 
+/// Makes a terminal show what follows, or came before, in another order.
+bool desordena(std::string_view caracter) {
+    const auto entre = [caracter](std::string_view primero, std::string_view ultimo) {
+        return caracter >= primero && caracter <= ultimo;
+    };
+    return caracter == "\u061c" || entre("\u200e", "\u200f") || entre("\u202a", "\u202e") ||
+           entre("\u2066", "\u2069");
+}
+
 /// How much of the beginning stays as it is at a glance: most names are that.
 std::size_t largoLlano(std::string_view texto) {
     const auto fin = std::find_if(texto.begin(), texto.end(),
-                                  [](char c) { return c < ' ' || c == '\x7f' || c == '\\'; });
+                                  [](char c) { return c < ' ' || c > '~' || c == '\\'; });
     return static_cast<std::size_t>(fin - texto.begin());
 }
 
@@ -66,6 +78,22 @@ std::string enHexadecimal(std::string_view octetos) {
     return texto;
 }
 
+/// The beginning of an escaped text, `cuantos` characters at most, with neither a
+/// character nor an escape torn.
+std::string_view inicio(std::string_view texto, std::size_t cuantos) {
+    std::size_t fin = 0;
+    while (fin < texto.size()) {
+        const auto resto = texto.substr(fin);
+        const std::size_t escape = resto.starts_with("\\x") ? 4 : resto.starts_with('\\') ? 2 : 0;
+        const std::size_t ancho = std::max<std::size_t>(escape, 1);
+        if (ancho > cuantos)
+            break;
+        cuantos -= ancho;
+        fin += escape > 0 ? escape : largoUtf8(resto);
+    }
+    return texto.substr(0, fin);
+}
+
 void parte(std::string &texto, std::string_view palabra) {
     const std::string partida =
         enHexadecimal(palabra.substr(0, 1)) + std::string(palabra.substr(1));
@@ -75,7 +103,11 @@ void parte(std::string &texto, std::string_view palabra) {
 
 } // namespace
 
-std::string escapa(std::string_view nombre) {
+Lector lectorDe(int fd) {
+    return isatty(fd) == 1 ? Lector::terminal : Lector::programa;
+}
+
+std::string escapa(std::string_view nombre, Lector lector) {
     std::string texto;
     texto.reserve(nombre.size());
     while (true) {
@@ -89,7 +121,8 @@ std::string escapa(std::string_view nombre) {
         const std::string_view caracter = nombre.substr(0, largo == 0 ? 1 : largo);
         if (caracter == "\\")
             texto += "\\\\";
-        else if (largo == 0 || cortaLinea(caracter) || (caracter == " " && texto.empty()))
+        else if (largo == 0 || cortaLinea(caracter) || (caracter == " " && texto.empty()) ||
+                 (lector == Lector::terminal && desordena(caracter)))
             texto += enHexadecimal(caracter);
         else
             texto += caracter;
@@ -123,10 +156,12 @@ std::optional<std::string> desescapa(std::string_view texto) {
 std::string citado(std::string_view nombre) {
     static constexpr std::array<std::string_view, 4> palabras{"Error", "error", "contraseña",
                                                               "password"};
-    std::string texto = escapa(nombre);
+    const std::string entero = escapa(nombre, lectorDe(STDERR_FILENO));
+    std::string texto(inicio(entero, citadoMaximo));
+    const bool cortado = texto.size() < entero.size();
     for (const auto palabra : palabras)
         parte(texto, palabra);
-    return "«" + texto + "»";
+    return "«" + texto + (cortado ? "…»" : "»");
 }
 
 } // namespace orcalin

@@ -42,8 +42,13 @@ std::uint64_t bytesDe(const std::vector<Region> &regiones) {
     return static_cast<std::uint64_t>(total);
 }
 
-bool distinta(const timespec &a, const timespec &b) {
-    return a.tv_sec != b.tv_sec || a.tv_nsec != b.tv_nsec;
+bool igual(const timespec &a, const timespec &b) {
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+/// Reading a file changes none of these.
+bool igual(const struct stat &a, const struct stat &b) {
+    return a.st_size == b.st_size && igual(a.st_mtim, b.st_mtim) && igual(a.st_ctim, b.st_ctim);
 }
 
 } // namespace
@@ -92,11 +97,8 @@ void Empaquetador::intenta(const Pieza &pieza) {
     const auto lugar = marcos.posicion();
     if (!tar.cabecera(nueva.get()))
         return falta(pieza, "no cabe en este formato");
-    anota(pieza, estado, lugar);
-    if (!conContenido)
-        return;
-    guardaContenido(pieza, fd.numero(), regiones);
-    comparaConAntes(pieza, fd.numero(), estado);
+    const bool entera = !conContenido || guardaContenido(pieza, fd.numero(), estado, regiones);
+    anota(pieza, estado, lugar, !entera || pieza.incompleta);
 }
 
 Ficha Empaquetador::ficha(const Pieza &pieza, int fd, const struct stat &estado) const {
@@ -119,37 +121,35 @@ Ficha Empaquetador::ficha(const Pieza &pieza, int fd, const struct stat &estado)
 
 const Empaquetador::Primero *Empaquetador::primero(const Pieza &pieza,
                                                    const struct stat &estado) const {
-    const auto otro = primeros.find(Inodo(estado.st_dev, estado.st_ino));
-    return pieza.clase == S_IFREG && otro != primeros.end() ? &otro->second : nullptr;
+    if (pieza.clase != S_IFREG || estado.st_nlink < 2)
+        return nullptr;
+    const auto otro = primeros.find(identidadDe(estado));
+    return otro != primeros.end() ? &otro->second : nullptr;
 }
 
-void Empaquetador::anota(const Pieza &pieza, const struct stat &estado, std::uint64_t lugar) {
-    constexpr mode_t bitsDePermiso = 07777;
-    Asiento asiento{pieza.nombre, '-', estado.st_mode & bitsDePermiso, 0, lugar, 0};
-    if (const Primero *otro = primero(pieza, estado)) {
-        asiento.tipo = 'h';
-        asiento.bytes = otro->bytes;
-        asiento.enlazado = otro->lugar;
-    } else if (pieza.clase == S_IFREG) {
-        asiento.bytes = static_cast<std::uint64_t>(estado.st_size);
-        if (estado.st_nlink > 1)
-            primeros.emplace(Inodo(estado.st_dev, estado.st_ino),
-                             Primero{pieza.nombre, lugar, asiento.bytes});
-    } else {
-        asiento.tipo = pieza.clase == S_IFDIR ? 'd' : 'l';
-    }
-    asientos.anade(std::move(asiento));
-}
-
-void Empaquetador::guardaContenido(const Pieza &pieza, int fd,
+/// False if it is not in the archive as it was at one moment. What was written
+/// to it meanwhile may be there in parts, and then it is as bad as a part that
+/// could not be read.
+bool Empaquetador::guardaContenido(const Pieza &pieza, int fd, const struct stat &estado,
                                    const std::vector<Region> &regiones) {
+    if (!guardaRegiones(pieza, fd, regiones))
+        return false;
+    struct stat ahora {};
+    if (fstat(fd, &ahora) == 0 && igual(ahora, estado))
+        return true;
+    falta(pieza, "ha cambiado mientras se guardaba");
+    return false;
+}
+
+bool Empaquetador::guardaRegiones(const Pieza &pieza, int fd, const std::vector<Region> &regiones) {
     std::int64_t hecho = 0;
     for (const auto &region : regiones) {
         guardaHueco(region.desde - hecho);
         if (!guardaRegion(pieza, fd, region))
-            return;
+            return false;
         hecho = region.hasta;
     }
+    return true;
 }
 
 /// False if not all of it could be read.
@@ -184,12 +184,24 @@ void Empaquetador::guardaHueco(std::int64_t bytes) {
     }
 }
 
-/// What was written to a file meanwhile may be in the archive in parts.
-void Empaquetador::comparaConAntes(const Pieza &pieza, int fd, const struct stat &antes) {
-    struct stat ahora {};
-    if (fstat(fd, &ahora) == 0 && ahora.st_size >= antes.st_size &&
-        (ahora.st_size > antes.st_size || distinta(ahora.st_mtim, antes.st_mtim)))
-        avisos.avisa(citado(pieza.origen) + " ha cambiado mientras se guardaba");
+void Empaquetador::anota(const Pieza &pieza, const struct stat &estado, std::uint64_t lugar,
+                         bool incompleta) {
+    constexpr mode_t bitsDePermiso = 07777;
+    Asiento asiento{pieza.nombre, '-', estado.st_mode & bitsDePermiso, 0, lugar, 0, incompleta};
+    if (const Primero *otro = primero(pieza, estado)) {
+        asiento.tipo = 'h';
+        asiento.bytes = otro->bytes;
+        asiento.enlazado = otro->lugar;
+        asiento.incompleta = otro->incompleta;
+    } else if (pieza.clase == S_IFREG) {
+        asiento.bytes = static_cast<std::uint64_t>(estado.st_size);
+        if (estado.st_nlink > 1)
+            primeros.emplace(identidadDe(estado),
+                             Primero{pieza.nombre, lugar, asiento.bytes, incompleta});
+    } else {
+        asiento.tipo = pieza.clase == S_IFDIR ? 'd' : 'l';
+    }
+    asientos.anade(std::move(asiento));
 }
 
 void Empaquetador::falta(const Pieza &pieza, int porque) {

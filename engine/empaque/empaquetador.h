@@ -1,6 +1,7 @@
 #pragma once
 
 #include "comun/avisos.h"
+#include "empaque/identidad.h"
 #include "empaque/progreso.h"
 #include "empaque/recorrido.h"
 #include "empaque/regiones.h"
@@ -11,7 +12,6 @@
 
 #include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace orcalin {
@@ -36,23 +36,23 @@ public:
     [[nodiscard]] IndiceNuevo &indice() { return asientos; }
 
 private:
-    using Inodo = std::pair<dev_t, ino_t>;
-
     /// Where in the archive a file's content is.
     struct Primero {
         std::string nombre;
         std::uint64_t lugar = 0;
         std::uint64_t bytes = 0;
+        bool incompleta = false;
     };
 
     void intenta(const Pieza &pieza);
     [[nodiscard]] Ficha ficha(const Pieza &pieza, int fd, const struct stat &estado) const;
     [[nodiscard]] const Primero *primero(const Pieza &pieza, const struct stat &estado) const;
-    void anota(const Pieza &pieza, const struct stat &estado, std::uint64_t lugar);
-    void guardaContenido(const Pieza &pieza, int fd, const std::vector<Region> &regiones);
+    bool guardaContenido(const Pieza &pieza, int fd, const struct stat &estado,
+                         const std::vector<Region> &regiones);
+    bool guardaRegiones(const Pieza &pieza, int fd, const std::vector<Region> &regiones);
     bool guardaRegion(const Pieza &pieza, int fd, Region region);
     void guardaHueco(std::int64_t bytes);
-    void comparaConAntes(const Pieza &pieza, int fd, const struct stat &antes);
+    void anota(const Pieza &pieza, const struct stat &estado, std::uint64_t lugar, bool incompleta);
     void falta(const Pieza &pieza, int porque);
     void falta(const Pieza &pieza, const std::string &porque);
 
@@ -61,7 +61,7 @@ private:
     Progreso &progreso;
     Avisos &avisos;
     AsaLectura disco;
-    std::map<Inodo, Primero> primeros; // of files with several names
+    std::map<Identidad, Primero> primeros; // of files with several names
     std::vector<unsigned char> bloque;
     IndiceNuevo asientos;
 };

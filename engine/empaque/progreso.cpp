@@ -11,7 +11,8 @@ namespace orcalin {
 namespace {
 
 constexpr std::chrono::milliseconds intervalo{100};
-constexpr std::uint64_t todo = 1000; // thousandths
+constexpr std::uint64_t todo = 1000;      // thousandths
+constexpr std::uint64_t deRelectura = 30; // of these: what reading back costs beside --max
 
 std::uint64_t milesimasDe(std::uint64_t parte, std::uint64_t total) {
     if (total == 0)
@@ -50,7 +51,7 @@ void Progreso::termina(const Pieza &pieza, std::uint64_t hasta) {
         finales.push_back(hasta);
 }
 
-void Progreso::avanza(std::uint64_t comprimidos) {
+void Progreso::avanza(std::uint64_t comprimidos, std::uint64_t releidos) {
     hechos = comprimidos;
     for (; !finales.empty() && finales.front() <= hechos; finales.pop_front())
         ++ficherosHechos;
@@ -59,7 +60,9 @@ void Progreso::avanza(std::uint64_t comprimidos) {
         return;
     proxima = ahora + intervalo;
     // Extended headers were not foreseen: the end is said by acaba() alone.
-    di(std::min(milesimasDe(hechos, previstos), todo - 1));
+    const auto partes = milesimasDe(hechos, previstos) * (todo - deRelectura) +
+                        milesimasDe(releidos, previstos) * deRelectura;
+    di(std::min(partes / todo, todo - 1));
 }
 
 void Progreso::acaba() {

@@ -10,7 +10,8 @@ namespace orcalin {
 
 /// Tells on standard error how far the packing has come, about ten times a
 /// second: `12/40 ficheros (30.5%), 7 MiB`. It goes by the stream that has been
-/// compressed, because reading is far ahead of that. The percentage never goes
+/// compressed, because reading is far ahead of that, and to a small part by what
+/// was read back. The percentage never goes
 /// back or past 100.0. That is for programs; on a terminal a line for people is
 /// redrawn in place.
 class Progreso {
@@ -28,8 +29,9 @@ public:
     /// stream is compressed up to `hasta`.
     void termina(const Pieza &pieza, std::uint64_t hasta);
 
-    /// That `comprimidos` bytes of the stream are compressed.
-    void avanza(std::uint64_t comprimidos);
+    /// That `comprimidos` bytes of the stream are compressed, and `releidos` of
+    /// them have been read back.
+    void avanza(std::uint64_t comprimidos, std::uint64_t releidos);
 
     /// The last line: everything is done.
     void acaba();

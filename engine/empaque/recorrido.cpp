@@ -3,6 +3,7 @@
 #include "comun/fallo.h"
 #include "comun/texto.h"
 #include "empaque/clases.h"
+#include "empaque/identidad.h"
 #include "empaque/nombres.h"
 #include "empaque/orden.h"
 
@@ -32,13 +33,13 @@ public:
 
 private:
     void visita(Pieza pieza, std::vector<Pieza> &pila);
-    void apila(const Pieza &carpeta, std::vector<Pieza> &pila);
+    void apila(Pieza &carpeta, std::vector<Pieza> &pila);
     std::uint64_t bytesDe(const struct stat &estado);
 
     const FicheroProvisional &destino;
     Avisos &avisos;
     Nombres nombres;
-    std::set<std::pair<dev_t, ino_t>> conVariosNombres;
+    std::set<Identidad> conVariosNombres;
 };
 
 void Recorrido::anade(const std::string &origen) {
@@ -78,7 +79,7 @@ void Recorrido::visita(Pieza pieza, std::vector<Pieza> &pila) {
     plan.push_back(std::move(pieza));
 }
 
-void Recorrido::apila(const Pieza &carpeta, std::vector<Pieza> &pila) {
+void Recorrido::apila(Pieza &carpeta, std::vector<Pieza> &pila) {
     std::vector<std::string> hijos;
     std::error_code error;
     std::filesystem::directory_iterator actual(carpeta.origen, error);
@@ -87,6 +88,7 @@ void Recorrido::apila(const Pieza &carpeta, std::vector<Pieza> &pila) {
     const std::string queja = "no se puede mirar dentro de " + citado(carpeta.origen);
     if (escasea(error.value()))
         falla(queja, error.value());
+    carpeta.incompleta = static_cast<bool>(error);
     if (error)
         avisos.falta(queja + ": " + causa(error.value()));
     // What is pushed last is visited first.
@@ -101,7 +103,7 @@ std::uint64_t Recorrido::bytesDe(const struct stat &estado) {
     if (!S_ISREG(estado.st_mode))
         return 0;
     const bool repetido =
-        estado.st_nlink > 1 && !conVariosNombres.emplace(estado.st_dev, estado.st_ino).second;
+        estado.st_nlink > 1 && !conVariosNombres.insert(identidadDe(estado)).second;
     return repetido ? 0 : static_cast<std::uint64_t>(estado.st_size);
 }
 

@@ -18,6 +18,7 @@ struct Pieza {
     mode_t clase = 0;          ///< S_IFREG, S_IFDIR or S_IFLNK
     std::uint64_t bytes = 0;   ///< of content to read; 0 for a second name of a file
     Trato trato = Trato::otro; ///< of a regular file
+    bool incompleta = false;   ///< a folder, not all of which could be looked into
 
     /// Folders are no files to whoever counts files.
     [[nodiscard]] bool cuenta() const { return clase != S_IFDIR; }

@@ -12,45 +12,30 @@ namespace orcalin {
 namespace {
 
 constexpr mode_t segunUmask = 0666;
+constexpr mode_t soloMio = 0600;
+constexpr mode_t dePermiso = 0777;
 constexpr std::string_view noSeEscribe = "no se puede escribir en el destino";
 constexpr std::string_view noSeGuarda = "no se puede guardar el archivo";
-
-/// The library's own resolution stops at a link whose target does not exist yet.
-std::filesystem::path resuelto(std::filesystem::path destino) {
-    constexpr int maximos = 40; // as many as the system follows
-    std::error_code error;
-    for (int n = 0; n < maximos && std::filesystem::is_symlink(destino, error); ++n)
-        destino = destino.parent_path() / std::filesystem::read_symlink(destino, error);
-    return destino;
-}
 
 bool mismo(const struct stat &a, const struct stat &b) {
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-/// Without the right to read it, a folder can still be written into.
-Descriptor abreCarpeta(const std::filesystem::path &ruta) {
-    const auto carpeta = ruta.has_parent_path() ? ruta.parent_path() : ".";
-    Descriptor fd(open(carpeta.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!fd.valido() && errno == EACCES)
-        fd = Descriptor(open(carpeta.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    if (!fd.valido())
-        falla(noSeEscribe, errno);
-    return fd;
+/// By one character of UTF-8.
+void acorta(std::string &texto) {
+    const auto sigue = [](char c) { return (static_cast<unsigned char>(c) & 0xc0U) == 0x80; };
+    while (texto.size() > 1 && sigue(texto.back()))
+        texto.pop_back();
+    texto.pop_back();
 }
 
 } // namespace
 
-FicheroProvisional::FicheroProvisional(std::filesystem::path destinoPedido)
-    : destino(resuelto(std::move(destinoPedido))) {
-    nombre = destino.has_filename() ? destino.filename().string() : ".";
-    carpeta = abreCarpeta(destino);
-    if (fstatat(carpeta.numero(), nombre.c_str(), &anterior, AT_SYMLINK_NOFOLLOW) != 0)
-        anterior = {};
-    else if (!S_ISREG(anterior.st_mode))
-        throw Fallo("el destino ya existe y no es un fichero");
-    limpiaProvisionales(carpeta.numero());
-    fichero = creaProvisional(carpeta.numero(), segunUmask);
+FicheroProvisional::FicheroProvisional(std::filesystem::path destino)
+    : sitio(std::move(destino)) {
+    limpiaProvisionales(sitio.carpeta());
+    // Never open to more people than in the end, not even while it is made.
+    fichero = creaProvisional(sitio.carpeta(), sitio.ocupado() ? soloMio : segunUmask);
     if (!fichero.fd.valido() || fstat(fichero.fd.numero(), &propio) != 0)
         falla(noSeEscribe, errno);
 }
@@ -58,7 +43,7 @@ FicheroProvisional::FicheroProvisional(std::filesystem::path destinoPedido)
 FicheroProvisional::~FicheroProvisional() {
     if (entregado || !fichero.fd.valido())
         return;
-    unlinkat(carpeta.numero(), fichero.nombre.c_str(), 0);
+    unlinkat(sitio.carpeta(), fichero.nombre.c_str(), 0);
     sueltaEfimero();
 }
 
@@ -86,24 +71,78 @@ void FicheroProvisional::empuja() {
 }
 
 void FicheroProvisional::cierra() {
+    if (sitio.ocupado())
+        hereda();
     if (fsync(fichero.fd.numero()) != 0)
         falla(noSeGuarda, errno);
 }
 
-void FicheroProvisional::entrega() {
-    if (consagraEfimero(nombre.c_str()) != 0)
+Descriptor FicheroProvisional::paraLeer() const {
+    Descriptor fd(openat(sitio.carpeta(), fichero.nombre.c_str(),
+                         O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    struct stat estado {};
+    if (!fd.valido() || fstat(fd.numero(), &estado) != 0)
         falla(noSeGuarda, errno);
+    if (!mismo(estado, propio))
+        throw Fallo("alguien ha cambiado el archivo mientras se guardaba");
+    return fd;
+}
+
+/// Not before it is complete, since whoever owns it may write to it. Where that is not possible,
+/// the archive matters more.
+void FicheroProvisional::hereda() {
+    constexpr uid_t elQueEs = -1;
+    const auto &antes = sitio.deAntes();
+    mode_t permisos = antes.st_mode & dePermiso;
+    if (antes.st_uid != propio.st_uid || antes.st_gid != propio.st_gid) {
+        const uid_t dueno = geteuid() == 0 ? antes.st_uid : elQueEs;
+        // What was for one group is not for another.
+        if (fchown(fichero.fd.numero(), dueno, antes.st_gid) != 0 && antes.st_gid != propio.st_gid)
+            permisos &= ~S_IRWXG;
+    }
+    fchmod(fichero.fd.numero(), permisos);
+}
+
+std::filesystem::path FicheroProvisional::entrega(bool conTodo) {
+    std::string tomado = sitio.nombre();
+    if (consagraEfimero(tomado.c_str(), conTodo) != 0) {
+        if (conTodo || errno != EEXIST)
+            falla(noSeGuarda, errno);
+        tomado = alLado();
+    }
     entregado = true;
     // Some file systems cannot flush a folder; the archive itself is safe by now.
-    fsync(carpeta.numero());
+    fsync(sitio.carpeta());
     std::error_code error;
-    if (!std::filesystem::exists(destino, error) && !error)
+    auto ruta = sitio.ruta(tomado);
+    if (!std::filesystem::exists(ruta, error) && !error)
         throw Fallo("el archivo está guardado, pero su carpeta ya no está donde estaba");
+    return ruta;
+}
+
+/// Takes the first free name, which it returns; a shorter one where the number
+/// does not fit behind it.
+std::string FicheroProvisional::alLado() {
+    const std::filesystem::path entero(sitio.nombre());
+    std::string tronco = entero.stem();
+    for (int n = 2;;) {
+        const std::string nombre =
+            tronco + " (" + std::to_string(n) + ")" + entero.extension().string();
+        if (consagraEfimero(nombre.c_str(), false) == 0)
+            return nombre;
+        if (errno == EEXIST)
+            ++n;
+        else if (errno == ENAMETOOLONG && !tronco.empty())
+            acorta(tronco);
+        else
+            falla(noSeGuarda, errno);
+    }
 }
 
 bool FicheroProvisional::es(const std::string &otro, const struct stat &estado) const {
     // Another name (hard link) of the old archive is a file like any other.
-    const bool elAnterior = anterior.st_nlink > 0 && mismo(estado, anterior) && nombre == otro;
+    const bool elAnterior =
+        sitio.ocupado() && mismo(estado, sitio.deAntes()) && sitio.nombre() == otro;
     return mismo(estado, propio) || elAnterior;
 }
 

@@ -11,6 +11,7 @@ struct Marco {
     std::uint64_t empacado = 0; ///< bytes in the archive
     std::uint64_t crudo = 0;    ///< bytes of the tar stream
     Suma suma{};                ///< of these
+    std::uint64_t crc = 0;      ///< CRC64 (as in xz) of those in the archive; not for the index
 };
 
 /// Which of the two compressions an archive is made with.

@@ -3,6 +3,7 @@
 #include "comun/medidas.h"
 
 #include <algorithm>
+#include <lzma.h>
 #include <utility>
 
 namespace orcalin {
@@ -38,6 +39,10 @@ SumideroMarcos::SumideroMarcos(Receptor &abajoDado, Compresion compresionDada,
 }
 
 SumideroMarcos::~SumideroMarcos() {
+    despide();
+}
+
+void SumideroMarcos::despide() {
     const std::lock_guard guarda(cerrojo);
     fin = true;
     hayEncargo.notify_all();
@@ -71,6 +76,8 @@ void SumideroMarcos::acaba() {
         pasa(true);
     while (!enVuelo.empty())
         atiende(true);
+    despide();
+    obreros.clear();
 }
 
 /// Hands what there is to the open frame, which is the last one.
@@ -122,6 +129,7 @@ void SumideroMarcos::atiende(bool espera) {
     guarda.unlock();
     for (const auto &bloque : hecho) {
         abajo.escribe(bloque);
+        primero.marco.crc = lzma_crc64(bloque.data(), bloque.size(), primero.marco.crc);
         primero.marco.empacado += bloque.size();
     }
     alAvanzar(cuantos);

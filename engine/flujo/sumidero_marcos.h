@@ -36,8 +36,8 @@ public:
     /// Where in the stream the next byte goes.
     [[nodiscard]] std::uint64_t posicion() const { return hastaEste + enEste; }
 
-    /// Completes the frames; nothing may be written afterwards. Throws what a
-    /// thread threw, and what the receiver below throws.
+    /// Completes the frames, and gives back what the threads took; nothing may be
+    /// written afterwards. Throws what a thread threw, and what the receiver below throws.
     void acaba();
 
     /// In the order of the stream, once it is complete.
@@ -58,6 +58,7 @@ private:
     void pasa(bool corta);
     void atiende(bool espera);
     bool esperanDemasiados();
+    void despide();
     void trabaja();
     void cumple(Encargo &encargo, Compresor &compresor, std::unique_lock<std::mutex> &guarda);
 

@@ -7,16 +7,13 @@
 
 namespace orcalin {
 
-FuenteSumada::FuenteSumada(std::unique_ptr<Fuente> tarDado, const Indice &indiceDado,
-                           std::size_t marcoDado, std::size_t hastaDado)
+FuenteSumada::FuenteSumada(std::unique_ptr<Fuente> tarDado, const Indice &indiceDado)
     : tar(std::move(tarDado))
     , indice(indiceDado)
-    , marco(marcoDado)
-    , hasta(hastaDado)
-    , faltan(indice.crudoDe(marco)) {}
+    , faltan(indice.crudoDe(0)) {}
 
 std::size_t FuenteSumada::lee(Hueco hueco) {
-    if (marco == hasta)
+    if (marco == indice.marcos().size())
         return tar->lee(hueco);
     const auto leidos = tar->lee(hueco.first(std::min<std::uint64_t>(hueco.size(), faltan)));
     if (leidos == 0)
@@ -33,7 +30,7 @@ void FuenteSumada::acabaMarco() {
     const auto &buena = indice.marcos()[marco].suma;
     if (buena && *buena != suma)
         throw Fallo("el archivo está dañado");
-    if (++marco < hasta)
+    if (++marco < indice.marcos().size())
         faltan = indice.crudoDe(marco);
 }
 

@@ -8,10 +8,8 @@ namespace orcalin {
 /// index has of them.
 class FuenteSumada : public Fuente {
 public:
-    /// `tar` begins with the frame `marco`; from the frame `hasta` on nothing is
-    /// compared. `indice` must outlive this.
-    FuenteSumada(std::unique_ptr<Fuente> tar, const Indice &indice, std::size_t marco,
-                 std::size_t hasta);
+    /// `tar` is the stream from its beginning. `indice` must outlive this.
+    FuenteSumada(std::unique_ptr<Fuente> tar, const Indice &indice);
 
     /// Never hands out bytes of two frames at once. Throws Fallo also for a frame
     /// that is not what it was, and for one that is too short.
@@ -22,8 +20,7 @@ private:
 
     std::unique_ptr<Fuente> tar;
     const Indice &indice;
-    std::size_t marco;
-    std::size_t hasta;
+    std::size_t marco = 0;
     std::uint64_t faltan; // bytes of the frame
     Sumador sumador;
 };

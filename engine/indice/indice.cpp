@@ -2,9 +2,8 @@
 
 #include "comun/fallo.h"
 #include "comun/medidas.h"
+#include "flujo/descompresion.h"
 #include "flujo/fuente_de_almacen.h"
-#include "flujo/fuente_xz.h"
-#include "flujo/fuente_zstd.h"
 #include "indice/numeros.h"
 
 #include <algorithm>
@@ -23,13 +22,11 @@ constexpr std::uint64_t demasMaximo = 64 * kibi;
 
 std::unique_ptr<Fuente> abre(const Almacen &almacen, Envase envase, const Rotulo &rotulo) {
     const auto hasta = rotulo.lugar + rotulo.largo;
-    if (envase == Envase::xz)
-        return std::make_unique<FuenteXz>(
-            std::make_unique<FuenteDeAlmacen>(almacen, rotulo.lugar, hasta));
-    if (rotulo.largo < avisoSaltable)
+    const auto aviso = envase == Envase::xz ? 0 : avisoSaltable;
+    if (rotulo.largo < aviso)
         danado();
-    return std::make_unique<FuenteZstd>(
-        std::make_unique<FuenteDeAlmacen>(almacen, rotulo.lugar + avisoSaltable, hasta));
+    return descomprime(envase,
+                       std::make_unique<FuenteDeAlmacen>(almacen, rotulo.lugar + aviso, hasta));
 }
 
 } // namespace

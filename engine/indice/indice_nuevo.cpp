@@ -71,13 +71,14 @@ std::vector<unsigned char> comprimeXz(const std::vector<unsigned char> &crudo) {
 
 } // namespace
 
-Rotulo IndiceNuevo::escribe(Receptor &abajo, Envase envase, const std::vector<Marco> &marcos) {
+IndiceNuevo::Final IndiceNuevo::escribe(Receptor &abajo, Envase envase,
+                                        const std::vector<Marco> &marcos) {
     std::sort(asientos.begin(), asientos.end(),
               [](const Asiento &a, const Asiento &b) { return a.ruta < b.ruta; });
     const auto crudo = codifica(marcos);
-    const auto marco = envase == Envase::xz ? comprimeXz(crudo) : comprimeZstd(crudo);
+    auto bytes = envase == Envase::xz ? comprimeXz(crudo) : comprimeZstd(crudo);
     Rotulo rotulo;
-    rotulo.largo = marco.size();
+    rotulo.largo = bytes.size();
     rotulo.crudo = crudo.size();
     rotulo.entradas = asientos.size();
     rotulo.suma = sumaDe(crudo);
@@ -85,9 +86,10 @@ Rotulo IndiceNuevo::escribe(Receptor &abajo, Envase envase, const std::vector<Ma
         rotulo.lugar += uno.empacado;
         rotulo.tar += uno.crudo;
     }
-    abajo.escribe(marco);
-    abajo.escribe(enMarco(rotulo, envase));
-    return rotulo;
+    const auto cola = enMarco(rotulo, envase);
+    bytes.insert(bytes.end(), cola.begin(), cola.end());
+    abajo.escribe(bytes);
+    return {rotulo, lzma_crc64(bytes.data(), bytes.size(), 0)};
 }
 
 std::vector<unsigned char> IndiceNuevo::codifica(const std::vector<Marco> &marcos) const {

@@ -17,6 +17,8 @@ struct Rotulo {
     std::uint64_t tar = 0;      ///< length of the tar stream
     unsigned version = 2;       ///< of the index, too: 1 knows no sums
     Suma suma{};                ///< of the index, decompressed
+
+    bool operator==(const Rotulo &) const = default;
 };
 
 /// `rotulo` as a frame of the given kind, in the form of its version.

@@ -68,10 +68,15 @@ std::string tras(const std::string &texto, std::string_view marca) {
     return i == std::string::npos ? texto : texto.substr(i + marca.size());
 }
 
-/// What the library's text begins with: «ORIGEN is required», «--level: …».
+/// What the library's text begins with: «ORIGEN is required», «--level: …»,
+/// «Could not convert: --max = …».
 std::string deQuien(const CLI::ParseError &error) {
-    const std::string texto = error.what();
-    return citado(texto.substr(0, std::min(texto.find(" is "), texto.find(':'))));
+    constexpr std::string_view noConvierte = "Could not convert: ";
+    std::string texto = error.what();
+    if (texto.starts_with(noConvierte))
+        texto.erase(0, noConvierte.size());
+    return citado(
+        texto.substr(0, std::min({texto.find(" is "), texto.find(':'), texto.find(" = ")})));
 }
 
 } // namespace
@@ -100,6 +105,8 @@ std::string porque(const CLI::ParseError &error) {
     case CLI::ExitCodes::ValidationError:
     case CLI::ExitCodes::ConversionError:
         return "el valor de " + deQuien(error) + " no sirve";
+    case CLI::ExitCodes::RequiresError:
+        return "se da una clave y falta --encrypt";
     case CLI::ExitCodes::ExcludesError:
         return "--level y --max no van juntas";
     default:

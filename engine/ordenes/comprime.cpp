@@ -4,15 +4,34 @@
 #include "cifrado/sumidero_age.h"
 #include "comun/fallo.h"
 #include "comun/senales.h"
+#include "comun/texto.h"
 #include "empaque/empaquetador.h"
+#include "empaque/relectura.h"
 
 namespace orcalin {
 namespace {
 
-void escribe(Sumidero &abajo, const Compresion &compresion, const Plan &plan, Progreso &progreso,
-             Avisos &avisos) {
-    SumideroMarcos marcos(abajo, compresion,
-                          [&progreso](std::uint64_t bytes) { progreso.avanza(bytes); });
+/// Where the archive goes.
+struct Destino {
+    FicheroProvisional &fichero;
+    SumideroAge *cifrado; ///< or null
+    bool verifica;        ///< read it back
+
+    [[nodiscard]] Sumidero &abajo() const {
+        return cifrado != nullptr ? static_cast<Sumidero &>(*cifrado) : fichero;
+    }
+};
+
+void escribe(const Destino &destino, const Compresion &compresion, const Plan &plan,
+             Progreso &progreso, Avisos &avisos) {
+    std::optional<Relectura> relectura;
+    if (destino.verifica)
+        relectura.emplace(destino.fichero, destino.cifrado, compresion.envase);
+    SumideroMarcos marcos(destino.abajo(), compresion, [&](std::uint64_t bytes) {
+        if (relectura)
+            relectura->sigue(marcos.marcos(), destino.fichero.largo());
+        progreso.avanza(bytes, relectura ? relectura->comparados() : bytes);
+    });
     Empaquetador empaquetador(marcos, progreso, avisos);
     for (const auto &pieza : plan)
         empaquetador.guarda(pieza);
@@ -23,8 +42,12 @@ void escribe(Sumidero &abajo, const Compresion &compresion, const Plan &plan, Pr
     }
     empaquetador.acaba();
     marcos.acaba();
-    empaquetador.indice().escribe(abajo, compresion.envase, marcos.marcos());
-    abajo.cierra();
+    const auto final =
+        empaquetador.indice().escribe(destino.abajo(), compresion.envase, marcos.marcos());
+    destino.abajo().cierra();
+    if (relectura)
+        relectura->acaba(marcos.marcos(), final,
+                         [&] { progreso.avanza(marcos.posicion(), relectura->comparados()); });
 }
 
 } // namespace
@@ -43,15 +66,14 @@ void comprime(const PedidoComprimir &pedido) {
         progreso.derivaClave();
         cifrado.emplace(destino, std::move(*contrasena), pedido.factor);
     }
-    Sumidero *abajo = &destino;
-    if (cifrado)
-        abajo = &*cifrado;
     const auto compresion =
         pedido.maximo ? compresionMaxima(bytesPrevistos(plan)) : compresionHabitual(pedido.nivel);
-    escribe(*abajo, compresion, plan, progreso, avisos);
-    destino.entrega();
+    escribe({destino, cifrado ? &*cifrado : nullptr, pedido.verifica}, compresion, plan, progreso,
+            avisos);
+    // What lacks something must not take the place of what does not.
+    const auto donde = destino.entrega(avisos.faltas() == 0);
     progreso.acaba();
-    avisos.remata("guardar bien");
+    avisos.remata("guardar bien", "; lo demás está en " + citado(donde.string()));
 }
 
 } // namespace orcalin

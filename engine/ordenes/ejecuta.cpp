@@ -40,9 +40,12 @@ std::string descripcion() {
 } // namespace
 
 int ejecuta(int argc, const char *const *argv) noexcept {
+    if (!ocupaLosEstandar())
+        return 1;
     try {
         ignoraSenalesDeEscritura();
         std::visit(Orden{}, lee(argc, argv));
+        yaNoSeCancela(); // it would be said of something that is done
         return 0;
     } catch (...) {
         // By now everything is unwound: these are the last words.

@@ -13,6 +13,7 @@
 #include <array>
 #include <charconv>
 #include <map>
+#include <unistd.h>
 #include <vector>
 
 namespace orcalin {
@@ -35,7 +36,8 @@ std::string linea(const Asiento &asiento) {
     texto.append(1 + anchoBytes - std::min(anchoBytes, largo), ' ');
     texto.append(cifras.data(), largo);
     texto += ' ';
-    return texto += escapa(asiento.ruta);
+    static const Lector lector = lectorDe(STDOUT_FILENO);
+    return texto += escapa(asiento.ruta, lector);
 }
 
 /// False if the index is of no help; nothing was printed then.

@@ -27,9 +27,16 @@ void conArchivo(CLI::App &app, std::string &ruta) {
     app.add_option("ARCHIVO", ruta, "Archivo que se lee")->required();
 }
 
-void conContrasena(CLI::App &app, std::string &ruta) {
-    app.add_option("--password-file", ruta, "La contraseña es lo que contiene FICHERO")
+CLI::Option *conContrasena(CLI::App &app, std::string &ruta) {
+    return app.add_option("--password-file", ruta, "La contraseña es lo que contiene FICHERO")
         ->type_name("FICHERO");
+}
+
+void conContrasena(CLI::App &app, FicheroContrasena &fichero) {
+    conContrasena(app, fichero.ruta);
+    app.add_flag_callback(
+        "--no-remember", [&fichero] { fichero.seRecuerda = false; },
+        "No recuerda la clave durante un minuto");
 }
 
 CLI::App *ordenComprimir(CLI::App &app, PedidoComprimir &p) {
@@ -43,9 +50,12 @@ CLI::App *ordenComprimir(CLI::App &app, PedidoComprimir &p) {
     auto *nivel = nueva->add_option("--level", p.nivel, "Nivel de compresión, de 1 a 22 (19)");
     nivel->type_name("N")->check(CLI::Range(1, ZSTD_maxCLevel()).description(""));
     nueva->add_flag("--max", p.maximo, "Lo más pequeño posible, sin prisa")->excludes(nivel);
-    nueva->add_flag("--encrypt", p.cifra, "Cifra con contraseña, nombres incluidos");
-    conContrasena(*nueva, p.ficheroContrasena);
+    auto *cifra = nueva->add_flag("--encrypt", p.cifra, "Cifra con contraseña, nombres incluidos");
+    // Whoever names a password believes the archive to be encrypted.
+    conContrasena(*nueva, p.ficheroContrasena)->needs(cifra);
     nueva->add_flag("--progress", p.progreso, "Cuenta cómo va también si no hay terminal");
+    nueva->add_flag_callback(
+        "--no-verify", [&p] { p.verifica = false; }, "No vuelve a leer del disco lo guardado");
     nueva->add_option("--work-factor", p.factor)->group("")->check(CLI::Range(1, factorMaximo));
     return nueva;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cifrado/cabecera_age.h"
+#include "cifrado/contrasena.h"
 
 #include <string>
 #include <variant>
@@ -17,6 +18,7 @@ struct PedidoComprimir {
     bool maximo = false;
     bool progreso = false;
     bool cifra = false;
+    bool verifica = true;
     std::string ficheroContrasena;
     /// log2 of scrypt's N. Set by --work-factor, which the help does not show:
     /// tests cannot wait for the usual one every time.
@@ -25,7 +27,7 @@ struct PedidoComprimir {
 
 struct PedidoListar {
     std::string archivo;
-    std::string ficheroContrasena;
+    FicheroContrasena ficheroContrasena;
 };
 
 struct PedidoExtraer {
@@ -34,12 +36,12 @@ struct PedidoExtraer {
     std::string entrada; ///< as `list` prints it
     bool todo = true;    ///< no entry was named
     bool reemplaza = false;
-    std::string ficheroContrasena;
+    FicheroContrasena ficheroContrasena;
 };
 
 struct PedidoComprobar {
     std::string archivo;
-    std::string ficheroContrasena;
+    FicheroContrasena ficheroContrasena;
 };
 
 /// A text for standard output, line ends included: the help or the version.

@@ -1,14 +1,12 @@
 #include "saque/archivo.h"
 
 #include "cifrado/cabecera_age.h"
-#include "cifrado/contrasena.h"
 #include "cifrado/llavero.h"
 #include "comun/fallo.h"
 #include "comun/medidas.h"
+#include "flujo/descompresion.h"
 #include "flujo/fuente_adelantada.h"
 #include "flujo/fuente_de_almacen.h"
-#include "flujo/fuente_xz.h"
-#include "flujo/fuente_zstd.h"
 #include "indice/fuente_sumada.h"
 #include "tar/marca.h"
 
@@ -52,15 +50,14 @@ Descriptor abierto(const std::filesystem::path &ruta) {
 
 // Neither the archive's name nor its path is in these messages: whoever asked
 // knows them, and they may contain any word.
-Archivo::Archivo(const std::filesystem::path &ruta, const std::string &ficheroContrasena)
+Archivo::Archivo(const std::filesystem::path &ruta, const FicheroContrasena &ficheroContrasena)
     : fichero(abierto(ruta)) {
     std::array<unsigned char, cabeceraMaxima> memoria{};
     const auto inicio = Octetos(memoria).first(fichero.lee(0, memoria));
     const std::string_view texto(reinterpret_cast<const char *>(inicio.data()), inicio.size());
     if (texto.starts_with(marcaAge)) {
         const CabeceraAge cabecera = CabeceraAge::lee(texto);
-        descifrado.emplace(fichero, cabecera.largo(),
-                           claveDe(cabecera, leeContrasena(ficheroContrasena)));
+        descifrado.emplace(fichero, cabecera.largo(), claveDe(cabecera, ficheroContrasena));
     }
     envase = envaseDe(almacen());
     // Without encryption such a file is somebody else's, and has another name.
@@ -113,8 +110,7 @@ std::unique_ptr<Fuente> Archivo::tar() const {
 }
 
 std::unique_ptr<Fuente> Archivo::tarComprobado(const Indice &indice) const {
-    auto sumada = std::make_unique<FuenteSumada>(abre(0, almacen().largo()), indice, 0,
-                                                 indice.marcos().size());
+    auto sumada = std::make_unique<FuenteSumada>(abre(0, almacen().largo()), indice);
     return std::make_unique<FuenteAdelantada>(std::move(sumada));
 }
 
@@ -140,10 +136,8 @@ std::unique_ptr<Fuente> Archivo::marco(const Indice &indice, std::size_t marco) 
 
 std::unique_ptr<Fuente> Archivo::abre(std::uint64_t desde, std::uint64_t hasta) const {
     auto bytes = std::make_unique<FuenteDeAlmacen>(almacen(), desde, hasta);
-    if (envase == Envase::zstd)
-        return std::make_unique<FuenteZstd>(std::move(bytes));
-    if (envase == Envase::xz)
-        return std::make_unique<FuenteXz>(std::move(bytes));
+    if (envase)
+        return descomprime(*envase, std::move(bytes));
     return bytes;
 }
 

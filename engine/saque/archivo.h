@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cifrado/almacen_age.h"
+#include "cifrado/contrasena.h"
 #include "comun/avisos.h"
 #include "flujo/almacen_fichero.h"
 #include "indice/indice.h"
@@ -15,11 +16,11 @@ namespace orcalin {
 /// An archive open for reading: its encryption is undone here, once.
 class Archivo {
 public:
-    /// Opens `ruta`. If it is encrypted, the password is in the file
-    /// `ficheroContrasena`, and the key is derived now, which takes a while.
+    /// Opens `ruta`. If it is encrypted, the key comes from `ficheroContrasena`
+    /// now, which takes a while.
     /// Throws Fallo: it cannot be read, is no archive, or the password is
     /// missing or wrong.
-    Archivo(const std::filesystem::path &ruta, const std::string &ficheroContrasena);
+    Archivo(const std::filesystem::path &ruta, const FicheroContrasena &ficheroContrasena);
 
     /// What the archive holds, without its encryption.
     [[nodiscard]] const Almacen &almacen() const;

@@ -1,41 +1,23 @@
 #include "saque/danos.h"
 
-#include "comun/fallo.h"
-#include "comun/medidas.h"
-#include "indice/fuente_sumada.h"
+#include "flujo/descompresion.h"
 
 #include <algorithm>
 
 namespace orcalin {
 namespace {
 
-constexpr std::size_t largoBloque = 256 * kibi;
-
 struct Tramo {
     std::uint64_t desde;
     std::uint64_t hasta;
 };
-
-/// Whether the frame decompresses, with its checksums, to as much as it should.
-bool seLee(const Archivo &archivo, const Indice &indice, std::size_t marco) {
-    try {
-        FuenteSumada fuente(archivo.marco(indice, marco), indice, marco, marco + 1);
-        std::vector<unsigned char> bloque(largoBloque);
-        std::uint64_t total = 0;
-        while (const auto leidos = fuente.lee(bloque))
-            total += leidos;
-        return total == indice.crudoDe(marco);
-    } catch (const Fallo &) {
-        return false;
-    }
-}
 
 /// The stretches of the tar stream that are lost.
 std::vector<Tramo> perdidos(const Archivo &archivo, const Indice &indice) {
     std::vector<Tramo> tramos;
     const auto &marcos = indice.marcos();
     for (std::size_t i = 0; i < marcos.size(); ++i) {
-        if (!seLee(archivo, indice, i))
+        if (!seLeeComo(*archivo.marco(indice, i), indice.crudoDe(i), marcos[i].suma))
             tramos.push_back({marcos[i].desde, marcos[i].desde + indice.crudoDe(i)});
     }
     return tramos;

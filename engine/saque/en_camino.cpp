@@ -1,5 +1,6 @@
 #include "saque/en_camino.h"
 
+#include "comun/renombra.h"
 #include "comun/senales.h"
 #include "flujo/provisional.h"
 #include "saque/fallo_de_entrada.h"
@@ -22,23 +23,6 @@ bool noSabe(int numero) {
 
 int renombra(int carpeta, const std::string &uno, const std::string &otro, unsigned como) {
     return renameat2(carpeta, uno.c_str(), carpeta, otro.c_str(), como);
-}
-
-/// Renames unless the name is in use, by the best that the disk knows. 0, or -1
-/// with errno.
-int renombraSiCabe(int carpeta, const std::string &uno, const std::string &otro) {
-    if (renombra(carpeta, uno, otro, RENAME_NOREPLACE) == 0)
-        return 0;
-    if (!noSabe(errno))
-        return -1;
-    if (linkat(carpeta, uno.c_str(), carpeta, otro.c_str(), 0) == 0)
-        return unlinkat(carpeta, uno.c_str(), 0);
-    if (!noSabe(errno))
-        return -1;
-    // Whoever makes the name first has it; what is there is ours to replace.
-    const Descriptor hueco(
-        openat(carpeta, otro.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0));
-    return hueco.valido() ? renombra(carpeta, uno, otro, 0) : -1;
 }
 
 /// A name that leads to an open file without one.
@@ -68,7 +52,7 @@ EnCamino::~EnCamino() {
 }
 
 bool EnCamino::quedaSiCabe(const std::string &definitivo) {
-    llegado = renombraSiCabe(madre->fd.numero(), nombre, definitivo) == 0;
+    llegado = renombraSinPisar(madre->fd.numero(), nombre.c_str(), definitivo.c_str()) == 0;
     if (!llegado && errno != EEXIST)
         fallaEntrada(errno);
     return llegado;
@@ -94,7 +78,7 @@ void EnCamino::ocupa(const std::string &definitivo) {
         return;
     }
     if (unlinkat(carpeta, definitivo.c_str(), AT_REMOVEDIR) != 0 ||
-        renombraSiCabe(carpeta, nombre, definitivo) != 0)
+        renombraSinPisar(carpeta, nombre.c_str(), definitivo.c_str()) != 0)
         fallaEntrada(errno);
     llegado = true;
 }
@@ -171,7 +155,7 @@ void ponCarpetaEnLugarDe(const CarpetaAbierta &carpeta, const std::string &nombr
     if (!bien) {
         const int porque = errno;
         unlinkat(madre, nueva.c_str(), AT_REMOVEDIR);
-        renombraSiCabe(madre, vieja, nombre);
+        renombraSinPisar(madre, vieja.c_str(), nombre.c_str());
         fallaEntrada(porque);
     }
     if (unlinkat(madre, vieja.c_str(), 0) != 0)

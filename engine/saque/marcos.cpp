@@ -1,7 +1,6 @@
 #include "saque/marcos.h"
 
 #include "comun/medidas.h"
-#include "indice/fuente_sumada.h"
 
 #include <algorithm>
 #include <utility>
@@ -65,8 +64,8 @@ std::unique_ptr<Fuente> Marcos::desde(std::uint64_t lugar) {
     if (!enCurso.sano)
         throw MarcoDanado(numero);
     for (auto falta = lugar - indice.marcos()[numero].desde; entregados < falta;) {
-        const auto parte = std::min<std::uint64_t>(falta - entregados,
-                                                   enCurso.bloques.front().size() - leidos);
+        const auto parte =
+            std::min<std::uint64_t>(falta - entregados, enCurso.bloques.front().size() - leidos);
         pasa(parte);
     }
     return std::make_unique<Lectura>(*this);
@@ -149,15 +148,17 @@ Marcos::Marco Marcos::descomprime(std::size_t numero) {
 /// False if it is not as long as it should be, or nobody wants it any more.
 bool Marcos::llena(Marco &marco) {
     const auto crudo = indice.crudoDe(marco.numero);
-    FuenteSumada fuente(archivo.marco(indice, marco.numero), indice, marco.numero,
-                        marco.numero + 1);
+    const auto &buena = indice.marcos()[marco.numero].suma;
+    const auto fuente = archivo.marco(indice, marco.numero);
+    Sumador sumador;
     std::uint64_t total = 0;
     for (bool sigue = true; sigue && total <= crudo;) {
         Bloque bloque;
         if (!pide(bloque))
             return false;
         bloque.resize(largoBloque);
-        bloque.resize(orcalin::llena(fuente, bloque));
+        bloque.resize(orcalin::llena(*fuente, bloque));
+        sumador.anade(bloque);
         total += bloque.size();
         sigue = bloque.size() == largoBloque;
         if (bloque.empty())
@@ -165,7 +166,7 @@ bool Marcos::llena(Marco &marco) {
         else
             marco.bloques.push_back(std::move(bloque));
     }
-    return total == crudo;
+    return total == crudo && (!buena || sumador.acaba() == *buena);
 }
 
 /// Waits for room for a block; false if nobody wants it any more.

@@ -68,7 +68,7 @@ private:
     const Indice &indice;
     std::size_t bloques; // most at once
     Marco enCurso;
-    std::size_t leidos = 0;    // of its first block
+    std::size_t leidos = 0;       // of its first block
     std::uint64_t entregados = 0; // of it
 
     std::mutex cerrojo; // what follows is shared with the thread

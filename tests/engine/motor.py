@@ -68,6 +68,16 @@ class Caso(unittest.TestCase):
         copia = pathlib.Path(shutil.copy(MOTOR, self.d / "motor"))
         return {"user": NADIE, "group": NADIE, "extra_groups": [], "executable": copia}
 
+    def estorbado(self, **estorbos):
+        """The environment for a run that the system refuses something: estorbo.c says what."""
+        fuente = pathlib.Path(__file__).with_name("estorbo.c")
+        biblioteca = self.d / "estorbo.so"
+        subprocess.run(["gcc", "-shared", "-fPIC", "-o", biblioteca, fuente, "-ldl"], check=True)
+        os.chmod(biblioteca, 0o755)
+        return {**os.environ, "LD_PRELOAD": os.fspath(biblioteca),
+                "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0",
+                **{f"ESTORBO_{que.upper()}": valor for que, valor in estorbos.items()}}
+
     def error(self, *argumentos, **opciones):
         """The text of the failure that the run must end with."""
         return self.corre(*argumentos, falla=True, **opciones).lineas[-1][len("Error: "):]

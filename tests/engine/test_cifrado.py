@@ -1,14 +1,17 @@
 """Encrypted archives: the password, the header, the chunks."""
 
+import hashlib
 import os
+import pathlib
 import re
 import resource
+import shutil
 import struct
 import subprocess
 import time
 import unittest
 
-from motor import Caso, ESCASO, MOTOR, age, cambiado, desordenado
+from motor import Caso, ESCASO, MEBI, MOTOR, age, cambiado, desordenado, en_terminal
 
 SELLADO = 64 * 1024 + 16
 MALA = "contraseña incorrecta"
@@ -35,6 +38,10 @@ class Contrasena(Caso):
             self.assertEqual(self.error("compress", self.clave, "-o", self.okz, "--encrypt",
                                         "--password-file", otra), mensaje)
         self.assertEqual(self.error("compress", self.clave, "-o", self.okz, "--encrypt"), FALTA)
+        # Whoever gives a password would believe that it was needed.
+        for clave in (self.clave, "", self.d / "no existe"):
+            self.assertIn("falta --encrypt", self.error("compress", self.clave, "-o", self.okz,
+                                                        "--password-file", clave))
         self.assertFalse(self.okz.exists())
 
     def test_factor_de_siempre_y_aviso(self):
@@ -72,9 +79,66 @@ class Contrasena(Caso):
         self.assertGreater(segundos(self.pon("otra", "tres"), falla=True), entera / 2)
         self.corre(*orden)  # the same password, another archive
         self.assertGreater(segundos(self.clave), entera / 2)
-        with open("/proc/keys", encoding="ascii") as llaves:
-            for linea in [l for l in llaves if "orcalin:" in l and ": 150" in l]:
-                self.assertRegex(linea, r" (1m|\d+s|expd) 3b000000 ")
+
+    @unittest.skipUnless(os.path.exists("/proc/keys"), "the kernel keeps no keys")
+    def test_lo_que_se_recuerda_y_lo_que_no(self):
+        self.corre("compress", "--encrypt", *self.con, "-o", self.okz, self.clave, "--work-factor", "14")
+        cabecera = re.match(rb"(?s).*?\n--- \S{43}\n", self.okz.read_bytes())[0]
+        nombre = "orcalin:" + hashlib.blake2b(cabecera, digest_size=32).hexdigest()
+
+        def llaves():
+            return [l for l in pathlib.Path("/proc/keys").read_text().splitlines() if nombre in l]
+        for orden in (("list",), ("check",), ("extract", "-o", self.salida)):
+            self.corre(orden[0], self.okz, *orden[1:], *self.con, "--no-remember")
+        self.corre("list", self.okz, *self.con, env={**os.environ, "ORCALIN_SIN_LLAVERO": ""})
+        self.error("list", self.okz, "--password-file", self.pon("otra", "tres"))
+        self.assertEqual(llaves(), [])
+        self.corre("list", self.okz, *self.con)
+        self.assertEqual(len(llaves()), 1)
+        self.assertRegex(llaves()[0], r" (1m|\d+s) 3b000000 ")
+
+    def test_en_un_terminal_se_dice_la_espera(self):
+        self.corre("compress", "--encrypt", *self.con, "-o", self.okz, self.clave, "--work-factor", "14")
+        espera = "\r\x1b[KComprobando la contraseña...\r\x1b[K"
+        for clave, queda in ((self.clave, "-0644"), (self.pon("otra", "tres"), f"Error: {MALA}")):
+            orden = ("list", self.okz, "--password-file", clave, "--no-remember")
+            self.assertIn(espera + queda, en_terminal((MOTOR, *orden))[1])
+            self.assertNotIn("Comprobando", self.corre(*orden, falla=None).stderr.decode())
+
+
+class Memoria(Caso):
+    """Archives that ask for more memory than there is, which is told before it is taken."""
+
+    def pide(self, *antes, factor=18):
+        """What is said to be left, or whatever else is said."""
+        self.comprime(self.clave, *self.en_clave)
+        self.okz.write_bytes(self.okz.read_bytes().replace(b" 4\n", b" %d\n" % factor, 1))
+        mensaje = self.error(*antes[1:], MOTOR, "list", self.okz, *self.con,
+                             executable=shutil.which(antes[0]))
+        hay = re.fullmatch(f"abrir el archivo pide {2 ** (factor - 10)} MiB de memoria y quedan (\\d+)", mensaje)
+        return int(hay[1]) if hay else mensaje
+
+    def test_los_limites_del_proceso(self):
+        for limite in "vd":
+            self.assertIn(self.pide("sh", "-c", f'ulimit -{limite} 240000 && exec "$@"', "sh"),
+                          range(100, 234))
+
+    @unittest.skipIf(os.geteuid() != 0, "needs root to change what the system says")
+    def test_lo_que_dice_el_sistema(self):
+        fichas = {"m": "MemTotal: 900000 kB\nMemAvailable:  204800 kB\n", "g": "9:x:/b\n0::/a/b\n",
+                  "g/a/b/memory.max": "max\n", "g/a/memory.max": f"{300 * MEBI}\n",
+                  "g/a/memory.current": f"{200 * MEBI}\n",
+                  "g/a/memory.stat": f"anon 1\nactive_file {30 * MEBI}\ninactive_file {20 * MEBI}\n"}
+        for nombre, texto in fichas.items():
+            self.pon(f"fichas/{'proc-' if '/' not in nombre else ''}{nombre}", texto)
+        meminfo = f'mount --bind {self.d}/fichas/proc-m /proc/meminfo'
+        grupos = (f'mount --bind {self.d}/fichas/proc-g /proc/$$/cgroup && '
+                  f'mount --bind {self.d}/fichas/g /sys/fs/cgroup')
+        for monta, quedan in ((meminfo, 200), (grupos, 150), (f"{grupos} && {meminfo}", 150)):
+            self.assertEqual(self.pide("unshare", "-m", "sh", "-c", f'{monta} && exec "$@"', "sh"), quedan)
+        # As much as our own archives ask for is tried, since the system may find more.
+        self.pon("fichas/proc-m", "MemAvailable: 1 kB\n")
+        self.assertEqual(self.pide("unshare", "-m", "sh", "-c", f'{meminfo} && exec "$@"', "sh", factor=17), MALA)
 
 
 class Manipulado(Caso):

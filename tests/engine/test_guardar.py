@@ -2,8 +2,12 @@
 
 import os
 import pathlib
+import random
+import unittest
 
-from motor import Caso, MEBI, PROGRESO, desordenado
+from motor import Caso, MEBI, MOTOR, PROGRESO, desordenado
+
+MENTIROSO = os.environ.get("ORCALIN_MENTIROSO")
 
 
 class Nombres(Caso):
@@ -61,6 +65,10 @@ class Nombres(Caso):
         antes = self.okz.read_bytes()
         self.error("compress", self.okz, "-o", self.okz)
         self.assertEqual(self.okz.read_bytes(), antes)
+        os.link(self.okz, self.c / "otro")  # a file like any other
+        self.comprime(self.c)
+        self.assertEqual(list(self.lista()), ["c", "c/f", "c/otro"])
+        self.assertEqual((self.extrae() / "c/otro").read_bytes(), antes)
 
     def test_destinos(self):
         self.assertEqual(self.comprime(self.clave).lineas, [])  # silent, unless asked to tell
@@ -110,15 +118,50 @@ class Faltas(Caso):
         antes = self.okz.read_bytes()
         mensaje = self.error("compress", self.c / "contraseña Error", "-o", self.okz, **como)
         self.assertIn("permiso denegado", mensaje)
-        self.assertEqual(self.okz.read_bytes(), antes)
+        self.sigue_como_estaba(antes)
         os.chmod(self.d, 0o555)
         self.assertIn("permiso denegado", self.error("compress", self.clave, "-o", self.okz, **como))
 
+    def sigue_como_estaba(self, antes):
+        self.assertEqual(self.okz.read_bytes(), antes)
+        self.assertEqual([*self.d.glob(".orcalin-*"), *self.d.glob("a (*")], [])
+
+    def test_lo_incompleto_no_reemplaza(self):
+        como = self.como_nadie()
+        malo = self.pon("c/malo")
+        os.chmod(malo, 0)
+        largo = "ñ" * 125 + "a.okz"  # no room for a number
+        for nombre, entorno, otros in (("a.okz", None, ["a (2).okz", "a (3).okz"]),
+                                       (largo, None, ["ñ" * 123 + " (2).okz"]),
+                                       ("b", self.estorbado(renombrar="no"), ["b (2)", "b (3)"]),
+                                       ("e", self.estorbado(renombrar="link"), ["e (2)", "e (3)"])):
+            self.okz = self.pon(nombre, "el de antes")
+            enlace = self.d / "enlace"
+            enlace.unlink(missing_ok=True)
+            enlace.symlink_to(nombre)
+            for otro in otros:
+                mensaje = self.error("compress", self.c, "-o", enlace, env=entorno, **como)
+                self.assertIn(f"{malo}»: permiso denegado; lo demás está en «{self.d}/{otro}»", mensaje)
+                self.corre("check", self.d / otro)
+            self.assertEqual(self.okz.read_text(), "el de antes")
+        self.assertEqual([*self.d.glob(".orcalin-*")], [])
+
+    def test_un_limite_al_tamano(self):
+        self.comprime(self.clave)
+        antes = self.okz.read_bytes()
+        self.pon("c/f", desordenado(MEBI))
+        mensaje = self.error("-c", 'ulimit -f 100; exec "$@"', "sh", MOTOR, "compress", self.c, "-o",
+                             self.okz, executable="/bin/sh")
+        self.assertIn("demasiado grande", mensaje)
+        self.sigue_como_estaba(antes)
+
     def guarda_mientras(self, cambia, falla=True):
-        """What it said of a change in the middle of it. Reading goes ahead of
-        compressing, but not as far as the first file goes."""
+        """What it said of a change in the middle of it, to a new archive. Reading
+        goes ahead of compressing, but not as far as the first file goes."""
+        self.okz.unlink(missing_ok=True)
         self.antes = desordenado(GRANDE * MEBI // 2).hex().encode()
         grande = self.pon("c/1", self.antes)
+        self.hora = grande.stat().st_mtime_ns
         p = self.arranca("compress", self.c, "-o", self.okz, "--level", "5")
         cambia(grande)
         return self.termina(p, falla).lineas
@@ -131,14 +174,40 @@ class Faltas(Caso):
         self.assertIn(f"3/3 ficheros (100.0%), {GRANDE} MiB", lineas)
         self.assertEqual(list(self.lista()), ["c", "c/1", "c/3"])
 
-    def test_mengua_y_crece(self):
+    def test_un_nombre_que_ya_es_de_otro(self):
+        """The first name is packed by then, and the second no longer names the same."""
+        def otro_fichero(f):
+            uno.unlink()
+            dos.unlink()
+            dos.write_text("nuevo")  # mostly with the same inode
+
+        for cambia, a in ((otro_fichero, "una"), (lambda f: dos.write_text("nuevo"), "otra")):
+            uno, dos = self.pon("c/0", "viejo"), self.c / "2"
+            dos.unlink(missing_ok=True)
+            os.link(uno, dos)
+            self.guarda_mientras(cambia, falla=False)
+            fuera = self.extrae(a=a) / "c"
+            self.assertEqual([(fuera / n).read_text() for n in "02"], ["viejo", "nuevo"])
+
+    def test_cambia(self):
+        def sale(a):
+            return (self.extrae(a=a) / "c/1").read_bytes()
+
+        def reescribe(f):
+            with open(f, "r+b") as abierto:  # of the same size
+                abierto.seek(-MEBI, os.SEEK_END)
+                abierto.write(bytes(MEBI))
+
         self.assertIn("menguado", self.guarda_mientras(lambda f: os.truncate(f, MEBI))[-1])
-        despues = (self.extrae() / "c/1").read_bytes()
+        despues = sale("menguado")
         self.assertEqual((len(despues), despues[:MEBI], despues[-MEBI:]),
                          (len(self.antes), self.antes[:MEBI], bytes(MEBI)))
-        lineas = self.guarda_mientras(lambda f: os.truncate(f, 2 * GRANDE * MEBI), falla=False)
-        self.assertEqual(lineas[-1], f"1/1 ficheros (100.0%), {GRANDE} MiB")
-        self.assertEqual((self.extrae("--replace") / "c/1").read_bytes(), self.antes)
+        for n, cambia in enumerate((lambda f: os.truncate(f, 2 * GRANDE * MEBI), reescribe,
+                                    lambda f: (reescribe(f), os.utime(f, ns=(self.hora,) * 2)))):
+            lineas = self.guarda_mientras(cambia)
+            self.assertRegex(lineas[-1], "1 elemento .*/c/1»: ha cambiado mientras se guardaba")
+            self.assertIn(f"1/1 ficheros (100.0%), {GRANDE} MiB", lineas)
+            self.assertEqual(len(sale(f"cambiado {n}")), len(self.antes))
 
     def test_la_carpeta_del_archivo_cambia_de_sitio(self):
         self.okz = self.pon("donde/a.okz")
@@ -146,3 +215,30 @@ class Faltas(Caso):
         self.assertIn("ya no está donde estaba", lineas[-1])
         self.okz = self.d / "allí/a.okz"
         self.assertEqual(list(self.lista()), ["c", "c/1"])
+
+
+@unittest.skipUnless(MENTIROSO, "no disk that lies was built")
+class Relectura(Caso):
+    def miente(self, como, *modo, falla=True):
+        return self.comprime(self.c, *modo, nivel=None, falla=falla,
+                             env={**os.environ, "LD_PRELOAD": MENTIROSO, "MENTIRA": como})
+
+    def test_todo_se_compara(self):
+        """Whatever becomes of a byte on its way: a hundred times of a hundred."""
+        self.pon("c/texto", bytes(random.choices(b"abcd", k=40_000)))
+        self.pon("c/otro.jpg", os.urandom(60_000))
+        for modo in ("--level", "1"), ("--max",), self.en_clave:
+            self.comprime(self.c, *modo, nivel=None)
+            bueno = self.okz.read_bytes()
+            final = [len(bueno) - n for n in range(1, 180, 16)]  # what becomes of these shows nowhere else
+            bits = [*range(0, 60, 8), *final, *random.sample(range(len(bueno)), 12)]
+            for mentira in (*(f"bit:{n}" for n in bits), *(f"corta:{n}" for n in range(2)), "comprime:0"):
+                self.assertEqual(self.miente(mentira, *modo).lineas,
+                                 ["Error: lo guardado no se lee igual que lo leído"], (modo, mentira))
+            self.assertEqual(self.okz.read_bytes(), bueno)
+            self.assertEqual([*self.d.glob(".orcalin-*")], [])
+
+    def test_si_no_se_pide_no_se_hace(self):
+        self.pon("c/f", os.urandom(60_000))
+        self.miente("bit:30000", "--no-verify", falla=False)
+        self.error("check", self.okz)
