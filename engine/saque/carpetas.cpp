@@ -120,6 +120,15 @@ void Carpetas::cambia(const std::string &ruta) {
     }
 }
 
+void Carpetas::permite(const std::string &ruta, mode_t permisosDados) {
+    const auto hecha = porAcabar.find(ruta);
+    if (hecha == porAcabar.end() || hecha->second)
+        return;
+    Atributos atributos;
+    atributos.permisos = permisosDados;
+    hecha->second = std::move(atributos);
+}
+
 void Carpetas::olvida(const std::string &ruta) {
     porAcabar.erase(ruta);
     cierra(ruta);

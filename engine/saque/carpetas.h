@@ -42,6 +42,10 @@ public:
     /// Throws FalloDeEntrada.
     void describe(const std::string &ruta, Atributos atributos);
 
+    /// That the folder `ruta` is to have these permissions, if this run made it
+    /// and nothing else describes it.
+    void permite(const std::string &ruta, mode_t permisos);
+
     /// Whether this run made the folder `ruta`.
     [[nodiscard]] bool esNuestra(const std::string &ruta) const { return porAcabar.contains(ruta); }
 

@@ -1,6 +1,6 @@
 #include "saque/destino.h"
 
-#include "comun/fallo.h"
+#include "saque/fallo_de_entrada.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -19,12 +19,12 @@ Descriptor Destino::abre() {
         hechas.push_back(falta);
     create_directories(ruta, error);
     if (error)
-        falla("no se puede crear la carpeta de destino", error.value());
+        fallaDisco("no se puede crear la carpeta de destino", error.value());
     Descriptor fd(open(ruta.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!fd.valido() && errno == EACCES)
         fd = Descriptor(open(ruta.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     if (!fd.valido())
-        falla("no se puede entrar en la carpeta de destino", errno);
+        fallaDisco("no se puede entrar en la carpeta de destino", errno);
     return fd;
 }
 

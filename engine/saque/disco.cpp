@@ -71,6 +71,10 @@ void Disco::enlaza(const std::string &ruta, const std::string &enlace) {
     coloca(nuevo, ruta, Sacados::Que::fichero);
 }
 
+void Disco::permite(const std::string &ruta, mode_t permisos) {
+    carpetas.permite(ruta, permisos & deCarpeta & ~mascara);
+}
+
 void Disco::acaba(bool leido) {
     faltaAlgo = !carpetas.acaba(leido);
 }

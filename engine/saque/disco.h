@@ -40,6 +40,10 @@ public:
     /// Makes `ruta` another name of the file `enlace`, taken out before.
     void enlaza(const std::string &ruta, const std::string &enlace);
 
+    /// That the archive has the folder `ruta` with these permissions, although it
+    /// was not taken out itself.
+    void permite(const std::string &ruta, mode_t permisos);
+
     /// Gives folders their modes and times, which wait for their contents (see
     /// Carpetas::acaba()).
     void acaba(bool leido);

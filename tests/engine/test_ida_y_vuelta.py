@@ -115,6 +115,7 @@ class Fiel(Caso):
             os.setxattr(self.c / nombre, atributo, valor)
         os.removexattr(self.pon("c/carpeta/heredero"), "system.posix_acl_access")
         self.ida_y_vuelta()
+        self.corre("check", self.okz)
         for ruta in self.c.rglob("*"):
             e, s = ruta.lstat(), (self.salida / ruta.relative_to(self.d)).lstat()
             self.assertEqual((e.st_uid, e.st_gid), (s.st_uid, s.st_gid), ruta)
