@@ -30,7 +30,7 @@ _orcalin() {
     esac
     case $orden in
     compress) opciones+=' -o --level --max --encrypt --progress --no-verify' ;;
-    extract) opciones+=' -o --file --no-remember' ;;
+    extract) opciones+=' -o --file --replace --no-remember' ;;
     list | check) opciones+=' --no-remember' ;;
     esac
     if [[ $palabra == -* ]]; then

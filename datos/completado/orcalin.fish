@@ -22,3 +22,4 @@ complete -c orcalin -n '__fish_seen_subcommand_from compress' -l no-verify -d 'N
 
 complete -c orcalin -n '__fish_seen_subcommand_from extract' -s o -x -a '(__fish_complete_directories)' -d 'Carpeta en la que se deja'
 complete -c orcalin -n '__fish_seen_subcommand_from extract' -l file -x -d 'Solo esta entrada, como la muestra list'
+complete -c orcalin -n '__fish_seen_subcommand_from extract' -l replace -d 'Lo que sale reemplaza a lo que haya'

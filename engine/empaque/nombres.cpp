@@ -1,5 +1,7 @@
 #include "empaque/nombres.h"
 
+#include "comun/numerado.h"
+
 namespace orcalin {
 namespace {
 
@@ -15,15 +17,10 @@ std::string propio(const std::filesystem::path &origen) {
 } // namespace
 
 std::string Nombres::para(const std::filesystem::path &origen, bool carpeta) {
-    const std::filesystem::path nombre = propio(origen);
-    const std::string extension = carpeta ? "" : nombre.extension().string();
-    std::string tronco = nombre.string();
-    tronco.resize(tronco.size() - extension.size());
-    std::string candidato = nombre.string();
-    for (int n = 2; !usados.insert(candidato).second; ++n) {
-        candidato = tronco;
-        candidato.append(" (").append(std::to_string(n)).append(")").append(extension);
-    }
+    const std::string nombre = propio(origen);
+    std::string candidato = nombre;
+    for (unsigned n = 2; !usados.insert(candidato).second; ++n)
+        candidato = numerado(nombre, n, carpeta);
     return candidato;
 }
 

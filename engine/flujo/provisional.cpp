@@ -71,7 +71,7 @@ std::string nombreProvisional() {
 Provisional creaProvisional(int carpeta, mode_t permisos) {
     for (;;) {
         std::string nombre = nombreProvisional();
-        Descriptor fd(creaEfimero(carpeta, nombre.c_str(), O_WRONLY | O_CLOEXEC, permisos));
+        Descriptor fd(creaEfimero(carpeta, nombre.c_str(), O_RDWR | O_CLOEXEC, permisos));
         if (!fd.valido() || asegura(fd.numero()))
             return {std::move(fd), std::move(nombre)};
     }

@@ -17,7 +17,7 @@ namespace orcalin {
 /// take a name that is in use without having one of its own before, and not
 /// every file system has it.
 struct Provisional {
-    Descriptor fd;      ///< open for writing; invalid, with errno set, if it could not be made
+    Descriptor fd;      ///< open for both; invalid, with errno set, if it could not be made
     std::string nombre; ///< its name in the folder
 };
 

@@ -6,46 +6,13 @@
 #include "comun/marcha.h"
 #include "comun/senales.h"
 #include "comun/texto.h"
+#include "saque/cotejo.h"
 #include "saque/danos.h"
 #include "tar/entrada.h"
 #include "tar/lector_tar.h"
 
-#include <unordered_map>
-
 namespace orcalin {
 namespace {
-
-/// Any number of entries as one number, the same in whatever order they come:
-/// so two lists are compared without either of them in memory.
-class Huella {
-public:
-    Huella() { crypto_shorthash_keygen(clave.data()); }
-
-    void anade(const Asiento &asiento) {
-        std::string texto = asiento.ruta + '\0' + asiento.tipo;
-        for (const std::uint64_t numero :
-             {std::uint64_t{asiento.permisos}, asiento.bytes, asiento.lugar, asiento.enlazado})
-            texto += ' ' + std::to_string(numero);
-        suma += de(texto);
-    }
-
-    [[nodiscard]] std::uint64_t de(std::string_view texto) const {
-        std::array<unsigned char, crypto_shorthash_BYTES> resumen{};
-        crypto_shorthash(resumen.data(), reinterpret_cast<const unsigned char *>(texto.data()),
-                         texto.size(), clave.data());
-        std::uint64_t numero = 0;
-        for (const auto octeto : resumen)
-            numero = numero << 8U | octeto;
-        return numero;
-    }
-
-    [[nodiscard]] std::uint64_t valor() const { return suma; }
-    void borra() { suma = 0; }
-
-private:
-    std::array<unsigned char, crypto_shorthash_KEYBYTES> clave{};
-    std::uint64_t suma = 0;
-};
 
 /// Walks the whole stream and looks at every byte of it.
 class Comprobacion {
@@ -61,7 +28,7 @@ public:
             enCurso = entrada.ruta;
             const auto lugar = lector.posicion();
             leeContenido(lector);
-            apunta(entrada, lugar);
+            cotejo.enElFlujo(entrada, lugar);
             enCurso.clear();
             ++elementos;
         }
@@ -73,14 +40,12 @@ public:
         const auto indice = archivo.indiceSano();
         if (!indice)
             return;
-        const auto enElFlujo = huella.valor();
-        huella.borra();
         for (Asiento asiento; indice->siguiente(asiento);) {
-            huella.anade(asiento);
+            cotejo.enElIndice(asiento);
             if (asiento.incompleta)
                 avisos.falta(citado(asiento.ruta) + ": se guardó incompleto");
         }
-        if (huella.valor() != enElFlujo)
+        if (!cotejo.coincide())
             throw Fallo("el índice no dice lo que hay en el archivo");
     }
 
@@ -100,30 +65,8 @@ private:
             bytes += trozo.size();
     }
 
-    /// As the index would have it; the root's own entry is not in it.
-    void apunta(const Entrada &entrada, std::uint64_t lugar) {
-        if (entrada.ruta.empty())
-            return;
-        Fichero fichero{static_cast<std::uint64_t>(entrada.bytes), lugar};
-        Asiento asiento{entrada.ruta, entrada.tipo, entrada.permisos, fichero.bytes, lugar};
-        if (entrada.tipo == 'h') {
-            fichero = ficheros[huella.de(entrada.enlace)];
-            asiento.bytes = fichero.bytes;
-            asiento.enlazado = fichero.lugar;
-        }
-        if (entrada.tipo == '-' || entrada.tipo == 'h')
-            ficheros[huella.de(entrada.ruta)] = fichero;
-        huella.anade(asiento);
-    }
-
-    struct Fichero {
-        std::uint64_t bytes;
-        std::uint64_t lugar;
-    };
-
     const Archivo &archivo;
-    Huella huella;
-    std::unordered_map<std::uint64_t, Fichero> ficheros; // by their path, for the links to them
+    Cotejo cotejo;
     std::string enCurso;
     std::uint64_t elementos = 0;
     std::uint64_t bytes = 0;

@@ -6,9 +6,6 @@
 #include "comun/texto.h"
 #include "saque/extraccion.h"
 
-#include <cerrno>
-#include <unistd.h>
-
 namespace orcalin {
 namespace {
 
@@ -26,29 +23,18 @@ std::string rutaPedida(const PedidoExtraer &pedido) {
     return normaliza(*ruta);
 }
 
-/// From the destination as the current folder every path of the archive is
-/// taken, so that links on the way to the destination are the user's business.
-void entraEn(const std::filesystem::path &destino) {
-    std::error_code error;
-    std::filesystem::create_directories(destino, error);
-    if (error)
-        falla("no se puede crear la carpeta de destino", error.value());
-    if (chdir(destino.c_str()) != 0)
-        falla("no se puede entrar en la carpeta de destino", errno);
-}
-
 } // namespace
 
 void extrae(const PedidoExtraer &pedido) {
     atiendeCancelacion("extracción cancelada");
     const std::string ruta = rutaPedida(pedido);
     const Archivo archivo(pedido.archivo, pedido.ficheroContrasena);
-    entraEn(pedido.destino);
     Avisos avisos;
     const Marcha marcha("Sacando", [&fichero = archivo.enElDisco()] {
         return Marcha::Punto{fichero.leidos(), fichero.largo()};
     });
-    if (!Extraccion(archivo, ruta, avisos).saca() && !pedido.todo)
+    Extraccion extraccion(archivo, ruta, avisos, pedido.destino, pedido.reemplaza);
+    if (!extraccion.saca() && !pedido.todo)
         noEsta(pedido.entrada);
     avisos.remata("sacar bien");
 }

@@ -78,6 +78,7 @@ CLI::App *ordenExtraer(CLI::App &app, PedidoExtraer &p) {
         ->type_name("CARPETA");
     nueva->add_option("--file", p.entrada, "Solo RUTA y lo que cuelgue de ella, como en list")
         ->type_name("RUTA");
+    nueva->add_flag("--replace", p.reemplaza, "Lo que sale reemplaza a lo que haya");
     conContrasena(*nueva, p.ficheroContrasena);
     return nueva;
 }

@@ -35,6 +35,7 @@ struct PedidoExtraer {
     std::string destino;
     std::string entrada; ///< as `list` prints it
     bool todo = true;    ///< no entry was named
+    bool reemplaza = false;
     FicheroContrasena ficheroContrasena;
 };
 

@@ -114,20 +114,6 @@ std::unique_ptr<Fuente> Archivo::tarComprobado(const Indice &indice) const {
     return std::make_unique<FuenteAdelantada>(std::move(sumada));
 }
 
-std::unique_ptr<Fuente> Archivo::tarDesde(const Indice &indice, std::uint64_t lugar) const {
-    const auto &marco = indice.marcos()[indice.marcoDe(lugar)];
-    auto fuente = abre(marco.inicio, almacen().largo());
-    std::vector<unsigned char> sobra(64 * kibi);
-    for (std::uint64_t falta = lugar - marco.desde; falta > 0;) {
-        const auto leidos =
-            fuente->lee(Hueco(sobra).first(std::min<std::uint64_t>(falta, sobra.size())));
-        if (leidos == 0)
-            throw Fallo("el archivo está dañado");
-        falta -= leidos;
-    }
-    return fuente;
-}
-
 std::unique_ptr<Fuente> Archivo::marco(const Indice &indice, std::size_t marco) const {
     const auto &marcos = indice.marcos();
     const auto &siguiente = marco + 1 < marcos.size() ? marcos[marco + 1] : indice.fin();

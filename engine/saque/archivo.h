@@ -45,9 +45,6 @@ public:
     /// where one differs, before anything behind that frame is handed out.
     [[nodiscard]] std::unique_ptr<Fuente> tarComprobado(const Indice &indice) const;
 
-    /// The tar stream from `lugar` on, which the frames of `indice` lead to.
-    [[nodiscard]] std::unique_ptr<Fuente> tarDesde(const Indice &indice, std::uint64_t lugar) const;
-
     /// What the frame number `marco` of `indice` alone holds.
     [[nodiscard]] std::unique_ptr<Fuente> marco(const Indice &indice, std::size_t marco) const;
 

@@ -2,10 +2,13 @@
 
 #include "comun/fallo.h"
 #include "comun/medidas.h"
+#include "comun/numerado.h"
 #include "flujo/provisional.h"
+#include "saque/en_camino.h"
 #include "saque/fallo_de_entrada.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -15,6 +18,8 @@
 
 namespace orcalin {
 namespace {
+
+constexpr mode_t soloMia = 0700;
 
 /// How many folders are kept open: as the limit of descriptors allows, beside
 /// those that a file on its way needs.
@@ -50,24 +55,27 @@ Descriptor abrePaso(Descriptor fd) {
     return abierta.valido() ? std::move(abierta) : std::move(fd);
 }
 
+/// As if the folder had been made with these permissions, in a folder that hands
+/// on its group or its access list.
+bool abrePara(int fd, mode_t permisos) {
+    std::array<char, 64 * kibi> lista{};
+    const ssize_t largo = fgetxattr(fd, "system.posix_acl_default", lista.data(), lista.size());
+    if (largo > 0)
+        return fsetxattr(fd, "system.posix_acl_access", lista.data(),
+                         static_cast<std::size_t>(largo), 0) == 0;
+    struct stat estado {};
+    return fstat(fd, &estado) == 0 && fchmod(fd, permisos | (estado.st_mode & S_ISGID)) == 0;
+}
+
 } // namespace
 
-std::string_view madreDe(std::string_view ruta) {
-    const auto barra = ruta.rfind('/');
-    return barra == std::string_view::npos ? std::string_view() : ruta.substr(0, barra);
-}
-
-std::string_view nombreDe(std::string_view ruta) {
-    return ruta.substr(ruta.rfind('/') + 1);
-}
-
-Carpetas::Carpetas(mode_t permisosDados)
+Carpetas::Carpetas(Descriptor destino, mode_t permisosDados, bool reemplazaDado,
+                   Sacados &sacadosDados)
     : permisos(permisosDados)
+    , reemplaza(reemplazaDado)
+    , sacados(sacadosDados)
     , abiertasALaVez(cuantasAbiertas()) {
-    Descriptor fd = abreEn(AT_FDCWD, ".");
-    if (!fd.valido())
-        falla("no se puede entrar en la carpeta de destino", errno);
-    raiz = describe(std::move(fd), "", false);
+    raiz = mira(std::move(destino), "", false);
 }
 
 CarpetaAbierta Carpetas::abre(std::string_view ruta) {
@@ -81,12 +89,52 @@ CarpetaAbierta Carpetas::abre(std::string_view ruta) {
     }
     while (hecha.size() < ruta.size()) {
         hecha = ruta.substr(0, ruta.find('/', hecha.empty() ? 0 : hecha.size() + 1));
-        carpeta = baja(*carpeta, hecha);
+        carpeta = baja(carpeta, hecha);
     }
     return carpeta;
 }
 
-void Carpetas::olvida(std::string_view ruta) {
+void Carpetas::describe(const std::string &ruta, Atributos atributos) {
+    if (sacados.hay(ruta))
+        cambia(ruta);
+    abre(ruta);
+    // What the user has keeps its attributes.
+    if (reemplaza || esNuestra(ruta))
+        porAcabar[ruta] = std::move(atributos);
+}
+
+/// Of two entries of one path the later one counts, and that is the folder.
+void Carpetas::cambia(const std::string &ruta) {
+    const auto madre = abre(madreDe(ruta));
+    const auto nombre = sacados.nombre(ruta);
+    const auto suyo = std::string(nombreDe(ruta));
+    const bool nuestro = sacados.esNuestro(ruta);
+    sacados.olvida(ruta);
+    if (nuestro && nombre != suyo && abreEn(madre->fd.numero(), suyo.c_str()).valido()) {
+        // It gave way to the folder of an earlier run.
+        unlinkat(madre->fd.numero(), nombre.c_str(), 0);
+    } else if (nuestro) {
+        ponCarpetaEnLugarDe(madre, nombre);
+        sacados.anota(ruta, Sacados::Que::carpeta, nombre, true);
+        porAcabar[ruta].reset();
+    }
+}
+
+void Carpetas::permite(const std::string &ruta, mode_t permisosDados) {
+    const auto hecha = porAcabar.find(ruta);
+    if (hecha == porAcabar.end() || hecha->second)
+        return;
+    Atributos atributos;
+    atributos.permisos = permisosDados;
+    hecha->second = std::move(atributos);
+}
+
+void Carpetas::olvida(const std::string &ruta) {
+    porAcabar.erase(ruta);
+    cierra(ruta);
+}
+
+void Carpetas::cierra(std::string_view ruta) {
     const auto vieja = abiertas.find(ruta);
     if (vieja == abiertas.end())
         return;
@@ -105,48 +153,69 @@ CarpetaAbierta Carpetas::guardada(std::string_view ruta) {
     return hallada->second.carpeta;
 }
 
-CarpetaAbierta Carpetas::baja(const Carpeta &desde, std::string_view ruta) {
-    const std::string nombre(nombreDe(ruta));
-    const int madre = desde.fd.numero();
-    Descriptor fd = abreEn(madre, nombre.c_str());
+CarpetaAbierta Carpetas::baja(const CarpetaAbierta &desde, std::string_view ruta) {
+    const auto nombre = sacados.nombre(ruta);
+    const int madre = desde->fd.numero();
     bool nueva = false;
+    Descriptor fd = abreEn(madre, nombre.c_str());
     if (!fd.valido() && errno == ENOENT) {
-        nueva = mkdirat(madre, nombre.c_str(), permisos) == 0;
+        nueva = mkdirat(madre, nombre.c_str(), soloMia) == 0;
         if (nueva || errno == EEXIST)
             fd = abreEn(madre, nombre.c_str());
     }
+    if (!fd.valido() && (errno == ENOTDIR || errno == ELOOP) && !sacados.hay(ruta))
+        fd = aparta(desde, std::string(ruta), nueva);
     if (!fd.valido())
         fallaEntrada(errno);
+    if (nueva) {
+        porAcabar.try_emplace(std::string(ruta));
+        sacados.anota(std::string(ruta), Sacados::Que::carpeta, sacados.nombre(ruta), true);
+    }
     return guarda(ruta, std::move(fd), nueva);
 }
 
-bool Carpetas::crea(std::string_view ruta) {
-    constexpr mode_t soloMia = 0700;
-    const auto madre = abre(madreDe(ruta));
+/// Where something that is not ours is in the way: the folder of that name with
+/// a number, an earlier run's or a new one.
+Descriptor Carpetas::aparta(const CarpetaAbierta &desde, const std::string &ruta, bool &nueva) {
     const std::string nombre(nombreDe(ruta));
-    if (mkdirat(madre->fd.numero(), nombre.c_str(), soloMia) != 0) {
-        if (errno == EEXIST)
-            return false;
-        fallaEntrada(errno);
+    if (reemplaza) {
+        ponCarpetaEnLugarDe(desde, nombre);
+        nueva = true;
+        return abreEn(desde->fd.numero(), nombre.c_str());
     }
-    Descriptor fd = abreEn(madre->fd.numero(), nombre.c_str());
-    if (!fd.valido())
+    const auto usados = hermanos.numeros(desde, nombre, true);
+    for (const auto numero : usados)
+        if (Descriptor fd = conNumero(desde, ruta, numero, false, nueva); fd.valido())
+            return fd;
+    for (unsigned numero = 2;; ++numero)
+        if (Descriptor fd = conNumero(desde, ruta, numero, true, nueva); fd.valido())
+            return fd;
+}
+
+/// Invalid if something else has that name.
+Descriptor Carpetas::conNumero(const CarpetaAbierta &desde, const std::string &ruta,
+                               unsigned numero, bool creando, bool &nueva) {
+    const int madre = desde->fd.numero();
+    const auto nombre = numerado(nombreDe(ruta), numero, true);
+    nueva = creando && mkdirat(madre, nombre.c_str(), soloMia) == 0;
+    if (creando && !nueva && errno != EEXIST)
         fallaEntrada(errno);
-    olvida(ruta);
-    guarda(ruta, std::move(fd), true);
-    return true;
+    Descriptor fd = abreEn(madre, nombre.c_str());
+    if (fd.valido())
+        sacados.anota(ruta, Sacados::Que::carpeta, nombre, nueva);
+    return fd;
 }
 
 CarpetaAbierta Carpetas::guarda(std::string_view ruta, Descriptor fd, bool nueva) {
-    CarpetaAbierta carpeta = describe(std::move(fd), ruta, nueva);
+    CarpetaAbierta carpeta = mira(std::move(fd), ruta, nueva);
     if (abiertas.size() >= abiertasALaVez)
-        olvida(turnos.back());
+        cierra(turnos.back());
     turnos.emplace_front(ruta);
     abiertas.emplace(turnos.front(), Guardada{carpeta, turnos.begin()});
     return carpeta;
 }
 
-CarpetaAbierta Carpetas::describe(Descriptor fd, std::string_view ruta, bool nueva) {
+CarpetaAbierta Carpetas::mira(Descriptor fd, std::string_view ruta, bool nueva) {
     struct stat estado {};
     if (fstat(fd.numero(), &estado) != 0)
         fallaEntrada(errno);
@@ -162,6 +231,40 @@ CarpetaAbierta Carpetas::describe(Descriptor fd, std::string_view ruta, bool nue
         limpiaProvisionales(fd.numero());
     const bool hereda = !sinLista || (estado.st_mode & S_ISGID) != 0;
     return std::make_shared<const Carpeta>(Carpeta{std::move(fd), hereda});
+}
+
+bool Carpetas::acaba(bool leido) {
+    bool bien = true;
+    for (const auto &[ruta, permisosDeAntes] : aLaFuerza) {
+        Atributos deAntes;
+        deAntes.permisos = permisosDeAntes;
+        porAcabar.try_emplace(ruta, deAntes);
+    }
+    // Inner folders first.
+    for (auto i = porAcabar.rbegin(); i != porAcabar.rend(); ++i) {
+        try {
+            const auto &[ruta, atributos] = *i;
+            if (atributos)
+                bien = ponAtributos(abre(ruta)->fd.numero(), *atributos, false) && bien;
+            else
+                bien = ponSinDescribir(ruta, leido) && bien;
+        } catch (const FalloDeEntrada &) {
+            bien = false;
+        }
+    }
+    porAcabar.clear();
+    return bien;
+}
+
+bool Carpetas::ponSinDescribir(const std::string &ruta, bool leido) {
+    const int madre = abre(madreDe(ruta))->fd.numero();
+    if (unlinkat(madre, sacados.nombre(ruta).c_str(), AT_REMOVEDIR) == 0) {
+        cierra(ruta);
+        return true;
+    }
+    if (!leido)
+        return true;
+    return abrePara(abre(ruta)->fd.numero(), permisos);
 }
 
 } // namespace orcalin

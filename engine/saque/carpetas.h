@@ -1,9 +1,13 @@
 #pragma once
 
-#include "flujo/descriptor.h"
+#include "saque/atributos.h"
+#include "saque/carpeta.h"
+#include "saque/hermanos.h"
+#include "saque/sacados.h"
 
 #include <list>
-#include <memory>
+#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -14,41 +18,51 @@
 
 namespace orcalin {
 
-/// A folder below the destination, open.
-struct Carpeta {
-    Descriptor fd;
-    bool hereda = false; ///< what is made in it gets its group or its access list
-};
-
-using CarpetaAbierta = std::shared_ptr<const Carpeta>;
-
 /// The folders below the destination, reached component by component and never
 /// through a symbolic link, the latest ones kept open. Since everything is
 /// written relative to these, nobody can lead it elsewhere by putting a link in
 /// the place of a folder meanwhile.
+///
+/// Paths are the archive's. Where the user has something that is no folder in
+/// the place of one, the folder has a number behind its name, and everything
+/// below it is there.
 class Carpetas {
 public:
-    /// The destination is the current folder. Folders that are nowhere
-    /// described are made with `permisos`. Throws Fallo if it cannot be opened.
-    explicit Carpetas(mode_t permisos);
+    /// `destino` is open. Folders that are nowhere described get `permisos`.
+    /// With `reemplaza`, what is in the way of a folder gives way to it.
+    /// `sacados` must outlive this.
+    Carpetas(Descriptor destino, mode_t permisos, bool reemplaza, Sacados &sacados);
 
     /// The folder `ruta`, normalised and without `..`, empty for the destination
     /// itself; made if it is missing, and cleared of what dead runs left in it.
     /// Throws FalloDeEntrada.
     CarpetaAbierta abre(std::string_view ruta);
 
-    /// Makes the folder `ruta`, for nobody but this user. False if there is
-    /// something of that name. Throws FalloDeEntrada.
-    bool crea(std::string_view ruta);
+    /// The same for the entry itself, which has something to say of the folder.
+    /// Throws FalloDeEntrada.
+    void describe(const std::string &ruta, Atributos atributos);
 
-    /// The user's own folders that had to be opened to their owner first, each
-    /// with the mode that it is to have again.
-    [[nodiscard]] const std::vector<std::pair<std::string, mode_t>> &forzadas() const {
-        return aLaFuerza;
+    /// That the folder `ruta` is to have these permissions, if this run made it
+    /// and nothing else describes it.
+    void permite(const std::string &ruta, mode_t permisos);
+
+    /// Whether this run made the folder `ruta`.
+    [[nodiscard]] bool esNuestra(const std::string &ruta) const { return porAcabar.contains(ruta); }
+
+    /// The numbers in use beside `nombre` (see Hermanos).
+    const std::set<unsigned> &numeros(const CarpetaAbierta &carpeta, const std::string &nombre) {
+        return hermanos.numeros(carpeta, nombre, false);
     }
 
     /// That `ruta` is no longer the folder it was.
-    void olvida(std::string_view ruta);
+    void olvida(const std::string &ruta);
+
+    /// Gives folders their modes and times, which wait for their contents: until
+    /// then those that this run made are for nobody else. One that is described
+    /// nowhere stays so if not all was read (`leido`), since it might be told to,
+    /// and goes if nothing came into it. False if one lacks something that this
+    /// user may give.
+    bool acaba(bool leido);
 
 private:
     struct Guardada {
@@ -56,22 +70,28 @@ private:
         std::list<std::string>::iterator turno;
     };
 
+    void cambia(const std::string &ruta);
     CarpetaAbierta guardada(std::string_view ruta);
-    CarpetaAbierta baja(const Carpeta &desde, std::string_view ruta);
+    CarpetaAbierta baja(const CarpetaAbierta &desde, std::string_view ruta);
+    Descriptor aparta(const CarpetaAbierta &desde, const std::string &ruta, bool &nueva);
+    Descriptor conNumero(const CarpetaAbierta &desde, const std::string &ruta, unsigned numero,
+                         bool creando, bool &nueva);
+    void cierra(std::string_view ruta);
     CarpetaAbierta guarda(std::string_view ruta, Descriptor fd, bool nueva);
-    CarpetaAbierta describe(Descriptor fd, std::string_view ruta, bool nueva);
+    CarpetaAbierta mira(Descriptor fd, std::string_view ruta, bool nueva);
+    bool ponSinDescribir(const std::string &ruta, bool leido);
 
     mode_t permisos;
+    bool reemplaza;
+    Sacados &sacados;
+    Hermanos hermanos;
     std::size_t abiertasALaVez;
     CarpetaAbierta raiz;           // not among those that give way to others
     std::list<std::string> turnos; // the latest first
-    std::unordered_map<std::string_view, Guardada> abiertas; // the keys are in `turnos`
+    std::unordered_map<std::string_view, Guardada> abiertas;   // the keys are in `turnos`
+    std::map<std::string, std::optional<Atributos>> porAcabar; // without: described nowhere
     std::vector<std::pair<std::string, mode_t>> aLaFuerza;
     std::unordered_set<ino_t> repasadas; // those where nothing of a dead run is left
 };
-
-/// `ruta` up to its last slash, and what is behind that.
-std::string_view madreDe(std::string_view ruta);
-std::string_view nombreDe(std::string_view ruta);
 
 } // namespace orcalin

@@ -1,13 +1,12 @@
 #include "saque/disco.h"
 
-#include "comun/senales.h"
-#include "flujo/provisional.h"
-#include "saque/en_camino.h"
+#include "comun/medidas.h"
+#include "comun/numerado.h"
 #include "saque/fallo_de_entrada.h"
 
-#include <cerrno>
-#include <fcntl.h>
+#include <algorithm>
 #include <new>
+#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -15,15 +14,33 @@
 namespace orcalin {
 namespace {
 
-constexpr mode_t soloMio = 0600;
 constexpr mode_t deCarpeta = 0777;
+// Up to here a file is put together in memory before anything of it is written.
+constexpr std::int64_t pequeno = mebi;
+
+/// All of a small file; none if it is not small, or has holes. `primero` is its
+/// first piece, `memoria` for what comes in several.
+std::optional<Octetos> entero(LectorTar &lector, archive_entry *ficha, Octetos primero,
+                              std::int64_t desde, Bloque &memoria) {
+    const std::int64_t bytes = archive_entry_size(ficha);
+    if (desde == 0 && static_cast<std::int64_t>(primero.size()) == bytes)
+        return primero;
+    if (bytes > pequeno || archive_entry_sparse_count(ficha) > 0)
+        return std::nullopt;
+    memoria.assign(static_cast<std::size_t>(bytes), 0);
+    for (Octetos trozo = primero; !trozo.empty(); trozo = lector.trozo(desde))
+        if (desde >= 0 && static_cast<std::uint64_t>(desde) + trozo.size() <= memoria.size())
+            std::copy(trozo.begin(), trozo.end(), memoria.begin() + desde);
+    return memoria;
+}
 
 } // namespace
 
-Disco::Disco()
+Disco::Disco(Descriptor destino, bool reemplazaDado)
     : mascara(umask(0))
+    , reemplaza(reemplazaDado)
     , cuentas(archive_write_disk_new())
-    , carpetas(deCarpeta & ~mascara) {
+    , carpetas(std::move(destino), deCarpeta & ~mascara, reemplaza, hechos) {
     if (!cuentas)
         throw std::bad_alloc();
     archive_write_disk_set_standard_lookup(cuentas.get());
@@ -36,84 +53,55 @@ Disco::~Disco() {
 void Disco::saca(LectorTar &lector, archive_entry *ficha, const Entrada &entrada,
                  const std::string &como) {
     faltaAlgo = false;
+    if (!quedaDentro(como))
+        throw FalloDeEntrada("su ruta sale de la carpeta de destino");
     if (entrada.tipo == '-')
         return sacaFichero(lector, ficha, como);
     if (entrada.tipo == 'd')
-        return sacaCarpeta(ficha, como);
+        return carpetas.describe(como, leeAtributos(ficha, cuentas.get()));
     if (entrada.tipo == 'l')
         return sacaEnlace(ficha, como);
     throw FalloDeEntrada("no es un fichero ni una carpeta");
 }
 
-void Disco::enlaza(archive_entry * /*ficha*/, const std::string &ruta, const std::string &enlace) {
+void Disco::enlaza(const std::string &ruta, const std::string &enlace) {
     faltaAlgo = false;
-    const Lugar fichero = lugar(enlace);
-    pon(
-        ruta,
-        [&](int carpeta, const char *nombre) {
-            return linkat(fichero.carpeta->fd.numero(), fichero.nombre.c_str(), carpeta, nombre, 0);
-        },
-        [](int, const std::string &) {});
+    const auto fichero = lugar(enlace);
+    NuevoNombre nuevo(lugar(ruta).carpeta, fichero.carpeta, fichero.nombre);
+    coloca(nuevo, ruta, Sacados::Que::fichero);
 }
 
-void Disco::acaba() {
-    faltaAlgo = false;
-    for (const auto &[ruta, permisos] : carpetas.forzadas()) {
-        Atributos deAntes;
-        deAntes.permisos = permisos;
-        porAcabar.try_emplace(ruta, deAntes);
-    }
-    // Inner folders first.
-    for (auto i = porAcabar.rbegin(); i != porAcabar.rend(); ++i) {
-        try {
-            const auto carpeta = carpetas.abre(i->first);
-            faltaAlgo = !ponAtributos(carpeta->fd.numero(), i->second, false) || faltaAlgo;
-        } catch (const FalloDeEntrada &) {
-            faltaAlgo = true;
-        }
-    }
-    porAcabar.clear();
+void Disco::permite(const std::string &ruta, mode_t permisos) {
+    carpetas.permite(ruta, permisos & deCarpeta & ~mascara);
+}
+
+void Disco::acaba(bool leido) {
+    faltaAlgo = !carpetas.acaba(leido);
 }
 
 Disco::Lugar Disco::lugar(const std::string &ruta) {
     if (!quedaDentro(ruta))
         throw FalloDeEntrada("su ruta sale de la carpeta de destino");
-    return {carpetas.abre(madreDe(ruta)), std::string(nombreDe(ruta))};
-}
-
-void Disco::sacaCarpeta(archive_entry *ficha, const std::string &como) {
-    const Lugar sitio = lugar(como);
-    const int madre = sitio.carpeta->fd.numero();
-    struct stat estado {};
-    if (!carpetas.crea(como)) {
-        if (fstatat(madre, sitio.nombre.c_str(), &estado, AT_SYMLINK_NOFOLLOW) != 0)
-            fallaEntrada(errno);
-        if (S_ISDIR(estado.st_mode))
-            carpetas.abre(como);
-        else if (unlinkat(madre, sitio.nombre.c_str(), 0) != 0 || !carpetas.crea(como))
-            fallaEntrada(errno);
-    }
-    porAcabar.insert_or_assign(como, leeAtributos(ficha, cuentas.get()));
+    return {carpetas.abre(madreDe(ruta)), hechos.nombre(ruta)};
 }
 
 void Disco::sacaFichero(LectorTar &lector, archive_entry *ficha, const std::string &como) {
     if (lector.empezada())
         throw FalloDeEntrada("su contenido se quedó con el primero de sus nombres");
-    const Lugar sitio = lugar(como);
+    const auto carpeta = carpetas.abre(madreDe(como));
     const Atributos atributos = leeAtributos(ficha, cuentas.get());
-    const bool sencillo = atributos.bastaConCrear() && !sitio.carpeta->hereda;
-    const std::int64_t bytes = archive_entry_size(ficha);
     std::int64_t desde = 0;
     Octetos trozo = lector.trozo(desde);
-    const bool deUnaVez = desde == 0 && static_cast<std::int64_t>(trozo.size()) == bytes;
-    FicheroNuevo fichero(sitio.carpeta, sitio.nombre, sencillo ? atributos.permisos : soloMio,
-                         deUnaVez);
+    if (const auto todo = entero(lector, ficha, trozo, desde, contenido)) {
+        NuevoEnMemoria nuevo(carpeta, *todo, atributos);
+        return coloca(nuevo, como, Sacados::Que::fichero);
+    }
+    NuevoEscrito nuevo(carpeta, atributos);
     for (; !trozo.empty(); trozo = lector.trozo(desde))
-        fichero.escribe(desde, trozo);
-    fichero.alarga(bytes);
-    faltaAlgo = !ponAtributos(fichero.descriptor(), atributos, sencillo);
-    if (fichero.llega())
-        yaNoEsCarpeta(como);
+        nuevo.contenido().escribe(desde, trozo);
+    nuevo.contenido().alarga(archive_entry_size(ficha));
+    nuevo.completa();
+    coloca(nuevo, como, Sacados::Que::fichero);
 }
 
 void Disco::sacaEnlace(archive_entry *ficha, const std::string &como) {
@@ -121,37 +109,69 @@ void Disco::sacaEnlace(archive_entry *ficha, const std::string &como) {
     const char *destino = archive_entry_symlink(ficha);
     if (destino == nullptr)
         throw FalloDeEntrada("no dice a qué enlaza");
-    pon(
-        como, [&](int carpeta, const char *nombre) { return symlinkat(destino, carpeta, nombre); },
-        [&](int carpeta, const std::string &nombre) {
-            faltaAlgo = !ponAtributosAlEnlace(carpeta, nombre, atributos);
-        });
+    NuevoEnlace nuevo(carpetas.abre(madreDe(como)), destino, atributos);
+    coloca(nuevo, como, Sacados::Que::enlace);
 }
 
-/// What appears in one step may do so under its own name if that is free.
-template<typename Crea, typename Prepara>
-void Disco::pon(const std::string &como, const Crea &crea, const Prepara &prepara) {
-    const Lugar sitio = lugar(como);
-    const int madre = sitio.carpeta->fd.numero();
-    if (crea(madre, sitio.nombre.c_str()) == 0)
-        return prepara(madre, sitio.nombre);
-    if (errno != EEXIST)
-        fallaEntrada(errno);
-    const std::string provisional = nombreProvisional();
-    anunciaEfimero(madre, provisional);
-    EnCamino camino(sitio.carpeta, provisional);
-    if (crea(madre, provisional.c_str()) != 0)
-        fallaEntrada(errno);
-    prepara(madre, provisional);
-    if (camino.llega(sitio.nombre))
-        yaNoEsCarpeta(como);
-    // Between two names of one file a rename does nothing.
-    unlinkat(madre, provisional.c_str(), 0);
+void Disco::coloca(Nuevo &nuevo, const std::string &como, Sacados::Que que) {
+    if (hechos.esNuestro(como) || carpetas.esNuestra(como))
+        return cambia(nuevo, como, que);
+    std::string nombre(nombreDe(como));
+    bool escrito = nuevo.aparece(nombre);
+    if (!escrito && reemplaza) {
+        nuevo.ocupa(nombre);
+        carpetas.olvida(como);
+        escrito = true;
+    } else if (!escrito) {
+        const auto hallado = igual(nuevo, nombre, "");
+        escrito = hallado.empty();
+        nombre = escrito ? conNumero(nuevo, nombre, escrito) : hallado;
+    }
+    faltaAlgo = escrito && nuevo.faltaAlgo();
+    hechos.anota(como, que, nombre, escrito);
 }
 
-void Disco::yaNoEsCarpeta(const std::string &ruta) {
-    carpetas.olvida(ruta);
-    porAcabar.erase(ruta);
+/// In the place of what this run put there itself.
+void Disco::cambia(Nuevo &nuevo, const std::string &como, Sacados::Que que) {
+    const auto nuestro = hechos.nombre(como);
+    const std::string nombre(nombreDe(como));
+    const bool enSuSitio = nuestro == nombre || carpetas.esNuestra(como);
+    const auto hallado = enSuSitio ? "" : igual(nuevo, nombre, nuestro);
+    if (hallado.empty()) {
+        nuevo.ocupa(nuestro);
+        faltaAlgo = nuevo.faltaAlgo();
+    } else {
+        // That was made only because the earlier entry was not there yet.
+        unlinkat(nuevo.donde()->fd.numero(), nuestro.c_str(), 0);
+    }
+    carpetas.olvida(como);
+    hechos.olvida(como);
+    hechos.anota(como, que, hallado.empty() ? nuestro : hallado, hallado.empty());
+}
+
+/// The name, its own or one with a number, under which there is the same
+/// already; empty if there is none.
+std::string Disco::igual(const Nuevo &nuevo, const std::string &nombre, const std::string &salvo) {
+    if (nuevo.esComo(nombre))
+        return nombre;
+    for (const auto numero : carpetas.numeros(nuevo.donde(), nombre))
+        if (const auto otro = numerado(nombre, numero, false); otro != salvo && nuevo.esComo(otro))
+            return otro;
+    return "";
+}
+
+/// The name with a number under which it stands now; it may be that somebody has
+/// just put the same there.
+std::string Disco::conNumero(Nuevo &nuevo, const std::string &nombre, bool &escrito) {
+    const auto &usados = carpetas.numeros(nuevo.donde(), nombre);
+    for (unsigned numero = 2;; ++numero) {
+        if (usados.contains(numero))
+            continue;
+        auto otro = numerado(nombre, numero, false);
+        escrito = nuevo.aparece(otro);
+        if (escrito || nuevo.esComo(otro))
+            return otro;
+    }
 }
 
 } // namespace orcalin

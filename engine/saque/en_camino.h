@@ -1,8 +1,7 @@
 #pragma once
 
-#include "flujo/descriptor.h"
 #include "flujo/flujo.h"
-#include "saque/carpetas.h"
+#include "saque/carpeta.h"
 
 #include <cstdint>
 #include <optional>
@@ -20,10 +19,16 @@ public:
     EnCamino &operator=(const EnCamino &) = delete;
     ~EnCamino();
 
-    /// It stays, as `definitivo`, and takes the place of whatever else is called
-    /// so; of a folder only if that is empty. Returns whether it was a folder.
-    /// Throws FalloDeEntrada.
-    bool llega(const std::string &definitivo);
+    /// It stays under the name that it has.
+    void queda() { llegado = true; }
+
+    /// It stays as `definitivo` if that is free; false otherwise. Throws
+    /// FalloDeEntrada.
+    bool quedaSiCabe(const std::string &definitivo);
+
+    /// It stays as `definitivo` and takes the place of what is called so; of a
+    /// folder only if that is empty. Throws FalloDeEntrada.
+    void ocupa(const std::string &definitivo);
 
 private:
     CarpetaAbierta madre;
@@ -31,14 +36,15 @@ private:
     bool llegado = false;
 };
 
-/// A regular file while its content arrives.
+/// A regular file while its content arrives: without a name where the system
+/// knows that, so that its folder does not change if it comes to nothing.
 class FicheroNuevo {
 public:
-    /// Makes it in `carpeta`. With `deUnaVez`, all its content is at hand, and it
-    /// gets its name at once if that is free: a provisional one would cost more
-    /// than the content. Throws FalloDeEntrada or Fallo, as the others do.
-    FicheroNuevo(const CarpetaAbierta &carpeta, std::string nombre, mode_t permisos, bool deUnaVez);
+    /// Makes it, to stand in `carpeta`. Throws FalloDeEntrada or Fallo, as the
+    /// others do.
+    FicheroNuevo(CarpetaAbierta carpeta, mode_t permisos);
 
+    /// Open for reading, too.
     [[nodiscard]] int descriptor() const { return fd.numero(); }
 
     /// Where nothing is written there will be a hole.
@@ -47,14 +53,23 @@ public:
     /// Makes it `bytes` long, whatever of that was written.
     void alarga(std::int64_t bytes);
 
-    /// It is complete. Returns whether an empty folder gave way to it.
-    bool llega() { return camino->llega(nombre); }
+    /// It is complete and stands as `nombre` if that is free; false otherwise.
+    bool aparece(const std::string &nombre);
+
+    /// It is complete and takes the place of `nombre` (see EnCamino::ocupa()).
+    void ocupa(const std::string &nombre);
 
 private:
-    std::string nombre;
+    bool enlaza(const std::string &nombre);
+
+    CarpetaAbierta carpeta;
     Descriptor fd;
-    std::optional<EnCamino> camino;
-    std::int64_t final = 0; // of what was written
+    std::optional<EnCamino> camino; // of one that has a name
+    std::int64_t final = 0;         // of what was written
 };
+
+/// Takes the place of `nombre`, which is no folder, by an empty folder for this
+/// user alone, in one step where the disk can do that. Throws FalloDeEntrada.
+void ponCarpetaEnLugarDe(const CarpetaAbierta &carpeta, const std::string &nombre);
 
 } // namespace orcalin

@@ -3,150 +3,248 @@
 #include "comun/fallo.h"
 #include "comun/texto.h"
 #include "saque/fallo_de_entrada.h"
+#include "saque/marcos.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
+#include <unordered_set>
 #include <utility>
 
 namespace orcalin {
 namespace {
 
-/// The stream has something else where the index has an entry.
-class IndiceFalso : public Fallo {
-public:
-    IndiceFalso()
-        : Fallo("el índice no es de este archivo") {}
-};
+constexpr const char *deOtro = "el índice no es de este archivo";
+
+using Pares = std::vector<std::pair<std::string, std::string>>;
+
+void cuentaLosOtrosNombres(const Pares &pares, Avisos &avisos) {
+    constexpr std::size_t cuantosSeDicen = 20;
+    for (std::size_t i = 0; i < std::min(cuantosSeDicen, pares.size()); ++i)
+        avisos.avisa(citado(pares[i].first) + " sale como " + citado(pares[i].second) +
+                     ": lo que había se queda");
+    if (pares.size() == 1)
+        avisos.avisa("1 salió con otro nombre");
+    else if (!pares.empty())
+        avisos.avisa(std::to_string(pares.size()) + " salieron con otro nombre");
+}
 
 } // namespace
 
-Extraccion::Extraccion(const Archivo &archivoDado, std::string rutaPedida, Avisos &avisosDados)
+Extraccion::Extraccion(const Archivo &archivoDado, std::string rutaPedida, Avisos &avisosDados,
+                       std::filesystem::path destinoDado, bool reemplazaDado)
     : archivo(archivoDado)
     , pedida(std::move(rutaPedida))
-    , avisos(avisosDados) {}
+    , avisos(avisosDados)
+    , destino(std::move(destinoDado))
+    , reemplaza(reemplazaDado) {}
 
 bool Extraccion::saca() {
-    const bool todo = pedida.empty();
-    if (todo && !archivo.indice())
-        avisaSinIndice(avisos);
-    if (todo || !porIndice())
-        recorre();
-    disco.acaba();
-    if (disco.incompleta())
-        avisos.avisa("alguna carpeta ha salido sin todos sus atributos");
+    try {
+        if (!porIndice())
+            recorre(nullptr);
+    } catch (...) {
+        acaba(false);
+        throw;
+    }
+    acaba(true);
+    if (!pero.empty() && avisos.faltas() == 0)
+        throw Fallo(pero);
+    if (!pero.empty())
+        avisos.avisa(pero);
     return algo;
+}
+
+Disco &Extraccion::disco() {
+    if (!escritor)
+        escritor.emplace(destino.abre(), reemplaza);
+    return *escritor;
+}
+
+/// What came out gets its last attributes, however it ended, and those who wait
+/// for it are told where it is.
+void Extraccion::acaba(bool leido) {
+    if (!escritor)
+        return;
+    for (const auto &[ruta, permisos] : deCamino)
+        escritor->permite(ruta, permisos);
+    escritor->acaba(leido);
+    if (escritor->incompleta())
+        avisos.avisa("alguna carpeta ha salido sin todos sus atributos");
+    cuentaLosOtrosNombres(escritor->sacados().renombrados(), avisos);
 }
 
 /// False if the index is of no help: there is none, or not of this archive.
 bool Extraccion::porIndice() {
+    const auto indice = archivo.indice();
     try {
-        const auto indice = archivo.indice();
-        if (indice) {
-            const auto encargos = busca(*indice);
-            cumple(*indice, encargos);
-            return true;
+        if (indice && Marcos::caben(*indice)) {
+            mapa.emplace(*indice, pedida);
+            if (!pedida.empty())
+                cumple(*indice);
         }
-    } catch (const IndiceFalso &) {
-    }
-    avisaSinIndice(avisos);
-    return false;
-}
-
-Extraccion::Encargos Extraccion::busca(Indice &indice) {
-    Encargos encargos;
-    std::vector<std::pair<std::uint64_t, std::string>> ligados;
-    try {
-        for (Asiento asiento; indice.siguiente(asiento);) {
-            if (!esDe(asiento.ruta, pedida))
-                continue;
-            if (asiento.tipo == 'h')
-                ligados.emplace_back(asiento.enlazado, asiento.ruta);
-            else if (!std::exchange(encargos[asiento.lugar].conElla, true))
-                encargos[asiento.lugar].comos.push_back(asiento.ruta);
-            else
-                throw IndiceFalso();
-        }
+    } catch (const FalloDeDisco &) {
+        throw;
     } catch (const Fallo &) {
-        throw IndiceFalso();
+        // The stream has it all, and tells what is wrong with the archive itself.
+        mapa.reset();
     }
-    for (auto &[lugar, ruta] : ligados)
-        encargos[lugar].comos.push_back(std::move(ruta));
-    return encargos;
+    if (!mapa)
+        avisaSinIndice(avisos);
+    else if (pedida.empty())
+        recorre(indice.get());
+    return mapa.has_value();
 }
 
-void Extraccion::cumple(const Indice &indice, const Encargos &encargos) {
+void Extraccion::cumple(const Indice &indice) {
+    const auto &encargos = mapa->encargos();
+    deCamino = mapa->carpetas();
+    Marcos marcos(archivo, indice, marcosPedidos(indice));
     std::optional<LectorTar> lector;
     std::uint64_t origen = 0; // of what `lector` reads
     for (auto i = encargos.begin(); i != encargos.end();) {
-        const auto lugar = i->first;
-        // Reading on is worth it only as far as the frame goes.
-        if (!lector || indice.marcoDe(lugar) > indice.marcoDe(origen + lector->posicion())) {
-            lector.emplace(archivo.tarDesde(indice, lugar));
-            origen = lugar;
+        try {
+            // Reading on is worth it only as far as the frame goes.
+            if (!lector || indice.marcoDe(i->first) > marcos.actual()) {
+                origen = i->first;
+                lector.emplace(marcos.desde(origen));
+            }
+            cumpleUno(*lector, origen, *i);
+            ++i;
+        } catch (const MarcoDanado &danado) {
+            lector.reset();
+            const auto &marco = indice.marcos()[danado.marco];
+            for (; i != encargos.end() && i->first < marco.desde + indice.crudoDe(danado.marco);
+                 ++i)
+                std::for_each(i->second.comos.begin(), i->second.comos.end(),
+                              [this](const auto &como) { danada(como); });
         }
-        archive_entry *ficha = lector->siguiente();
-        if (ficha == nullptr || origen + lector->posicion() > lugar)
-            throw IndiceFalso();
-        if (origen + lector->posicion() < lugar)
-            continue;
-        const Entrada entrada = describe(ficha);
-        const auto &[conElla, comos] = i->second;
-        if (conElla ? entrada.ruta != comos.front() : entrada.tipo != '-')
-            throw IndiceFalso();
-        saca(*lector, ficha, entrada, comos);
-        ++i;
     }
     algo = !encargos.empty();
 }
 
-void Extraccion::recorre() {
-    primeraLectura();
+/// Those in which there is any part of what was asked for.
+std::vector<std::size_t> Extraccion::marcosPedidos(const Indice &indice) const {
+    std::vector<std::size_t> marcos;
+    for (const auto &[lugar, encargo] : mapa->encargos()) {
+        const auto hasta = indice.marcoDe(mapa->siguiente(lugar + 1) - 1);
+        auto marco = indice.marcoDe(lugar);
+        if (!marcos.empty())
+            marco = std::max(marco, marcos.back() + 1);
+        for (; marco <= hasta; ++marco)
+            marcos.push_back(marco);
+    }
+    return marcos;
+}
+
+void Extraccion::cumpleUno(LectorTar &lector, std::uint64_t origen,
+                           const Encargos::value_type &encargo) {
+    const auto &[lugar, pedido] = encargo;
+    archive_entry *ficha = nullptr;
+    do
+        ficha = lector.siguiente();
+    while (ficha != nullptr && origen + lector.posicion() < lugar);
+    if (ficha == nullptr || origen + lector.posicion() > lugar)
+        throw Fallo(deOtro);
+    const Entrada entrada = describe(ficha);
+    if (pedido.conElla ? entrada.ruta != pedido.comos.front() : entrada.tipo != '-')
+        throw Fallo(deOtro);
+    saca(lector, ficha, entrada, pedido.comos);
+}
+
+void Extraccion::recorre(const Indice *indice) {
+    Pasada pasada(archivo, indice, mapa ? &*mapa : nullptr);
+    try {
+        primeraLectura(pasada);
+    } catch (const FalloDeDisco &) {
+        throw;
+    } catch (const Fallo &) {
+        if (!enCurso.empty())
+            avisos.avisa("dañado: " + citado(enCurso));
+        throw;
+    }
+    if (pasada.danada())
+        pero = "el archivo está dañado";
+    else if (mapa && !mapa->cotejo().coincide())
+        pero = "el índice no dice lo que hay en el archivo";
+    cuentaLoPerdido(pasada);
     if (!pendientes.empty())
-        segundaLectura();
+        segundaLectura(indice);
     for (const auto &[enlace, rutas] : pendientes)
         for (const auto &ruta : rutas)
             falta(ruta, "enlaza con " + citado(enlace) + ", que no está en el archivo");
 }
 
-void Extraccion::primeraLectura() {
-    LectorTar lector(archivo.tar());
-    while (archive_entry *ficha = lector.siguiente()) {
-        const Entrada entrada = describe(ficha);
+void Extraccion::primeraLectura(Pasada &pasada) {
+    pasada.recorre([this](LectorTar &lector, archive_entry *ficha, const Entrada &entrada,
+                          std::uint64_t lugar) {
+        if (mapa)
+            mapa->cotejo().enElFlujo(entrada, lugar);
         if (entrada.tipo == 'h')
             enlaces[entrada.ruta] = entrada.enlace;
+        if (entrada.tipo == 'd' && entrada.ruta != pedida && esDe(pedida, entrada.ruta))
+            deCamino.emplace_back(entrada.ruta, entrada.permisos);
         // The root's own entry is the destination folder, which is the user's.
         if (entrada.ruta.empty() || (!pedida.empty() && !esDe(entrada.ruta, pedida)))
-            continue;
+            return;
         algo = true;
+        enCurso = entrada.ruta;
         sacaEntrada(lector, ficha, entrada);
+        enCurso.clear();
+    });
+}
+
+/// By the index, which has the permissions of lost folders, too.
+void Extraccion::cuentaLoPerdido(const Pasada &pasada) {
+    const auto &tramos = pasada.perdidos();
+    const auto indice = tramos.empty() ? nullptr : archivo.indice();
+    const auto perdido = [&tramos](std::uint64_t lugar) {
+        const auto tras = std::upper_bound(
+            tramos.begin(), tramos.end(), lugar,
+            [](std::uint64_t uno, const Pasada::Tramo &tramo) { return uno < tramo.hasta; });
+        return tras != tramos.end() && lugar >= tras->desde;
+    };
+    std::unordered_set<std::string> rutas;
+    for (Asiento asiento; indice && indice->siguiente(asiento);) {
+        if (!perdido(asiento.lugar) && !(asiento.tipo == 'h' && perdido(asiento.enlazado)))
+            continue;
+        danada(asiento.ruta);
+        rutas.insert(asiento.ruta);
+        if (asiento.tipo == 'd')
+            deCamino.emplace_back(asiento.ruta, asiento.permisos);
+    }
+    for (auto i = pendientes.begin(); i != pendientes.end();) {
+        std::erase_if(i->second, [&rutas](const auto &ruta) { return rutas.contains(ruta); });
+        i = i->second.empty() ? pendientes.erase(i) : std::next(i);
     }
 }
 
 void Extraccion::sacaEntrada(LectorTar &lector, archive_entry *ficha, const Entrada &entrada) {
     if (entrada.tipo != 'h')
         return saca(lector, ficha, entrada, {entrada.ruta});
-    const std::string destino = fichero(entrada.enlace);
-    if (!sacados.contains(destino)) {
-        pendientes[destino].push_back(entrada.ruta);
+    const std::string suyo = fichero(entrada.enlace);
+    if (!disco().sacados().hayFichero(suyo)) {
+        pendientes[suyo].push_back(entrada.ruta);
         return;
     }
     try {
-        disco.enlaza(ficha, entrada.ruta, destino);
+        disco().enlaza(entrada.ruta, suyo);
         cuenta(entrada.ruta);
     } catch (const FalloDeEntrada &fallo) {
         falta(entrada.ruta, fallo.what());
     }
 }
 
-void Extraccion::segundaLectura() {
-    LectorTar lector(archivo.tar());
-    while (archive_entry *ficha = lector.siguiente()) {
-        const Entrada entrada = describe(ficha);
+void Extraccion::segundaLectura(const Indice *indice) {
+    Pasada pasada(archivo, indice, mapa ? &*mapa : nullptr);
+    pasada.recorre([this](LectorTar &lector, archive_entry *ficha, const Entrada &entrada,
+                          std::uint64_t /*lugar*/) {
         const auto pendiente = pendientes.find(entrada.ruta);
         if (entrada.tipo != '-' || pendiente == pendientes.end())
-            continue;
+            return;
         saca(lector, ficha, entrada, pendiente->second);
         pendientes.erase(pendiente);
-    }
+    });
 }
 
 void Extraccion::saca(LectorTar &lector, archive_entry *ficha, const Entrada &entrada,
@@ -155,17 +253,15 @@ void Extraccion::saca(LectorTar &lector, archive_entry *ficha, const Entrada &en
     for (const auto &como : comos) {
         try {
             if (escrito == nullptr)
-                disco.saca(lector, ficha, entrada, como);
+                disco().saca(lector, ficha, entrada, como);
             else
-                disco.enlaza(ficha, como, *escrito);
+                disco().enlaza(como, *escrito);
             cuenta(como);
             escrito = escrito == nullptr ? &como : escrito;
         } catch (const FalloDeEntrada &fallo) {
             falta(como, fallo.what());
         }
     }
-    if (escrito != nullptr && entrada.tipo == '-')
-        sacados.insert(*escrito);
 }
 
 std::string Extraccion::fichero(std::string enlace) const {
@@ -179,8 +275,14 @@ std::string Extraccion::fichero(std::string enlace) const {
 }
 
 void Extraccion::cuenta(const std::string &ruta) {
-    if (disco.incompleta())
+    if (escritor->incompleta())
         avisos.avisa(citado(ruta) + " ha salido sin todos sus atributos");
+    if (mapa && mapa->incompleta(ruta))
+        falta(ruta, "se guardó incompleto");
+}
+
+void Extraccion::danada(const std::string &ruta) {
+    avisos.falta("dañado: " + citado(ruta));
 }
 
 void Extraccion::falta(const std::string &ruta, const std::string &porque) {

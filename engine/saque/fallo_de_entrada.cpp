@@ -1,15 +1,17 @@
 #include "saque/fallo_de_entrada.h"
 
-#include "comun/fallo.h"
-
 #include <cerrno>
 
 namespace orcalin {
 
 void fallaEntrada(int numero) {
     if (numero == ENOSPC || numero == EDQUOT || numero == EIO)
-        falla("no se puede sacar", numero);
+        fallaDisco("no se puede sacar", numero);
     throw FalloDeEntrada(causa(numero));
+}
+
+void fallaDisco(std::string_view que, int numero) {
+    throw FalloDeDisco(std::string(que) + ": " + causa(numero));
 }
 
 } // namespace orcalin

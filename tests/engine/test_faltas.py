@@ -58,7 +58,7 @@ class Cortado(Caso):
     def marca(self):
         """The tree's mark in the archive, after a look at all of it."""
         self.corre("check", self.okz, *self.con)
-        return (self.extrae("--file", "c/marca", *self.con) / "c/marca").read_bytes()
+        return (self.extrae("--file", "c/marca", "--replace", *self.con) / "c/marca").read_bytes()
 
     def compara_lo_que_hay(self, carpeta, buenos):
         if not carpeta.exists():

@@ -254,7 +254,9 @@ class Faltas(Caso):
 
     def test_cambia(self):
         def sale(a):
-            return (self.extrae(a=a) / "c/1").read_bytes()
+            self.assertIn("«c/1»: se guardó incompleto",
+                          self.error("extract", self.okz, "-o", self.d / a))
+            return (self.d / a / "c/1").read_bytes()
 
         def reescribe(f):
             with open(f, "r+b") as abierto:  # of the same size
