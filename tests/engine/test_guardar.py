@@ -187,7 +187,9 @@ class Faltas(Caso):
         self.pon("c/2", "detrás")
         mensaje = self.con_estorbo("--no-verify", leer="200000-200001")
         self.assertRegex(mensaje, "^1 elemento .*/c/1»: el disco no responde bien; donde no se puede")
-        self.assertEqual((self.extrae() / "c/1").read_bytes(),
+        for dicho in self.error("check", self.okz), self.error_al_sacar():
+            self.assertIn("«c/1»: se guardó incompleto", dicho)
+        self.assertEqual((self.salida / "c/1").read_bytes(),
                          dentro[:200_000] + bytes(704) + dentro[200_704:])
         self.assertEqual((self.salida / "c/2").read_text(), "detrás")
 
@@ -284,6 +286,15 @@ class Faltas(Caso):
 
         self.assertRegex(self.guarda_mientras(cambia)[-1], "1 elemento .*/c/d»")
         self.assertEqual({p.read_text() for p in (self.extrae() / "c").rglob("f")}, {"propio"})
+
+    def test_aparece_otro_archivo(self):
+        """Whether there was one at the beginning or not."""
+        for n in "2", "3":
+            otro = self.pon("otro", n)
+            lineas = self.guarda_mientras(lambda _: otro.rename(self.okz))
+            self.assertRegex(lineas[-1], f"ha aparecido otro .*a [(]{n}[)].okz»$")
+            self.assertEqual(self.okz.read_text(), n)
+            self.corre("check", self.d / f"a ({n}).okz")
 
     def test_la_carpeta_del_archivo_cambia_de_sitio(self):
         self.okz = self.pon("donde/a.okz")
