@@ -350,9 +350,8 @@ class Danos(Caso):
         for trozo in trozos:
             self.assertIn(trozo, datos)
             i = datos.index(trozo)
-            # Of a frame of version 1 nothing tells but a block that is none.
-            i = datos.rindex(b"\x28\xb5\x2f\xfd", 0, i) + (13 if version == 1 else 100)
-            datos = cambiado(datos, i, 6)
+            # A block that is none, since the frames have no checksum of their own.
+            datos = cambiado(datos, datos.rindex(b"\x28\xb5\x2f\xfd", 0, i) + 13, 6)
         self.okz.write_bytes(datos)
         return {nombre: contenido for nombre, tipo, contenido in entradas if tipo == FICHERO}
 
