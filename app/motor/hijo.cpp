@@ -84,6 +84,11 @@ int espera(std::array<pollfd, 2> &vigilados) {
     return listos;
 }
 
+// Whether a line in it begins like the engine's last one.
+bool traeDespedida(const QByteArray &trozo) {
+    return trozo.startsWith("Error") || trozo.contains("\nError");
+}
+
 } // namespace
 
 int Proceso::Hijo::arranca(const Orden &orden) {
@@ -114,7 +119,7 @@ bool Proceso::Hijo::acabaAntesDe(std::chrono::milliseconds plazo) const {
     return ::poll(&fin, 1, static_cast<int>(plazo.count())) > 0;
 }
 
-// Returns the last chunk, if the child ended soon after it.
+// Returns the last chunk, if the child ended soon after it or before it was read.
 QByteArray Proceso::Hijo::reparteError(const Lector &lector) {
     using Reloj = std::chrono::steady_clock;
     QByteArray ultimo;
@@ -124,14 +129,16 @@ QByteArray Proceso::Hijo::reparteError(const Lector &lector) {
             {{m_pidfd.numero(), POLLIN, 0}, {m_error.lectura.numero(), POLLIN, 0}}};
         if (espera(vigilados) < 0 || vigilados[0].revents != 0 || acabaAntesDe(kReposo))
             break;
-        const QByteArray trozo = leeLoQueHay(m_error.lectura);
+        QByteArray trozo = leeLoQueHay(m_error.lectura);
         if (trozo.isEmpty()) {
             m_error.lectura.cierra(); // closed by the child, which lives on
             continue;
         }
+        cuando = Reloj::now();
+        if (traeDespedida(trozo) && acabaAntesDe(kUltimasPalabras))
+            return trozo;
         lector(trozo);
         ultimo = trozo;
-        cuando = Reloj::now();
     }
     return Reloj::now() - cuando < kUltimasPalabras ? ultimo : QByteArray();
 }

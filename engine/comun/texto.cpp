@@ -53,13 +53,23 @@ bool cortaLinea(std::string_view caracter) {
     return primero < 0x20 || primero == 0x7f || c1 || caracter == "\u2028" || caracter == "\u2029";
 }
 
+char32_t puntoDe(std::string_view caracter) {
+    char32_t punto = octeto(caracter, 0);
+    if (caracter.size() > 1)
+        punto &= 0x7fU >> caracter.size();
+    for (std::size_t i = 1; i < caracter.size(); ++i)
+        punto = punto << 6U | (octeto(caracter, i) & 0x3fU);
+    return punto;
+}
+
 /// Makes a terminal show what follows, or came before, in another order.
 bool desordena(std::string_view caracter) {
-    const auto entre = [caracter](std::string_view primero, std::string_view ultimo) {
-        return caracter >= primero && caracter <= ultimo;
+    const char32_t punto = puntoDe(caracter);
+    const auto entre = [punto](char32_t primero, char32_t ultimo) {
+        return punto >= primero && punto <= ultimo;
     };
-    return caracter == "\u061c" || entre("\u200e", "\u200f") || entre("\u202a", "\u202e") ||
-           entre("\u2066", "\u2069");
+    return punto == 0x061c || entre(0x200e, 0x200f) || entre(0x202a, 0x202e) ||
+           entre(0x2066, 0x2069);
 }
 
 /// How much of the beginning stays as it is at a glance: most names are that.

@@ -57,17 +57,16 @@ Trato porMaquina(unsigned maquina) {
     }
 }
 
-Descriptor abre(const std::string &ruta) {
-    return Descriptor(
-        open(ruta.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+Descriptor abre(int carpeta, const std::string &nombre) {
+    constexpr int modo = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    return Descriptor(openat(carpeta, nombre.c_str(), modo));
 }
 
 /// Whether pieces from all over a file get smaller. What cannot be read is for
 /// the one who packs it to find.
-bool encogePorMuestras(const std::string &ruta, std::uint64_t bytes) {
+bool encogePorMuestras(const Descriptor &fd, std::uint64_t bytes) {
     constexpr std::size_t muestras = 8;
     constexpr std::size_t largo = 8 * kibi;
-    const Descriptor fd = abre(ruta);
     std::vector<unsigned char> junto(muestras * largo);
     for (std::size_t i = 0; i < muestras; ++i) {
         const auto donde = (bytes - largo) / (muestras - 1) * i;
@@ -79,9 +78,8 @@ bool encogePorMuestras(const std::string &ruta, std::uint64_t bytes) {
 }
 
 /// Text has no zero bytes; machine code says for which machine.
-Trato porContenido(const std::string &ruta) {
+Trato porContenido(const Descriptor &fd) {
     std::array<unsigned char, 512> inicio{};
-    const Descriptor fd = abre(ruta);
     const ssize_t leidos = fd.valido() ? read(fd.numero(), inicio.data(), inicio.size()) : 0;
     if (leidos <= 0)
         return Trato::otro;
@@ -97,12 +95,13 @@ Trato porContenido(const std::string &ruta) {
 
 } // namespace
 
-Trato tratoDe(const std::string &ruta, mode_t modo, std::uint64_t bytes) {
+Trato tratoDe(int carpeta, const std::string &propio, const std::string &ruta, mode_t modo,
+              std::uint64_t bytes) {
     // From here on a high level that tries in vain is felt.
     constexpr std::uint64_t grande = mebi;
     const std::string cual = extension(ruta);
     if (std::binary_search(comprimidas.begin(), comprimidas.end(), cual) ||
-        (bytes >= grande && !encogePorMuestras(ruta, bytes)))
+        (bytes >= grande && !encogePorMuestras(abre(carpeta, propio), bytes)))
         return Trato::comprimido;
     if (std::find(binarias.begin(), binarias.end(), cual) != binarias.end())
         return Trato::otro;
@@ -111,7 +110,7 @@ Trato tratoDe(const std::string &ruta, mode_t modo, std::uint64_t bytes) {
     const bool programa = (modo & 0111U) != 0 || ruta.find(".so") != std::string::npos ||
                           cual == "o" || cual == "a" || cual == "ko" || cual == "dll" ||
                           cual == "bin" || cual == "dat" || cual.empty();
-    return programa ? porContenido(ruta) : Trato::texto;
+    return programa ? porContenido(abre(carpeta, propio)) : Trato::texto;
 }
 
 } // namespace orcalin

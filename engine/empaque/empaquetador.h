@@ -1,18 +1,18 @@
 #pragma once
 
 #include "comun/avisos.h"
+#include "empaque/contenido.h"
+#include "empaque/extendidos.h"
 #include "empaque/identidad.h"
 #include "empaque/progreso.h"
 #include "empaque/recorrido.h"
-#include "empaque/regiones.h"
-#include "flujo/descriptor.h"
 #include "flujo/sumidero_marcos.h"
 #include "indice/indice_nuevo.h"
 #include "tar/escritor_tar.h"
 
 #include <map>
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace orcalin {
 
@@ -21,9 +21,10 @@ namespace orcalin {
 /// its turn.
 class Empaquetador {
 public:
-    /// Writes to `marcos`, which nobody else may do meanwhile. All must outlive
+    /// Writes to `marcos`, which nobody else may do meanwhile; the pieces are in
+    /// folders of `origenes`. All must outlive
     /// this. Throws std::bad_alloc or Fallo.
-    Empaquetador(SumideroMarcos &marcos, Progreso &progreso, Avisos &avisos);
+    Empaquetador(SumideroMarcos &marcos, Origenes &origenes, Progreso &progreso, Avisos &avisos);
 
     /// Throws Fallo only when the archive itself cannot be written, or no file
     /// can be read any more.
@@ -45,24 +46,24 @@ private:
     };
 
     void intenta(const Pieza &pieza);
-    [[nodiscard]] Ficha ficha(const Pieza &pieza, int fd, const struct stat &estado) const;
-    [[nodiscard]] const Primero *primero(const Pieza &pieza, const struct stat &estado) const;
-    bool guardaContenido(const Pieza &pieza, int fd, const struct stat &estado,
-                         const std::vector<Region> &regiones);
-    bool guardaRegiones(const Pieza &pieza, int fd, const std::vector<Region> &regiones);
-    bool guardaRegion(const Pieza &pieza, int fd, Region region);
-    void guardaHueco(std::int64_t bytes);
-    void anota(const Pieza &pieza, const struct stat &estado, std::uint64_t lugar, bool incompleta);
+    [[nodiscard]] const Primero *primero(const Cosa &cosa) const;
+    [[nodiscard]] Ficha ficha(const Pieza &pieza, const Cosa &cosa);
+    void guardaSinContenido(const Pieza &pieza, const Cosa &cosa, const Primero *otro);
+    void guardaFichero(const Pieza &pieza, const Cosa &cosa);
+    void anota(const Pieza &pieza, const Cosa &cosa, Asiento asiento);
     void falta(const Pieza &pieza, int porque);
     void falta(const Pieza &pieza, const std::string &porque);
+    void falta(std::string_view texto);
+    [[nodiscard]] std::string ruta(const Pieza &pieza) const;
 
     SumideroMarcos &marcos;
     EscritorTar tar;
+    Origenes &origenes;
     Progreso &progreso;
     Avisos &avisos;
-    AsaLectura disco;
+    Extendidos extendidos;
     std::map<Identidad, Primero> primeros; // of files with several names
-    std::vector<unsigned char> bloque;
+    bool intacta = true;                   // nothing is missing yet of the piece on its way
     IndiceNuevo asientos;
 };
 

@@ -1,6 +1,7 @@
 #include "empaque/recorrido.h"
 
 #include "comun/fallo.h"
+#include "comun/medidas.h"
 #include "comun/texto.h"
 #include "empaque/clases.h"
 #include "empaque/identidad.h"
@@ -9,8 +10,11 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <filesystem>
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
 #include <set>
+#include <string_view>
 #include <utility>
 
 namespace orcalin {
@@ -22,10 +26,35 @@ std::string sinBarrasFinales(std::string ruta) {
     return ruta;
 }
 
+struct CierraCarpeta {
+    void operator()(DIR *carpeta) const { closedir(carpeta); }
+};
+
+/// The names in a folder, sorted. `porque` is 0 if it could all be read.
+std::vector<std::string> hijosDe(int madre, const std::string &nombre, int &porque) {
+    std::vector<std::string> hijos;
+    const int fd = openat(madre, nombre.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    const std::unique_ptr<DIR, CierraCarpeta> abierta(fd < 0 ? nullptr : fdopendir(fd));
+    porque = abierta ? 0 : errno;
+    while (abierta) {
+        errno = 0;
+        const dirent *hijo = readdir(abierta.get());
+        porque = errno;
+        if (hijo == nullptr)
+            break;
+        const std::string_view suyo(hijo->d_name);
+        if (suyo != "." && suyo != "..")
+            hijos.emplace_back(suyo);
+    }
+    std::sort(hijos.begin(), hijos.end());
+    return hijos;
+}
+
 class Recorrido {
 public:
-    Recorrido(const FicheroProvisional &destinoDado, Avisos &avisosDados)
+    Recorrido(const FicheroProvisional &destinoDado, Origenes &carpetasDadas, Avisos &avisosDados)
         : destino(destinoDado)
+        , carpetas(carpetasDadas)
         , avisos(avisosDados) {}
 
     void anade(const std::string &origen);
@@ -33,10 +62,12 @@ public:
 
 private:
     void visita(Pieza pieza, std::vector<Pieza> &pila);
-    void apila(Pieza &carpeta, std::vector<Pieza> &pila);
+    void apila(Pieza &carpeta, int madre, std::vector<Pieza> &pila);
+    void falta(const std::string &que, const Pieza &pieza, int porque);
     std::uint64_t bytesDe(const struct stat &estado);
 
     const FicheroProvisional &destino;
+    Origenes &carpetas;
     Avisos &avisos;
     Nombres nombres;
     std::set<Identidad> conVariosNombres;
@@ -44,59 +75,77 @@ private:
 
 void Recorrido::anade(const std::string &origen) {
     const std::string ruta = sinBarrasFinales(origen);
+    const auto barra = ruta.rfind('/');
+    Pieza pieza;
+    pieza.propio = ruta == "/" ? "." : ruta.substr(barra + 1);
+    // The slash of the root folder is its name.
+    pieza.carpeta = carpetas.lugar(barra == 0                   ? "/"
+                                   : barra == std::string::npos ? ""
+                                                                : ruta.substr(0, barra));
+    const int fd = carpetas.abre(pieza.carpeta);
     struct stat estado {};
-    if (lstat(ruta.c_str(), &estado) != 0)
+    if (fd < 0 || fstatat(fd, pieza.propio.c_str(), &estado, AT_SYMLINK_NOFOLLOW) != 0)
         falla("no se puede guardar " + citado(ruta), errno);
-    if (destino.es(std::filesystem::path(ruta).filename(), estado))
+    if (destino.es(fd, pieza.propio, estado))
         throw Fallo("el destino es también uno de los orígenes");
+    pieza.nombre = nombres.para(ruta, S_ISDIR(estado.st_mode));
     std::vector<Pieza> pila;
-    visita({ruta, nombres.para(ruta, S_ISDIR(estado.st_mode)), 0, 0}, pila);
-    while (!pila.empty()) {
-        Pieza pieza = std::move(pila.back());
+    for (pila.push_back(std::move(pieza)); !pila.empty();) {
+        Pieza siguiente = std::move(pila.back());
         pila.pop_back();
-        visita(std::move(pieza), pila);
+        visita(std::move(siguiente), pila);
     }
 }
 
 void Recorrido::visita(Pieza pieza, std::vector<Pieza> &pila) {
+    // Readers of ours go no further: a path of so many folders costs too much.
+    constexpr std::size_t rutaMaxima = 16 * kibi;
+    if (pieza.nombre.size() > rutaMaxima)
+        return falta("no se puede guardar ", pieza, ENAMETOOLONG);
+    const int fd = carpetas.abre(pieza.carpeta);
     struct stat estado {};
-    if (lstat(pieza.origen.c_str(), &estado) != 0) {
-        avisos.falta("no se puede leer " + citado(pieza.origen) + ": " + causa(errno));
-        return;
-    }
-    if (destino.es(std::filesystem::path(pieza.origen).filename(), estado))
+    if (fd < 0 || fstatat(fd, pieza.propio.c_str(), &estado, AT_SYMLINK_NOFOLLOW) != 0)
+        return falta("no se puede leer ", pieza, errno);
+    if (destino.es(fd, pieza.propio, estado))
         return;
     pieza.clase = estado.st_mode & S_IFMT;
     pieza.bytes = bytesDe(estado);
-    if (S_ISDIR(estado.st_mode)) {
-        apila(pieza, pila);
-    } else if (!S_ISREG(estado.st_mode) && !S_ISLNK(estado.st_mode)) {
-        avisos.avisa("se omite " + citado(pieza.origen) + ": no es un fichero ni una carpeta");
+    if (S_ISREG(estado.st_mode)) {
+        pieza.trato = tratoDe(fd, pieza.propio, pieza.nombre, estado.st_mode, pieza.bytes);
+    } else if (S_ISDIR(estado.st_mode)) {
+        apila(pieza, fd, pila);
+    } else if (!S_ISLNK(estado.st_mode)) {
+        avisos.avisa("se omite " + citado(carpetas.ruta(pieza.carpeta, pieza.propio)) +
+                     ": no es un fichero ni una carpeta");
         return;
     }
-    if (S_ISREG(estado.st_mode))
-        pieza.trato = tratoDe(pieza.origen, estado.st_mode, pieza.bytes);
     plan.push_back(std::move(pieza));
 }
 
-void Recorrido::apila(Pieza &carpeta, std::vector<Pieza> &pila) {
-    std::vector<std::string> hijos;
-    std::error_code error;
-    std::filesystem::directory_iterator actual(carpeta.origen, error);
-    for (; !error && actual != std::filesystem::directory_iterator(); actual.increment(error))
-        hijos.push_back(actual->path().filename());
-    const std::string queja = "no se puede mirar dentro de " + citado(carpeta.origen);
-    if (escasea(error.value()))
-        falla(queja, error.value());
-    carpeta.incompleta = static_cast<bool>(error);
-    if (error)
-        avisos.falta(queja + ": " + causa(error.value()));
+void Recorrido::apila(Pieza &carpeta, int madre, std::vector<Pieza> &pila) {
+    int porque = 0;
+    const auto hijos = hijosDe(madre, carpeta.propio, porque);
+    carpeta.incompleta = porque != 0;
+    if (carpeta.incompleta)
+        falta("no se puede mirar dentro de ", carpeta, porque);
+    if (hijos.empty())
+        return;
+    const auto numero = carpetas.dentro(carpeta.carpeta, carpeta.propio);
     // What is pushed last is visited first.
-    std::sort(hijos.rbegin(), hijos.rend());
-    const std::string base = carpeta.origen == "/" ? "/" : carpeta.origen + "/";
-    const std::string nombre = carpeta.nombre + "/";
-    for (const auto &hijo : hijos)
-        pila.push_back({base + hijo, nombre + hijo, 0, 0});
+    for (auto hijo = hijos.rbegin(); hijo != hijos.rend(); ++hijo) {
+        Pieza nueva;
+        nueva.carpeta = numero;
+        nueva.propio = *hijo;
+        nueva.nombre = carpeta.nombre + "/" + *hijo;
+        pila.push_back(std::move(nueva));
+    }
+}
+
+void Recorrido::falta(const std::string &que, const Pieza &pieza, int porque) {
+    const std::string queja = que + citado(carpetas.ruta(pieza.carpeta, pieza.propio));
+    if (escasea(porque))
+        falla(queja, porque);
+    avisos.falta(queja + ": " + causa(porque));
 }
 
 std::uint64_t Recorrido::bytesDe(const struct stat &estado) {
@@ -119,8 +168,8 @@ std::uint64_t bytesPrevistos(const Plan &plan) {
 }
 
 Plan planea(const std::vector<std::string> &origenes, const FicheroProvisional &destino,
-            Avisos &avisos) {
-    Recorrido recorrido(destino, avisos);
+            Origenes &carpetas, Avisos &avisos) {
+    Recorrido recorrido(destino, carpetas, avisos);
     for (const auto &origen : origenes)
         recorrido.anade(origen);
     ordena(recorrido.plan);

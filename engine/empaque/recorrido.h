@@ -1,6 +1,7 @@
 #pragma once
 
 #include "comun/avisos.h"
+#include "empaque/origenes.h"
 #include "flujo/fichero_provisional.h"
 #include "flujo/marco.h"
 
@@ -13,12 +14,13 @@ namespace orcalin {
 
 /// One thing to pack, as it was found.
 struct Pieza {
-    std::string origen;        ///< its path on the disk
-    std::string nombre;        ///< its path in the archive
-    mode_t clase = 0;          ///< S_IFREG, S_IFDIR or S_IFLNK
-    std::uint64_t bytes = 0;   ///< of content to read; 0 for a second name of a file
-    Trato trato = Trato::otro; ///< of a regular file
-    bool incompleta = false;   ///< a folder, not all of which could be looked into
+    Origenes::Numero carpeta = 0; ///< where it is,
+    std::string propio;           ///< and its name there
+    std::string nombre;           ///< its path in the archive
+    mode_t clase = 0;             ///< S_IFREG, S_IFDIR or S_IFLNK
+    std::uint64_t bytes = 0;      ///< of content to read; 0 for a second name of a file
+    Trato trato = Trato::otro;    ///< of a regular file
+    bool incompleta = false;      ///< a folder, not all of which could be looked into
 
     /// Folders are no files to whoever counts files.
     [[nodiscard]] bool cuenta() const { return clase != S_IFDIR; }
@@ -31,10 +33,11 @@ using Plan = std::vector<Pieza>;
 std::uint64_t bytesPrevistos(const Plan &plan);
 
 /// Walks the sources without ever following a symbolic link, not even when the
-/// source is one. Leaves out `destino` in both its forms. What cannot be packed
+/// source is one; only on the way to a source they are followed. The folders go
+/// to `carpetas`. Leaves out `destino` in both its forms. What cannot be packed
 /// or looked into goes to `avisos`. Throws Fallo if a source does not exist or
 /// is the destination itself, or when the process may open no more files.
 Plan planea(const std::vector<std::string> &origenes, const FicheroProvisional &destino,
-            Avisos &avisos);
+            Origenes &carpetas, Avisos &avisos);
 
 } // namespace orcalin

@@ -3,6 +3,7 @@
 #include "comun/fallo.h"
 #include "comun/medidas.h"
 #include "comun/senales.h"
+#include "comun/texto.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -105,11 +106,11 @@ void FicheroProvisional::hereda() {
 
 std::filesystem::path FicheroProvisional::entrega(bool conTodo) {
     std::string tomado = sitio.nombre();
-    if (consagraEfimero(tomado.c_str(), conTodo) != 0) {
-        if (conTodo || errno != EEXIST)
-            falla(noSeGuarda, errno);
+    const bool cede = consagraEfimero(tomado.c_str(), conTodo && esElDeAntes()) != 0;
+    if (cede && errno != EEXIST)
+        falla(noSeGuarda, errno);
+    if (cede)
         tomado = alLado();
-    }
     entregado = true;
     // Some file systems cannot flush a folder; the archive itself is safe by now.
     fsync(sitio.carpeta());
@@ -117,7 +118,20 @@ std::filesystem::path FicheroProvisional::entrega(bool conTodo) {
     auto ruta = sitio.ruta(tomado);
     if (!std::filesystem::exists(ruta, error) && !error)
         throw Fallo("el archivo está guardado, pero su carpeta ya no está donde estaba");
+    if (cede && conTodo)
+        throw Fallo(
+            "mientras se guardaba ha aparecido otro archivo de ese nombre; el nuevo está en " +
+            citado(ruta.string()));
     return ruta;
+}
+
+/// Whether what has the name is what was to be replaced: who puts something else
+/// there meanwhile was not asked.
+bool FicheroProvisional::esElDeAntes() const {
+    struct stat ahora {};
+    return sitio.ocupado() &&
+           (fstatat(sitio.carpeta(), sitio.nombre().c_str(), &ahora, AT_SYMLINK_NOFOLLOW) != 0 ||
+            mismo(ahora, sitio.deAntes()));
 }
 
 /// Takes the first free name, which it returns; a shorter one where the number
@@ -139,11 +153,16 @@ std::string FicheroProvisional::alLado() {
     }
 }
 
-bool FicheroProvisional::es(const std::string &otro, const struct stat &estado) const {
-    // Another name (hard link) of the old archive is a file like any other.
-    const bool elAnterior =
-        sitio.ocupado() && mismo(estado, sitio.deAntes()) && sitio.nombre() == otro;
-    return mismo(estado, propio) || elAnterior;
+bool FicheroProvisional::es(int carpeta, const std::string &nombre,
+                            const struct stat &estado) const {
+    if (mismo(estado, propio))
+        return true;
+    // Another name (hard link) of the old archive is a file like any other, and
+    // so is the same name in another folder.
+    struct stat esta {};
+    struct stat suya {};
+    return sitio.ocupado() && mismo(estado, sitio.deAntes()) && nombre == sitio.nombre() &&
+           fstat(carpeta, &esta) == 0 && fstat(sitio.carpeta(), &suya) == 0 && mismo(esta, suya);
 }
 
 } // namespace orcalin

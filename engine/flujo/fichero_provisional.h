@@ -39,17 +39,19 @@ public:
     /// destination's, replacing what has it; one that lacks something only if
     /// that is free, and otherwise the first of «nombre (2)», «nombre (3)»…
     /// that is. Returns its path. Cancelling is over from here on. Throws Fallo
-    /// when that fails, and also, the archive complete, when its folder has been
-    /// moved or unmounted meanwhile: it is not where it was asked for.
+    /// when that fails, and also, the archive complete, when it is not where it
+    /// was asked for: its folder has been moved or unmounted meanwhile, or another
+    /// file has appeared under the name, which stays.
     std::filesystem::path entrega(bool conTodo);
 
-    /// Whether `nombre` in a folder, with this status, is the file being
+    /// Whether `nombre` in that open folder, with this status, is the file being
     /// written or the one that it is to replace.
-    [[nodiscard]] bool es(const std::string &nombre, const struct stat &estado) const;
+    [[nodiscard]] bool es(int carpeta, const std::string &nombre, const struct stat &estado) const;
 
 private:
     void hereda();
     void empuja();
+    [[nodiscard]] bool esElDeAntes() const;
     std::string alLado();
 
     Sitio sitio;

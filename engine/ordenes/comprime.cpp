@@ -12,7 +12,7 @@ namespace orcalin {
 namespace {
 
 /// Where the archive goes.
-struct Destino {
+struct Escritura {
     FicheroProvisional &fichero;
     SumideroAge *cifrado; ///< or null
     bool verifica;        ///< read it back
@@ -22,17 +22,17 @@ struct Destino {
     }
 };
 
-void escribe(const Destino &destino, const Compresion &compresion, const Plan &plan,
-             Progreso &progreso, Avisos &avisos) {
+void escribe(const Escritura &escritura, const Compresion &compresion, const Plan &plan,
+             Origenes &origenes, Progreso &progreso, Avisos &avisos) {
     std::optional<Relectura> relectura;
-    if (destino.verifica)
-        relectura.emplace(destino.fichero, destino.cifrado, compresion.envase);
-    SumideroMarcos marcos(destino.abajo(), compresion, [&](std::uint64_t bytes) {
+    if (escritura.verifica)
+        relectura.emplace(escritura.fichero, escritura.cifrado, compresion.envase);
+    SumideroMarcos marcos(escritura.abajo(), compresion, [&](std::uint64_t bytes) {
         if (relectura)
-            relectura->sigue(marcos.marcos(), destino.fichero.largo());
+            relectura->sigue(marcos.marcos(), escritura.fichero.largo());
         progreso.avanza(bytes, relectura ? relectura->comparados() : bytes);
     });
-    Empaquetador empaquetador(marcos, progreso, avisos);
+    Empaquetador empaquetador(marcos, origenes, progreso, avisos);
     for (const auto &pieza : plan)
         empaquetador.guarda(pieza);
     // An archive of nothing must not take the place of an old one of something.
@@ -43,8 +43,8 @@ void escribe(const Destino &destino, const Compresion &compresion, const Plan &p
     empaquetador.acaba();
     marcos.acaba();
     const auto final =
-        empaquetador.indice().escribe(destino.abajo(), compresion.envase, marcos.marcos());
-    destino.abajo().cierra();
+        empaquetador.indice().escribe(escritura.abajo(), compresion.envase, marcos.marcos());
+    escritura.abajo().cierra();
     if (relectura)
         relectura->acaba(marcos.marcos(), final,
                          [&] { progreso.avanza(marcos.posicion(), relectura->comparados()); });
@@ -59,7 +59,8 @@ void comprime(const PedidoComprimir &pedido) {
         contrasena = leeContrasena(pedido.ficheroContrasena);
     FicheroProvisional destino(pedido.destino);
     Avisos avisos;
-    const Plan plan = planea(pedido.origenes, destino, avisos);
+    Origenes origenes;
+    const Plan plan = planea(pedido.origenes, destino, origenes, avisos);
     Progreso progreso(pedido.progreso, plan);
     std::optional<SumideroAge> cifrado;
     if (contrasena) {
@@ -68,8 +69,8 @@ void comprime(const PedidoComprimir &pedido) {
     }
     const auto compresion =
         pedido.maximo ? compresionMaxima(bytesPrevistos(plan)) : compresionHabitual(pedido.nivel);
-    escribe({destino, cifrado ? &*cifrado : nullptr, pedido.verifica}, compresion, plan, progreso,
-            avisos);
+    escribe({destino, cifrado ? &*cifrado : nullptr, pedido.verifica}, compresion, plan, origenes,
+            progreso, avisos);
     // What lacks something must not take the place of what does not.
     const auto donde = destino.entrega(avisos.faltas() == 0);
     progreso.acaba();

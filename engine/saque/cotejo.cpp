@@ -9,10 +9,10 @@
 namespace orcalin {
 
 /// Any number of entries as one number, the same in whatever order they come.
-/// Without the permissions: beside an access list a stream has others.
 std::uint64_t Cotejo::cifra(const Asiento &asiento) {
-    const std::array<std::uint64_t, 4> numeros{static_cast<unsigned char>(asiento.tipo),
-                                               asiento.bytes, asiento.lugar, asiento.enlazado};
+    const std::array<std::uint64_t, 5> numeros{static_cast<unsigned char>(asiento.tipo),
+                                               asiento.permisos, asiento.bytes, asiento.lugar,
+                                               asiento.enlazado};
     std::string texto(reinterpret_cast<const char *>(numeros.data()), sizeof numeros);
     return cifraDe(texto += asiento.ruta);
 }

@@ -2,6 +2,7 @@
 
 #include "comun/fallo.h"
 #include "tar/marca.h"
+#include "tar/nombres_de_atributos.h"
 
 #include <cerrno>
 #include <new>
@@ -23,7 +24,13 @@ EscritorTar::EscritorTar(Receptor &abajoDado)
 }
 
 bool EscritorTar::cabecera(archive_entry *ficha) {
+    const NombresDeAtributos nombres(ficha);
+    retiene = nombres.hayQueReponer();
     const int resultado = archive_write_header(tar.get(), ficha);
+    if (std::exchange(retiene, false)) {
+        nombres.repon(retenido);
+        abajo.escribe(std::exchange(retenido, {}));
+    }
     if (resultado == ARCHIVE_FATAL)
         comprueba(resultado);
     return resultado >= ARCHIVE_WARN;
@@ -44,12 +51,17 @@ void EscritorTar::cierra() {
 la_ssize_t EscritorTar::alEscribir(archive *, void *yo, const void *datos, std::size_t largo) {
     auto *escritor = static_cast<EscritorTar *>(yo);
     try {
+        const Octetos parte(static_cast<const unsigned char *>(datos), largo);
         // Freeing the writer after a failure flushes once more.
+        if (escritor->pendiente)
+            return static_cast<la_ssize_t>(largo);
         // The mark counts as the first entry's: it goes before that, not by itself.
-        if (!escritor->pendiente && !std::exchange(escritor->conMarca, true))
+        if (!std::exchange(escritor->conMarca, true))
             escritor->abajo.escribe(marcaDeIndice());
-        if (!escritor->pendiente)
-            escritor->abajo.escribe({static_cast<const unsigned char *>(datos), largo});
+        if (escritor->retiene)
+            escritor->retenido.insert(escritor->retenido.end(), parte.begin(), parte.end());
+        else
+            escritor->abajo.escribe(parte);
         return static_cast<la_ssize_t>(largo);
     } catch (...) {
         escritor->pendiente = std::current_exception();

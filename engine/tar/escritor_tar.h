@@ -4,6 +4,7 @@
 #include "tar/asa.h"
 
 #include <exception>
+#include <vector>
 
 namespace orcalin {
 
@@ -21,7 +22,8 @@ public:
     explicit EscritorTar(Receptor &abajo);
 
     /// Begins an entry; what the one before lacks of its size is filled with
-    /// zeros. False if this entry cannot be stored: the stream is as before.
+    /// zeros. False if this entry cannot be stored: the stream is as before. May
+    /// change the names of its attributes, which are stored as they were given.
     bool cabecera(archive_entry *ficha);
 
     /// Adds to the entry's content; what goes past its size is dropped.
@@ -39,6 +41,8 @@ private:
 
     Receptor &abajo;
     bool conMarca = false; // it has been written
+    std::vector<unsigned char> retenido; // headers that are not passed on yet
+    bool retiene = false;
     AsaEscritura tar;
     std::exception_ptr pendiente; // thrown below, must not cross the C library
 };

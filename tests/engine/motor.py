@@ -1,5 +1,6 @@
 """What every test of the engine needs: running it, trees of files, referees."""
 
+import atexit
 import os
 import pathlib
 import pty
@@ -18,6 +19,26 @@ PROGRESO = re.compile(r"^(\d+)/(\d+) ficheros \(([\d.]+)%\), (\d+) MiB$")
 NADIE = 65534
 MEBI = 1024 * 1024
 ESCASO = ("--work-factor", "4")  # the usual factor costs half a second a run
+SANEADOR = os.environ.get("ORCALIN_SANEADOR")  # what the engine was built with, if anything
+SEGUNDO = 10 if SANEADOR else 1  # of patience
+PASO = 16 if SANEADOR else 1  # where the same code runs a thousand times
+
+# What a sanitizer finds goes into files: it is seen of runs, too, whose words nobody reads. Who keeps
+# a secret can be looked into by root alone, and so searched for leaks. The thread sanitizer would
+# wait a second at the end of each run.
+HALLAZGOS = pathlib.Path(tempfile.mkdtemp(prefix="orcalin-hallazgos-"))
+atexit.register(shutil.rmtree, HALLAZGOS)
+os.chmod(HALLAZGOS, 0o777)
+COMO = f"exitcode=66:log_path={HALLAZGOS}/de"
+os.environ["UBSAN_OPTIONS"] = COMO
+os.environ["ASAN_OPTIONS"] = f"{COMO}:detect_leaks={int(os.geteuid() == 0)}"
+os.environ["TSAN_OPTIONS"] = f"{COMO}:atexit_sleep_ms=0"
+
+
+def sin_saneador(porque):
+    """For a test that a sanitized engine cannot pass: what is in it counts its
+    own memory and time."""
+    return unittest.skipIf(SANEADOR, f"under a sanitizer: {porque}")
 
 
 class Caso(unittest.TestCase):
@@ -26,11 +47,19 @@ class Caso(unittest.TestCase):
     def setUp(self):
         self.d = pathlib.Path(tempfile.mkdtemp(prefix="orcalin-prueba-"))
         self.addCleanup(shutil.rmtree, self.d, ignore_errors=True)
+        self.addCleanup(self.sin_hallazgos)
         self.okz, self.c, self.salida = self.d / "a.okz", self.d / "c", self.d / "salida"
         self.c.mkdir()
         self.clave = self.pon("clave", "tres tristes tigres ñ")
         self.con = ("--password-file", self.clave)
         self.en_clave = ("--encrypt", *self.con, *ESCASO)
+
+    def sin_hallazgos(self):
+        """Runs that the test started are over by now."""
+        textos = [hallazgo.read_text(errors="replace") for hallazgo in HALLAZGOS.iterdir()]
+        for hallazgo in HALLAZGOS.iterdir():
+            hallazgo.unlink()
+        self.assertEqual(textos, [], "\n".join(textos))
 
     def pon(self, ruta, contenido=b""):
         """A file, and the folders on the way to it."""

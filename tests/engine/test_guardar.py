@@ -3,11 +3,8 @@
 import os
 import pathlib
 import random
-import unittest
 
-from motor import Caso, MEBI, MOTOR, PROGRESO, desordenado
-
-MENTIROSO = os.environ.get("ORCALIN_MENTIROSO")
+from motor import Caso, MEBI, MOTOR, NADIE, PASO, PROGRESO, desordenado
 
 
 class Nombres(Caso):
@@ -65,9 +62,11 @@ class Nombres(Caso):
         antes = self.okz.read_bytes()
         self.error("compress", self.okz, "-o", self.okz)
         self.assertEqual(self.okz.read_bytes(), antes)
-        os.link(self.okz, self.c / "otro")  # a file like any other
+        (self.c / "d").mkdir()
+        for otro in ("otro", "d/a.okz"):
+            os.link(self.okz, self.c / otro)  # a file like any other
         self.comprime(self.c)
-        self.assertEqual(list(self.lista()), ["c", "c/f", "c/otro"])
+        self.assertEqual(list(self.lista()), ["c", "c/d", "c/d/a.okz", "c/f", "c/otro"])
         self.assertEqual((self.extrae() / "c/otro").read_bytes(), antes)
 
     def test_destinos(self):
@@ -82,6 +81,30 @@ class Nombres(Caso):
         self.comprime(self.clave)
         self.assertTrue(self.okz.is_symlink())
         self.assertEqual(list(self.lista()), ["clave"])
+
+    def test_destinos_que_no_valen(self):
+        como = self.como_nadie()
+        self.d.chmod(0o1777)
+        vetado, real = self.pon("vetado.okz", "el de antes"), self.d / "real.okz"
+        ajeno, propio, largo = self.d / "ajeno.okz", self.d / "propio.okz", self.d / ("n" * 256)
+        for enlace in (ajeno, propio):
+            enlace.symlink_to(real)
+        for ruta, dueno in ((ajeno, 1), (propio, NADIE), (self.d, 0)):
+            os.chown(ruta, dueno, 0, follow_symlinks=False)
+        for destino, porque in ((largo, "nombre es demasiado largo"), (vetado, "es de otro usuario"),
+                                (ajeno, "un enlace que otro usuario")):
+            self.assertIn(porque, self.error("compress", self.clave, "-o", destino, **como))
+        self.assertFalse(real.exists())
+        self.corre("compress", self.clave, "-o", propio, **como)
+        self.assertEqual((real.stat().st_uid, propio.is_symlink()), (NADIE, True))
+        vetado.chmod(0o444)
+        self.assertIn("de solo lectura", self.error("compress", self.clave, "-o", vetado))
+        self.assertEqual(vetado.read_text(), "el de antes")
+        vetado.chmod(0o640)
+        os.chown(vetado, 12345, 23456)
+        self.corre("compress", self.clave, "-o", vetado)
+        e = vetado.stat()
+        self.assertEqual((e.st_uid, e.st_gid, e.st_mode & 0o7777), (12345, 23456, 0o640))
 
     def test_lo_que_no_mengua_va_con_lo_comprimido(self):
         self.pon("c/b.vol", os.urandom(MEBI))
@@ -155,6 +178,48 @@ class Faltas(Caso):
         self.assertIn("demasiado grande", mensaje)
         self.sigue_como_estaba(antes)
 
+    def con_estorbo(self, *opciones, **estorbos):
+        return self.error("compress", self.c, "-o", self.okz, *opciones, env=self.estorbado(**estorbos))
+
+    def test_lo_que_no_se_lee_de_un_fichero(self):
+        dentro = desordenado(300_000)
+        self.pon("c/1", dentro)
+        self.pon("c/2", "detrás")
+        mensaje = self.con_estorbo("--no-verify", leer="200000-200001")
+        self.assertRegex(mensaje, "^1 elemento .*/c/1»: el disco no responde bien; donde no se puede")
+        for dicho in self.error("check", self.okz), self.error_al_sacar():
+            self.assertIn("«c/1»: se guardó incompleto", dicho)
+        self.assertEqual((self.salida / "c/1").read_bytes(),
+                         dentro[:200_000] + bytes(704) + dentro[200_704:])
+        self.assertEqual((self.salida / "c/2").read_text(), "detrás")
+
+    def test_lo_que_no_se_lee_de_sus_atributos(self):
+        f = self.pon("c/1", "x")
+        self.pon("c/2", "detrás")
+        for n in range(20):
+            os.setxattr(f, f"user.%41{n}", b"valor")
+        self.assertRegex(self.con_estorbo(atributo="user.%417"),
+                         "^1 elemento .*faltan atributos de .*/c/1»: «user.%417»: el disco no responde")
+        self.assertEqual({*os.listxattr(f)} - {*os.listxattr(self.extrae() / "c/1")}, {"user.%417"})
+        self.okz.unlink()
+        self.assertRegex(self.con_estorbo(hincha="60000"), "/c/1»: «user.%41[0-9]+»: no cabe en este "
+                         "formato [(]y 3 más[)]")  # more than readers take of one entry
+        self.corre("check", self.okz)
+        self.assertEqual(self.sh('bsdtar -xOf "$1" c/2', self.d).stdout.decode(), "detrás")
+        self.okz.unlink()
+        os.setxattr(f, "user.a=b", b"valor")
+        self.assertIn("«user.a=b»: su nombre no cabe", self.con_estorbo())
+
+    def test_lo_que_dice_estar_vacio(self):
+        sistema = pathlib.Path("/proc/version")
+        self.comprime(sistema, self.pon("c/vacío"))
+        self.assertEqual((self.extrae() / "version").read_bytes(), sistema.read_bytes())
+        self.assertEqual((self.salida / "vacío").read_bytes(), b"")
+        for nombre, porque in (("mem", "no responde bien"), ("pagemap", "no dice cuánto contiene")):
+            mensaje = self.error("compress", f"/proc/self/{nombre}", self.c, "-o", self.d / "b.okz")
+            self.assertRegex(mensaje, f"1 elemento .*{nombre}».*{porque}")
+            (self.d / "b.okz").unlink()
+
     def guarda_mientras(self, cambia, falla=True):
         """What it said of a change in the middle of it, to a new archive. Reading
         goes ahead of compressing, but not as far as the first file goes."""
@@ -211,6 +276,26 @@ class Faltas(Caso):
             self.assertIn(f"1/1 ficheros (100.0%), {GRANDE} MiB", lineas)
             self.assertEqual(len(sale(f"cambiado {n}")), len(self.antes))
 
+    def test_un_enlace_en_lugar_de_una_carpeta(self):
+        self.pon("c/d/e/f", "propio")
+        self.pon("otra/e/f", "ajeno")
+
+        def cambia(_):
+            (self.c / "d").rename(self.c / "a")
+            (self.c / "d").symlink_to(self.d / "otra")
+
+        self.assertRegex(self.guarda_mientras(cambia)[-1], "1 elemento .*/c/d»")
+        self.assertEqual({p.read_text() for p in (self.extrae() / "c").rglob("f")}, {"propio"})
+
+    def test_aparece_otro_archivo(self):
+        """Whether there was one at the beginning or not."""
+        for n in "2", "3":
+            otro = self.pon("otro", n)
+            lineas = self.guarda_mientras(lambda _: otro.rename(self.okz))
+            self.assertRegex(lineas[-1], f"ha aparecido otro .*a [(]{n}[)].okz»$")
+            self.assertEqual(self.okz.read_text(), n)
+            self.corre("check", self.d / f"a ({n}).okz")
+
     def test_la_carpeta_del_archivo_cambia_de_sitio(self):
         self.okz = self.pon("donde/a.okz")
         lineas = self.guarda_mientras(lambda _: self.okz.parent.rename(self.d / "allí"))
@@ -219,11 +304,14 @@ class Faltas(Caso):
         self.assertEqual(list(self.lista()), ["c", "c/1"])
 
 
-@unittest.skipUnless(MENTIROSO, "no disk that lies was built")
 class Relectura(Caso):
-    def miente(self, como, *modo, falla=True):
+    def setUp(self):
+        super().setUp()
+        self.entorno = self.estorbado()
+
+    def miente(self, que, cual, *modo, falla=True):
         return self.comprime(self.c, *modo, nivel=None, falla=falla,
-                             env={**os.environ, "LD_PRELOAD": MENTIROSO, "MENTIRA": como})
+                             env={**self.entorno, "ESTORBO_" + que: str(cual)})
 
     def test_todo_se_compara(self):
         """Whatever becomes of a byte on its way: a hundred times of a hundred."""
@@ -234,13 +322,13 @@ class Relectura(Caso):
             bueno = self.okz.read_bytes()
             final = [len(bueno) - n for n in range(1, 180, 16)]  # what becomes of these shows nowhere else
             bits = [*range(0, 60, 8), *final, *random.sample(range(len(bueno)), 12)]
-            for mentira in (*(f"bit:{n}" for n in bits), *(f"corta:{n}" for n in range(2)), "comprime:0"):
-                self.assertEqual(self.miente(mentira, *modo).lineas,
+            for mentira in (*(("BIT", n) for n in bits[::PASO]), ("CORTA", 0), ("CORTA", 1), ("COMPRIME", 0)):
+                self.assertEqual(self.miente(*mentira, *modo).lineas,
                                  ["Error: lo guardado no se lee igual que lo leído"], (modo, mentira))
             self.assertEqual(self.okz.read_bytes(), bueno)
             self.assertEqual([*self.d.glob(".orcalin-*")], [])
 
     def test_si_no_se_pide_no_se_hace(self):
         self.pon("c/f", os.urandom(60_000))
-        self.miente("bit:30000", "--no-verify", falla=False)
+        self.miente("BIT", 30000, "--no-verify", falla=False)
         self.error("check", self.okz)

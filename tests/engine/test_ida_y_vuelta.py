@@ -21,7 +21,8 @@ class IdaYVuelta(Caso):
             self.pon(self.raiz / nombre, nombre)
         self.pon(self.raiz / "/".join(["carpeta de nombre largo"] * 12) / "ñandú", "hondo")
         os.symlink("carpetas", self.raiz / "a carpeta")
-        os.setxattr(self.raiz / "privado", "user.nota", b"uno\0dos")
+        for nombre in ("nota", "ñ", "\xf1 b\n", "ú"):
+            os.setxattr(self.raiz / "privado", "user." + nombre, b"uno\0dos" + os.fsencode(nombre))
         os.chmod(self.raiz / "programa", 0o4755)
         for nombre, hora in (("privado", -1_000000000), ("programa", 1), ("enlace", 0),
                              ("solo lectura", 4_000_000_000_000000001)):
@@ -72,6 +73,7 @@ class IdaYVuelta(Caso):
 class Fiel(Caso):
     def ida_y_vuelta(self):
         self.comprime(self.c)
+        self.corre("check", self.okz)
         self.assertEqual(diferencias(self.c, self.extrae() / "c"), [])
 
     def test_huecos(self):
@@ -136,6 +138,24 @@ class Fiel(Caso):
             self.pon(f"c/d{n}/f", str(n))
         self.pon("c/" + "/".join(f"nivel{n}" for n in range(450)) + "/f", "hondo")
         self.ida_y_vuelta()
+
+    def test_rutas_que_el_sistema_no_toma(self):
+        """Of more than 4,096 bytes; and of more than any reader takes."""
+        nombre, fd = "n" * 240, os.open(self.c, os.O_RDONLY)
+        for n in range(80):
+            os.mkdir(nombre, dir_fd=fd)
+            madre, fd = fd, os.open(nombre, os.O_RDONLY, dir_fd=fd)
+            os.close(madre)
+            if n == 30:
+                os.close(os.open("f", os.O_CREAT, dir_fd=fd))
+        os.close(fd)
+        mensaje = self.error("compress", self.c, "-o", self.okz)
+        self.assertRegex(mensaje, f"1 elemento .*no se puede guardar «{self.c}/n.*…».*demasiado largo")
+        self.assertEqual(sorted(self.lista())[-1], "c" + f"/{nombre}" * 67)
+        fuera = os.open(self.extrae() / "c", os.O_RDONLY)
+        for _ in range(31):
+            fuera = os.open(nombre, os.O_RDONLY, dir_fd=fuera)
+        self.assertEqual(set(os.listdir(fuera)), {nombre, "f"})
 
 
 class Fronteras(Caso):

@@ -39,7 +39,7 @@ void compruebaFuera() {
 }
 
 void saca(const char *pedida) {
-    const orcalin::Archivo abierto(archivo, "");
+    const orcalin::Archivo abierto(archivo, {});
     orcalin::Avisos avisos;
     orcalin::Extraccion(abierto, pedida, avisos).saca();
 }
@@ -78,10 +78,10 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *datos, std::size_t la
     // each opens the archive, with all that goes with it.
     switch (largo % 4) {
     case 0:
-        intenta([] { orcalin::lista({archivo, ""}); });
+        intenta([] { orcalin::lista({archivo, {}}); });
         break;
     case 1:
-        intenta([] { orcalin::comprueba({archivo, ""}); });
+        intenta([] { orcalin::comprueba({archivo, {}}); });
         break;
     case 2:
         intenta([] { saca(""); });
