@@ -5,6 +5,7 @@
 #include "saque/fallo_de_entrada.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <new>
 #include <optional>
 #include <sys/stat.h>
@@ -77,6 +78,11 @@ void Disco::permite(const std::string &ruta, mode_t permisos) {
 
 void Disco::acaba(bool leido) {
     faltaAlgo = !carpetas.acaba(leido);
+}
+
+void Disco::vuelca() const {
+    if (hechos.algoNuevo() && !carpetas.vuelca())
+        fallaDisco("no se puede sacar", errno);
 }
 
 Disco::Lugar Disco::lugar(const std::string &ruta) {
