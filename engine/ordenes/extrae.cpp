@@ -37,6 +37,7 @@ void extrae(const PedidoExtraer &pedido) {
     if (!extraccion.saca() && !pedido.todo)
         noEsta(pedido.entrada);
     avisos.remata("sacar bien");
+    extraccion.vuelca();
 }
 
 } // namespace orcalin

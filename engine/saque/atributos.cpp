@@ -4,7 +4,9 @@
 #include "tar/hora.h"
 
 #include <array>
+#include <cstring>
 #include <fcntl.h>
+#include <linux/limits.h>
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -80,6 +82,30 @@ Atributos leeAtributos(archive_entry *ficha, archive *cuentas) {
     }
     atributos.conHora = leeHora(ficha, atributos.hora);
     leeExtendidos(atributos, ficha, cuentas);
+    return atributos;
+}
+
+Atributos atributosDe(int fd, const struct stat &estado) {
+    Atributos atributos;
+    atributos.permisos = estado.st_mode & (esRoot() ? todos : todos & ~deRoot);
+    atributos.conDueno = esRoot();
+    atributos.usuario = estado.st_uid;
+    atributos.grupo = estado.st_gid;
+    atributos.conHora = true;
+    atributos.hora = estado.st_mtim;
+    std::string nombres(XATTR_LIST_MAX, '\0');
+    const ssize_t largo = flistxattr(fd, nombres.data(), nombres.size());
+    nombres.resize(largo > 0 ? static_cast<std::size_t>(largo) : 0);
+    for (std::size_t i = 0; i < nombres.size(); i += std::strlen(&nombres[i]) + 1) {
+        const std::string nombre = &nombres[i];
+        std::string valor(XATTR_SIZE_MAX, '\0');
+        const ssize_t bytes = fgetxattr(fd, nombre.c_str(), valor.data(), valor.size());
+        if (bytes < 0 || (!esRoot() && !nombre.starts_with("user.")))
+            continue;
+        valor.resize(static_cast<std::size_t>(bytes));
+        auto &donde = nombre.starts_with("system.") ? atributos.listas : atributos.extendidos;
+        donde.emplace_back(nombre, std::move(valor));
+    }
     return atributos;
 }
 

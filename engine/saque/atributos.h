@@ -4,6 +4,7 @@
 
 #include <ctime>
 #include <string>
+#include <sys/stat.h>
 #include <sys/types.h>
 #include <utility>
 #include <vector>
@@ -30,6 +31,9 @@ struct Atributos {
 
 /// `cuentas` is a writer to disk that finds out who a name stands for.
 Atributos leeAtributos(archive_entry *ficha, archive *cuentas);
+
+/// Those of a file that is there, open as `fd` and with the status `estado`.
+Atributos atributosDe(int fd, const struct stat &estado);
 
 /// Gives an open file or folder its attributes, except owner and mode if it has
 /// these. False if some could not be given.

@@ -226,7 +226,9 @@ CarpetaAbierta Carpetas::mira(Descriptor fd, bool nueva) {
     if (repasadas.insert(estado.st_ino).second && !nueva)
         limpiaProvisionales(fd.numero());
     const bool hereda = !sinLista || (estado.st_mode & S_ISGID) != 0;
-    return std::make_shared<const Carpeta>(Carpeta{std::move(fd), hereda});
+    auto carpeta = std::make_shared<const Carpeta>(Carpeta{std::move(fd), hereda});
+    discos.try_emplace(estado.st_dev, carpeta);
+    return carpeta;
 }
 
 bool Carpetas::acaba(bool leido) {
@@ -246,6 +248,13 @@ bool Carpetas::acaba(bool leido) {
     }
     porAcabar.clear();
     return forzadas.devuelve() && bien;
+}
+
+bool Carpetas::vuelca() const {
+    return std::all_of(discos.begin(), discos.end(), [](const auto &disco) {
+        // A folder that may only be entered is none to flush by.
+        return syncfs(disco.second->fd.numero()) == 0 || errno == EBADF;
+    });
 }
 
 bool Carpetas::ponSinDescribir(const std::string &ruta, bool leido) {

@@ -63,6 +63,10 @@ public:
     /// user may give.
     bool acaba(bool leido);
 
+    /// Flushes the disks that folders were opened on; false, with errno, if one
+    /// cannot be.
+    [[nodiscard]] bool vuelca() const;
+
 private:
     struct Guardada {
         CarpetaAbierta carpeta;
@@ -89,8 +93,9 @@ private:
     std::list<std::string> turnos;                             // the latest first
     std::unordered_map<std::string_view, Guardada> abiertas;   // the keys are in `turnos`
     std::map<std::string, std::optional<Atributos>> porAcabar; // without: described nowhere
-    std::unordered_set<ino_t> repasadas; // those where nothing of a dead run is left
-    CarpetaAbierta raiz;                 // not among those that give way to others
+    std::unordered_set<ino_t> repasadas;    // those where nothing of a dead run is left
+    std::map<dev_t, CarpetaAbierta> discos; // a folder of each
+    CarpetaAbierta raiz;                    // not among those that give way to others
     Forzadas forzadas;
 };
 

@@ -81,6 +81,11 @@ void Disco::acaba(bool leido) {
     faltaAlgo = !carpetas.acaba(leido);
 }
 
+void Disco::vuelca() const {
+    if (hechos.algoNuevo() && !carpetas.vuelca())
+        fallaDisco("no se puede sacar", errno);
+}
+
 Disco::Lugar Disco::lugar(const std::string &ruta) {
     if (!quedaDentro(ruta))
         throw FalloDeEntrada("su ruta sale de la carpeta de destino");

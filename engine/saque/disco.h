@@ -48,6 +48,9 @@ public:
     /// Carpetas::acaba()).
     void acaba(bool leido);
 
+    /// What was written is on the disk from here on. Throws FalloDeDisco.
+    void vuelca() const;
+
     /// Whether the last entry (after acaba(), some folder) came out without an
     /// attribute that this user may give.
     [[nodiscard]] bool incompleta() const { return faltaAlgo; }

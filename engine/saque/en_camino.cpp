@@ -21,8 +21,13 @@ bool noSabe(int numero) {
     return numero == EINVAL || numero == ENOSYS || numero == EOPNOTSUPP || numero == EPERM;
 }
 
-int renombra(int carpeta, const std::string &uno, const std::string &otro, unsigned como) {
-    return renameat2(carpeta, uno.c_str(), carpeta, otro.c_str(), como);
+int renombra(int carpeta, const std::string &uno, const std::string &otro) {
+    return renameat(carpeta, uno.c_str(), carpeta, otro.c_str());
+}
+
+/// Two names change places, in one step.
+int intercambia(int carpeta, const std::string &uno, const std::string &otro) {
+    return renameat2(carpeta, uno.c_str(), carpeta, otro.c_str(), RENAME_EXCHANGE);
 }
 
 /// A name that leads to an open file without one.
@@ -60,7 +65,7 @@ bool EnCamino::quedaSiCabe(const std::string &definitivo) {
 
 void EnCamino::ocupa(const std::string &definitivo) {
     const int carpeta = madre->fd.numero();
-    if (renombra(carpeta, nombre, definitivo, 0) == 0) {
+    if (renombra(carpeta, nombre, definitivo) == 0) {
         // Between two names of one file a rename does nothing.
         unlinkat(carpeta, nombre.c_str(), 0);
         llegado = true;
@@ -68,11 +73,11 @@ void EnCamino::ocupa(const std::string &definitivo) {
     }
     if (errno != EISDIR)
         fallaEntrada(errno);
-    if (renombra(carpeta, nombre, definitivo, RENAME_EXCHANGE) == 0) {
+    if (intercambia(carpeta, nombre, definitivo) == 0) {
         llegado = unlinkat(carpeta, nombre.c_str(), AT_REMOVEDIR) == 0;
         const int porque = errno;
         if (!llegado) {
-            renombra(carpeta, nombre, definitivo, RENAME_EXCHANGE);
+            intercambia(carpeta, nombre, definitivo);
             fallaEntrada(porque);
         }
         return;
@@ -147,10 +152,10 @@ void ponCarpetaEnLugarDe(const CarpetaAbierta &carpeta, const std::string &nombr
     if (mkdirat(madre, nueva.c_str(), soloMia) != 0)
         fallaEntrada(errno);
     std::string vieja = nueva; // that is where an exchange leaves it
-    bool bien = renombra(madre, nueva, nombre, RENAME_EXCHANGE) == 0;
+    bool bien = intercambia(madre, nueva, nombre) == 0;
     if (!bien && noSabe(errno)) {
         vieja = nombreProvisional();
-        bien = renombra(madre, nombre, vieja, 0) == 0 && renombra(madre, nueva, nombre, 0) == 0;
+        bien = renombra(madre, nombre, vieja) == 0 && renombra(madre, nueva, nombre) == 0;
     }
     if (!bien) {
         const int porque = errno;

@@ -55,6 +55,11 @@ bool Extraccion::saca() {
     return algo;
 }
 
+void Extraccion::vuelca() const {
+    if (escritor)
+        escritor->vuelca();
+}
+
 Disco &Extraccion::disco() {
     if (!escritor)
         escritor.emplace(destino.abre(), reemplaza);

@@ -39,6 +39,9 @@ public:
     /// missing but something is wrong all the same.
     bool saca();
 
+    /// After saca(): what came out is on the disk from here on. Throws Fallo.
+    void vuelca() const;
+
 private:
     bool porIndice();
     void cumple(const Indice &indice);

@@ -47,14 +47,6 @@ bool mide(int fd, off_t bytes) {
     return fstat(fd, &estado) == 0 && estado.st_size == bytes;
 }
 
-/// Where from `desde` on there are data again; `bytes` if only a hole is left.
-off_t trasElHueco(int fd, off_t desde, off_t bytes) {
-    const off_t datos = lseek(fd, desde, SEEK_DATA);
-    if (datos >= 0)
-        return std::min(datos, bytes);
-    return errno == ENXIO ? bytes : desde;
-}
-
 bool mismoContenido(int uno, int otro, off_t bytes) {
     std::vector<unsigned char> deUno(largoBloque);
     std::vector<unsigned char> deOtro(largoBloque);
@@ -72,6 +64,13 @@ bool mismoContenido(int uno, int otro, off_t bytes) {
 }
 
 } // namespace
+
+off_t trasElHueco(int fd, off_t desde, off_t bytes) {
+    const off_t datos = lseek(fd, desde, SEEK_DATA);
+    if (datos >= 0)
+        return std::min(datos, bytes);
+    return errno == ENXIO ? bytes : desde;
+}
 
 bool esFicheroCon(int carpeta, const std::string &nombre, Octetos contenido) {
     const auto fd = abreSiMide(carpeta, nombre, static_cast<off_t>(contenido.size()));

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 
 namespace orcalin {
 
@@ -19,5 +20,9 @@ bool esFicheroComo(int carpeta, const std::string &nombre, int fd);
 
 /// A symbolic link with this text.
 bool esEnlaceA(int carpeta, const std::string &nombre, std::string_view destino);
+
+/// Where in the open file from `desde` on there are data; `bytes`, its size, if
+/// only a hole is left.
+off_t trasElHueco(int fd, off_t desde, off_t bytes);
 
 } // namespace orcalin

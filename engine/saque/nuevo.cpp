@@ -1,5 +1,6 @@
 #include "saque/nuevo.h"
 
+#include "comun/medidas.h"
 #include "comun/senales.h"
 #include "flujo/provisional.h"
 #include "saque/fallo_de_entrada.h"
@@ -15,6 +16,7 @@ namespace orcalin {
 namespace {
 
 constexpr mode_t soloMio = 0600;
+constexpr std::size_t largoBloque = 256 * kibi;
 
 void escribe(int fd, Octetos datos) {
     while (!datos.empty()) {
@@ -28,6 +30,13 @@ void escribe(int fd, Octetos datos) {
 
 bool bastaConCrear(const Atributos &atributos, const CarpetaAbierta &carpeta) {
     return atributos.bastaConCrear() && !carpeta->hereda;
+}
+
+/// Another file system, one without hard links or a file with too many; what
+/// the system says of files of others.
+bool noSeEnlaza(int numero) {
+    return numero == EXDEV || numero == EMLINK || numero == EPERM || numero == EOPNOTSUPP ||
+           numero == ENOSYS;
 }
 
 /// What a call that must not replace anything has brought.
@@ -124,13 +133,47 @@ NuevoNombre::NuevoNombre(CarpetaAbierta carpetaDada, CarpetaAbierta otraDada, st
     , deAntes(std::move(nombre)) {}
 
 bool NuevoNombre::aparece(const std::string &nombre) {
-    return apareceSi(linkat(otra->fd.numero(), deAntes.c_str(), madre(), nombre.c_str(), 0));
+    if (fichero)
+        return fichero->aparece(nombre);
+    if (linkat(otra->fd.numero(), deAntes.c_str(), madre(), nombre.c_str(), 0) == 0)
+        return true;
+    if (!noSeEnlaza(errno))
+        return apareceSi(-1);
+    copia();
+    return fichero->aparece(nombre);
 }
 
 bool NuevoNombre::esComo(const std::string &nombre) const {
-    const Descriptor fd(openat(otra->fd.numero(), deAntes.c_str(),
-                               O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const auto fd = abre();
     return fd.valido() && esFicheroComo(madre(), nombre, fd.numero());
+}
+
+Descriptor NuevoNombre::abre() const {
+    return Descriptor(openat(otra->fd.numero(), deAntes.c_str(),
+                             O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+}
+
+void NuevoNombre::copia() {
+    const auto fd = abre();
+    struct stat estado {};
+    if (!fd.valido() || fstat(fd.numero(), &estado) != 0)
+        fallaEntrada(errno);
+    fichero.emplace(carpeta, soloMio);
+    Bloque bloque(largoBloque);
+    for (off_t desde = trasElHueco(fd.numero(), 0, estado.st_size); desde < estado.st_size;
+         desde = trasElHueco(fd.numero(), desde, estado.st_size)) {
+        const ssize_t leidos = pread(fd.numero(), bloque.data(), bloque.size(), desde);
+        if (leidos < 0 && errno != EINTR)
+            fallaEntrada(errno);
+        if (leidos == 0)
+            break;
+        if (leidos > 0) {
+            fichero->escribe(desde, Octetos(bloque).first(static_cast<std::size_t>(leidos)));
+            desde += leidos;
+        }
+    }
+    fichero->alarga(estado.st_size);
+    falta = !ponAtributos(fichero->descriptor(), atributosDe(fd.numero(), estado), false);
 }
 
 } // namespace orcalin

@@ -84,7 +84,8 @@ private:
     const Atributos &atributos;
 };
 
-/// Another name of a regular file.
+/// Another name of a regular file; a copy of it where the disk has no such
+/// names, or no more of them.
 class NuevoNombre : public Nuevo {
 public:
     /// The file is called `nombre` in the folder `otra`.
@@ -93,8 +94,12 @@ public:
     [[nodiscard]] bool esComo(const std::string &nombre) const override;
 
 private:
+    [[nodiscard]] Descriptor abre() const;
+    void copia();
+
     CarpetaAbierta otra;
     std::string deAntes;
+    std::optional<FicheroNuevo> fichero; // the copy
 };
 
 } // namespace orcalin

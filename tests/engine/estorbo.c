@@ -4,6 +4,7 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <lzma.h>
+#include <stdarg.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -31,6 +32,23 @@ int linkat(int de, const char *viejo, int a, const char *nuevo, int como) {
     if (como_se_puede && strcmp(como_se_puede, "link") != 0)
         return niega(EPERM);
     return EL_DE_VERDAD(linkat)(de, viejo, a, nuevo, como);
+}
+
+/* Nor, but for "link", a file without a name, which would get one by a link. */
+int openat(int carpeta, const char *ruta, int como, ...) {
+    const char *como_se_puede = getenv("ESTORBO_RENOMBRAR");
+    if (como_se_puede && strcmp(como_se_puede, "link") != 0 && (como & O_TMPFILE) == O_TMPFILE)
+        return niega(EOPNOTSUPP);
+    va_list demas;
+    va_start(demas, como);
+    const mode_t permisos = va_arg(demas, mode_t);
+    va_end(demas);
+    return EL_DE_VERDAD(openat)(carpeta, ruta, como, permisos);
+}
+
+/* ESTORBO_VOLCAR: no disk can be flushed as a whole. */
+int syncfs(int fd) {
+    return getenv("ESTORBO_VOLCAR") ? niega(EIO) : EL_DE_VERDAD(syncfs)(fd);
 }
 
 /* ESTORBO_LEER=FROM-TO: these bytes of every file cannot be read. */

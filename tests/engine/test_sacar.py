@@ -57,6 +57,11 @@ class UnaEntrada(Caso):
         for entrada in ("c/no", "c/su", "", ".", "./", "/c", "c/sub/a/b", "mal\\escrito",
                         "contraseña"):  # which may not pass for the request of one
             self.assertIn("no está en el archivo: «", self.error_al_sacar("--file", entrada))
+        self.assertFalse(self.salida.exists())
+        self.salida = self.d / "una/dos"
+        self.okz.write_bytes(semillas.marco(semillas.tar([("../f", FICHERO, "mal"), ("d/p", tarfile.FIFOTYPE, "")])[0]))
+        self.assertIn("2 elementos", self.error_al_sacar())  # nothing came out at all
+        self.assertFalse(self.salida.parent.exists())
 
 
 class Hostiles(Caso):
@@ -172,6 +177,33 @@ class LoQueHabia(Caso):
         self.assertEqual(self.otros("--replace"), ({}, []))
         os.utime(self.c, ns=(0, self.salida.stat().st_mtime_ns))
         self.assertEqual(diferencias(self.c, self.salida), [])
+
+    def test_en_un_disco_sencillo(self):
+        """Without hard links, files without a name, and renames that replace nothing or exchange."""
+        sencillo = {"env": self.estorbado(renombrar="nada")}
+        os.chmod(self.c / "foto.jpg", 0o640)
+        os.setxattr(self.c / "foto.jpg", "user.nota", b"x")
+        self.comprime(*sorted(self.c.iterdir()))
+        self.pon("salida/grande.bin", "viejo")
+        self.pon("salida/x", "viejo")
+        nombres = {"grande.bin": "grande (2).bin", "x": "x (2)"}
+        self.assertEqual(self.otros(**sencillo), (nombres, ["Aviso: 2 salieron con otro nombre"]))
+        una, otra = (huella(self.salida)[n] for n in (b"foto.jpg", b"otra.jpg"))
+        self.assertEqual((*una[:3], una[4]), (*otra[:3], otra[4]))  # but for its first name
+        self.assertFalse(os.path.samefile(self.salida / "foto.jpg", self.salida / "otra.jpg"))
+        for nombre in ("grande.bin", "x"):
+            self.assertEqual((self.salida / nombre).read_text(), "viejo")
+            self.assertEqual(diferencias(self.c / nombre, self.salida / nombres[nombre]), [])
+        for argumentos in ((), ("--replace",)):
+            self.assertEqual(self.otros(*argumentos, **sencillo), ({}, []))
+        for nombre in ("grande.bin", "x"):
+            self.assertEqual(diferencias(self.c / nombre, self.salida / nombre), [])
+        self.assertEqual([*self.salida.glob(".*tmp")], [])
+
+    def test_lo_que_sale_llega_al_disco(self):
+        mudo = {"env": self.estorbado(volcar="no")}
+        self.assertEqual(self.error_al_sacar(**mudo), "no se puede sacar: el disco no responde bien")
+        self.extrae(**mudo)  # there is nothing new to flush
 
     def test_muchos(self):
         for n in range(25):
@@ -394,7 +426,7 @@ class Danos(Caso):
         self.assertEqual((self.salida / "c/29").read_text(), buenos["c/29"])
 
     def test_lo_que_el_indice_dice_de_otro_modo(self):
-        for donde, que in ((b"\x01a-", b"\x01A-"), (b"\xed\x03", b"\xec\x03")):
+        for donde, que in ((b"\x01a-", b"\x01A-"), (b"\xf0\x15", b"\xf1\x15")):
             self.okz.write_bytes(semillas.archivo(semillas.entradas(0), cambia=lambda c: c.replace(donde, que, 1)))
             self.assertEqual(self.error_al_sacar(), "el índice no dice lo que hay en el archivo")
             self.assertEqual((self.salida / "a").read_text(), "hola" * 700)
