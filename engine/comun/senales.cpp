@@ -20,6 +20,7 @@
 #include <thread>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace orcalin {
 namespace {
@@ -33,6 +34,9 @@ std::atomic<unsigned> pasos = 0;         // of giving back space
 std::mutex cerrojo; // held while a file appears, and while it gets its name
 int carpetaDelEfimero = -1;
 std::array<char, NAME_MAX + 1> nombreDelEfimero{}; // empty: there is none
+
+std::mutex turnoDeRemedios;
+std::vector<const std::function<void()> *> remedios; // what AlCancelar objects have
 
 /// From the first phase to another, unless everything is over. Once a cancel has
 /// begun nobody comes back from here: the process is about to end.
@@ -67,10 +71,8 @@ void vacia(int fd, off_t bytes) {
 
 /// Removes the ephemeral file and gives back its space, which takes the system
 /// seconds for some gigabytes; left to the end of the process, they would come
-/// between the last words and the end. The lock is kept, so that nothing appears
-/// any more.
-void deshaz() {
-    cerrojo.lock();
+/// between the last words and the end.
+void borraElEfimero() {
     if (nombreDelEfimero[0] == '\0')
         return;
     const Descriptor fd(openat(carpetaDelEfimero, nombreDelEfimero.data(),
@@ -80,6 +82,21 @@ void deshaz() {
     struct stat estado {};
     if (fd.valido() && fstat(fd.numero(), &estado) == 0 && estado.st_nlink == 0)
         vacia(fd.numero(), estado.st_size);
+}
+
+void remedia() {
+    const std::lock_guard guarda(turnoDeRemedios);
+    for (const auto *remedio : remedios) {
+        (*remedio)();
+        ++pasos;
+    }
+}
+
+/// The lock is kept, so that nothing appears any more.
+void deshaz() {
+    cerrojo.lock();
+    borraElEfimero();
+    remedia();
 }
 
 /// A disk that no longer answers may take for ever, and hold the lock as long.
@@ -189,6 +206,17 @@ int consagraEfimero(const char *definitivo, bool reemplaza) {
     fase = resultado == 0 ? Fase::terminada : Fase::enMarcha;
     fase.notify_all();
     return resultado;
+}
+
+AlCancelar::AlCancelar(std::function<void()> remedioDado)
+    : remedio(std::move(remedioDado)) {
+    const std::lock_guard guarda(turnoDeRemedios);
+    remedios.push_back(&remedio);
+}
+
+AlCancelar::~AlCancelar() {
+    const std::lock_guard guarda(turnoDeRemedios);
+    std::erase(remedios, &remedio);
 }
 
 void yaNoSeCancela() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -40,6 +41,21 @@ void sueltaEfimero();
 /// file is there and cancelling is over. Returns what renameat(2) does, or not at
 /// all after a cancel.
 int consagraEfimero(const char *definitivo, bool reemplaza);
+
+/// Something that a cancel must put back, beside the ephemeral file.
+class AlCancelar {
+public:
+    /// As long as this lives, a cancel calls `remedio` once, on a thread of its
+    /// own, after the ephemeral file is gone and before its last words; the process
+    /// goes on meanwhile, but this cannot go before `remedio` returns.
+    explicit AlCancelar(std::function<void()> remedio);
+    AlCancelar(const AlCancelar &) = delete;
+    AlCancelar &operator=(const AlCancelar &) = delete;
+    ~AlCancelar();
+
+private:
+    const std::function<void()> remedio;
+};
 
 /// Cancelling is over: the three signals do nothing from here on. If one has come
 /// already this does not return, and the process ends.

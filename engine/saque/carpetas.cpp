@@ -44,17 +44,6 @@ Descriptor abreEn(int madre, const char *nombre) {
     return fd;
 }
 
-/// What is in a folder comes back also if its owner has closed it since: it is
-/// open to them until the end.
-Descriptor abrePaso(Descriptor fd) {
-    // A descriptor that is not for reading has no mode to change but by its path.
-    const std::string propia = "/proc/self/fd/" + std::to_string(fd.numero());
-    if (chmod(propia.c_str(), S_IRWXU) != 0)
-        fallaEntrada(errno);
-    Descriptor abierta = abreEn(fd.numero(), ".");
-    return abierta.valido() ? std::move(abierta) : std::move(fd);
-}
-
 /// As if the folder had been made with these permissions, in a folder that hands
 /// on its group or its access list.
 bool abrePara(int fd, mode_t permisos) {
@@ -74,9 +63,9 @@ Carpetas::Carpetas(Descriptor destino, mode_t permisosDados, bool reemplazaDado,
     : permisos(permisosDados)
     , reemplaza(reemplazaDado)
     , sacados(sacadosDados)
-    , abiertasALaVez(cuantasAbiertas()) {
-    raiz = mira(std::move(destino), "", false);
-}
+    , abiertasALaVez(cuantasAbiertas())
+    , raiz(mira(std::move(destino), false))
+    , forzadas(raiz) {}
 
 CarpetaAbierta Carpetas::abre(std::string_view ruta) {
     if (ruta.size() > rutaMaxima)
@@ -207,7 +196,9 @@ Descriptor Carpetas::conNumero(const CarpetaAbierta &desde, const std::string &r
 }
 
 CarpetaAbierta Carpetas::guarda(std::string_view ruta, Descriptor fd, bool nueva) {
-    CarpetaAbierta carpeta = mira(std::move(fd), ruta, nueva);
+    if (!nueva)
+        fd = abrePaso(std::move(fd), ruta);
+    CarpetaAbierta carpeta = mira(std::move(fd), nueva);
     if (abiertas.size() >= abiertasALaVez)
         cierra(turnos.back());
     turnos.emplace_front(ruta);
@@ -215,15 +206,23 @@ CarpetaAbierta Carpetas::guarda(std::string_view ruta, Descriptor fd, bool nueva
     return carpeta;
 }
 
-CarpetaAbierta Carpetas::mira(Descriptor fd, std::string_view ruta, bool nueva) {
+/// What is in a folder comes back also if its owner has closed it since: it is
+/// open to them until the end.
+Descriptor Carpetas::abrePaso(Descriptor fd, std::string_view ruta) {
     struct stat estado {};
     if (fstat(fd.numero(), &estado) != 0)
         fallaEntrada(errno);
-    const bool mia = estado.st_uid == geteuid() && estado.st_uid != 0;
-    if (mia && (estado.st_mode & S_IRWXU) != S_IRWXU && !ruta.empty()) {
-        fd = abrePaso(std::move(fd));
-        aLaFuerza.emplace_back(ruta, estado.st_mode & 07777);
-    }
+    if (estado.st_uid == 0 || estado.st_uid != geteuid() || (estado.st_mode & S_IRWXU) == S_IRWXU)
+        return fd;
+    forzadas.abre(fd.numero(), sacados.real(ruta), estado.st_mode & 07777);
+    Descriptor abierta = abreEn(fd.numero(), ".");
+    return abierta.valido() ? std::move(abierta) : std::move(fd);
+}
+
+CarpetaAbierta Carpetas::mira(Descriptor fd, bool nueva) {
+    struct stat estado {};
+    if (fstat(fd.numero(), &estado) != 0)
+        fallaEntrada(errno);
     // It may fail for other reasons than that there is no list: better to think there is.
     const bool sinLista = fgetxattr(fd.numero(), "system.posix_acl_default", nullptr, 0) < 0 &&
                           (errno == ENODATA || errno == EOPNOTSUPP);
@@ -235,25 +234,21 @@ CarpetaAbierta Carpetas::mira(Descriptor fd, std::string_view ruta, bool nueva) 
 
 bool Carpetas::acaba(bool leido) {
     bool bien = true;
-    for (const auto &[ruta, permisosDeAntes] : aLaFuerza) {
-        Atributos deAntes;
-        deAntes.permisos = permisosDeAntes;
-        porAcabar.try_emplace(ruta, deAntes);
-    }
     // Inner folders first.
     for (auto i = porAcabar.rbegin(); i != porAcabar.rend(); ++i) {
         try {
             const auto &[ruta, atributos] = *i;
-            if (atributos)
+            if (atributos) {
+                forzadas.olvida(sacados.real(ruta));
                 bien = ponAtributos(abre(ruta)->fd.numero(), *atributos, false) && bien;
-            else
+            } else
                 bien = ponSinDescribir(ruta, leido) && bien;
         } catch (const FalloDeEntrada &) {
             bien = false;
         }
     }
     porAcabar.clear();
-    return bien;
+    return forzadas.devuelve() && bien;
 }
 
 bool Carpetas::ponSinDescribir(const std::string &ruta, bool leido) {

@@ -2,6 +2,7 @@
 
 #include "saque/atributos.h"
 #include "saque/carpeta.h"
+#include "saque/forzadas.h"
 #include "saque/hermanos.h"
 #include "saque/sacados.h"
 
@@ -13,8 +14,6 @@
 #include <sys/types.h>
 #include <unordered_map>
 #include <unordered_set>
-#include <utility>
-#include <vector>
 
 namespace orcalin {
 
@@ -78,7 +77,8 @@ private:
                          bool creando, bool &nueva);
     void cierra(std::string_view ruta);
     CarpetaAbierta guarda(std::string_view ruta, Descriptor fd, bool nueva);
-    CarpetaAbierta mira(Descriptor fd, std::string_view ruta, bool nueva);
+    Descriptor abrePaso(Descriptor fd, std::string_view ruta);
+    CarpetaAbierta mira(Descriptor fd, bool nueva);
     bool ponSinDescribir(const std::string &ruta, bool leido);
 
     mode_t permisos;
@@ -86,12 +86,12 @@ private:
     Sacados &sacados;
     Hermanos hermanos;
     std::size_t abiertasALaVez;
-    CarpetaAbierta raiz;           // not among those that give way to others
-    std::list<std::string> turnos; // the latest first
+    std::list<std::string> turnos;                             // the latest first
     std::unordered_map<std::string_view, Guardada> abiertas;   // the keys are in `turnos`
     std::map<std::string, std::optional<Atributos>> porAcabar; // without: described nowhere
-    std::vector<std::pair<std::string, mode_t>> aLaFuerza;
     std::unordered_set<ino_t> repasadas; // those where nothing of a dead run is left
+    CarpetaAbierta raiz;                 // not among those that give way to others
+    Forzadas forzadas;
 };
 
 } // namespace orcalin

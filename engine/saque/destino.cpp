@@ -9,6 +9,10 @@
 namespace orcalin {
 
 Destino::~Destino() {
+    retira();
+}
+
+void Destino::retira() const {
     for (const auto &hecha : hechas)
         rmdir(hecha.c_str());
 }
@@ -18,6 +22,7 @@ Descriptor Destino::abre() {
     for (auto falta = ruta; !falta.empty() && !exists(falta, error); falta = falta.parent_path())
         hechas.push_back(falta);
     create_directories(ruta, error);
+    remedio.emplace([this] { retira(); });
     if (error)
         fallaDisco("no se puede crear la carpeta de destino", error.value());
     Descriptor fd(open(ruta.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "comun/senales.h"
 #include "flujo/descriptor.h"
 
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 namespace orcalin {
@@ -22,8 +24,11 @@ public:
     Descriptor abre();
 
 private:
+    void retira() const;
+
     std::filesystem::path ruta;
     std::vector<std::filesystem::path> hechas; // inner ones first
+    std::optional<AlCancelar> remedio;
 };
 
 } // namespace orcalin

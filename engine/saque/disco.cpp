@@ -114,15 +114,16 @@ void Disco::sacaEnlace(archive_entry *ficha, const std::string &como) {
 }
 
 void Disco::coloca(Nuevo &nuevo, const std::string &como, Sacados::Que que) {
-    if (hechos.esNuestro(como) || carpetas.esNuestra(como))
+    std::string nombre = hechos.nombre(como);
+    bool escrito = nombre == nombreDe(como) && nuevo.aparece(nombre);
+    if (!escrito && (hechos.esNuestro(como) || carpetas.esNuestra(como)))
         return cambia(nuevo, como, que);
-    std::string nombre(nombreDe(como));
-    bool escrito = nuevo.aparece(nombre);
     if (!escrito && reemplaza) {
         nuevo.ocupa(nombre);
         carpetas.olvida(como);
         escrito = true;
     } else if (!escrito) {
+        nombre = nombreDe(como);
         const auto hallado = igual(nuevo, nombre, "");
         escrito = hallado.empty();
         nombre = escrito ? conNumero(nuevo, nombre, escrito) : hallado;

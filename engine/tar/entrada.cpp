@@ -2,6 +2,8 @@
 
 #include "comun/fallo.h"
 
+#include <sys/stat.h>
+
 namespace orcalin {
 namespace {
 
@@ -28,6 +30,24 @@ char tipoDe(archive_entry *ficha) {
     }
 }
 
+/// As the system has them: beside a list of access its mask stands for the group,
+/// in whose place the library puts what that list has for the group alone.
+mode_t permisosDe(archive_entry *ficha) {
+    constexpr int lista = ARCHIVE_ENTRY_ACL_TYPE_ACCESS;
+    const mode_t permisos = archive_entry_perm(ficha) & bitsDePermiso;
+    archive_entry_acl_reset(ficha, lista);
+    int tipo = 0;
+    int suyos = 0;
+    int marca = 0;
+    int quien = 0;
+    const char *nombre = nullptr;
+    while (archive_entry_acl_next(ficha, lista, &tipo, &suyos, &marca, &quien, &nombre) ==
+           ARCHIVE_OK)
+        if (marca == ARCHIVE_ENTRY_ACL_MASK)
+            return (permisos & ~mode_t{S_IRWXG}) | (static_cast<mode_t>(suyos) & 7U) << 3U;
+    return permisos;
+}
+
 } // namespace
 
 Entrada describe(archive_entry *ficha) {
@@ -36,7 +56,7 @@ Entrada describe(archive_entry *ficha) {
         throw Fallo("el archivo está dañado");
     Entrada entrada;
     entrada.ruta = normaliza(ruta);
-    entrada.permisos = archive_entry_perm(ficha) & bitsDePermiso;
+    entrada.permisos = permisosDe(ficha);
     if (const char *otra = archive_entry_hardlink(ficha)) {
         entrada.tipo = 'h';
         entrada.enlace = normaliza(otra);

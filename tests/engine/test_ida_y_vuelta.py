@@ -73,6 +73,7 @@ class IdaYVuelta(Caso):
 class Fiel(Caso):
     def ida_y_vuelta(self):
         self.comprime(self.c)
+        self.corre("check", self.okz)
         self.assertEqual(diferencias(self.c, self.extrae() / "c"), [])
 
     def test_huecos(self):

@@ -4,11 +4,12 @@ import hashlib
 import os
 import re
 import shutil
+import stat
 import subprocess
 import tarfile
 
 from fuzz import semillas
-from motor import MEBI, MOTOR, PASO, Caso, cambiado, desordenado
+from motor import MEBI, MOTOR, NADIE, PASO, Caso, cambiado, desordenado
 from huellas import diferencias, huella
 
 FICHERO, CARPETA, ENLACE, DURO = tarfile.REGTYPE, tarfile.DIRTYPE, tarfile.SYMTYPE, tarfile.LNKTYPE
@@ -203,6 +204,76 @@ class LoQueHabia(Caso):
                              {"f": "del usuario", "f (2)": "dos"})
 
 
+class Permisos(Caso):
+    """No folder is open for a moment to those whom its archive keeps out, and
+    those that were there are in the end as they were."""
+
+    def modos(self, *rutas):
+        return [stat.S_IMODE((self.salida / ruta).stat().st_mode) for ruta in rutas]
+
+    def setUp(self):
+        super().setUp()
+        self.addCleanup(os.umask, os.umask(0o022))
+
+    def test_las_nuevas(self):
+        self.pon("c/privada/honda/f", "f" * 3000)
+        self.pon("c/privada/g", "g" * 3000)
+        for carpeta, modo in (("privada/honda", 0o750), ("privada", 0o700), ("", 0o755)):
+            os.chmod(self.c / carpeta, modo)
+        self.comprime(self.c)
+        carpetas = ("c/privada/honda", "c/privada", "c")
+        self.extrae()
+        self.assertEqual(self.modos(*carpetas), [0o750, 0o700, 0o755])
+        self.assertEqual(self.modos("."), [0o755])
+        shutil.rmtree(self.salida)
+        self.extrae("--file", "c/privada/g")  # which alone says nothing of them
+        self.assertEqual(self.modos(*carpetas[1:]), [0o700, 0o755])
+        shutil.rmtree(self.salida)
+        self.sh('tar -cf - c/privada/honda/f c/privada/g | zstd -qfo "$1"', self.d)
+        self.extrae()  # nor is there anything else
+        self.assertEqual(self.modos(*carpetas), [0o755] * 3)
+        shutil.rmtree(self.salida)
+        crudo = semillas.tar([("c/privada/f", FICHERO, "f"), ("c/g", FICHERO, "g"), ("c/privada", CARPETA, "")])[0]
+        self.okz.write_bytes(semillas.marco(crudo[:3000]))
+        self.error_al_sacar()  # before it came to that
+        self.assertEqual(self.modos("c/privada"), [0o700])
+
+    def test_las_que_estaban(self):
+        como = self.como_nadie()
+        self.pon("c/cerrada/honda/f", desordenado(MEBI))
+        self.pon("c/cerrada/z", desordenado(150 * MEBI))
+        self.comprime(self.c)
+        bueno = self.okz.read_bytes()
+        carpetas = ("c", "c/cerrada", "c/cerrada/honda")
+        modos = [0o500, 0o050, 0o2]
+
+        def prepara():
+            shutil.rmtree(self.salida, ignore_errors=True)
+            (self.salida / carpetas[-1]).mkdir(parents=True)
+            for carpeta, modo in reversed([("", 0o700), *zip(carpetas, modos)]):
+                os.chown(self.salida / carpeta, NADIE, NADIE)
+                os.utime(self.salida / carpeta, (5, 5))
+                os.chmod(self.salida / carpeta, modo)
+
+        for datos, opciones in ((bueno, ()), (cambiado(bueno, 10_000), ()), (bueno[:MEBI // 2], ()),
+                                (bueno, ("--file", "c/cerrada/honda"))):
+            prepara()
+            self.okz.write_bytes(datos)
+            self.corre("extract", self.okz, "-o", self.salida, *opciones, falla=None, **como)
+            self.assertEqual(self.modos(*carpetas), modos)
+        prepara()
+        self.okz.write_bytes(bueno)
+        p = subprocess.Popen([MOTOR, "extract", self.okz, "-o", self.salida], stderr=subprocess.PIPE, **como)
+        while p.poll() is None and self.modos(*carpetas)[1] == modos[1]:
+            pass
+        p.terminate()
+        self.assertEqual(self.termina(p, True).lineas, ["Error: extracción cancelada"])
+        self.assertEqual(self.modos(*carpetas), modos)
+        prepara()
+        self.extrae("--replace", **como)
+        self.assertEqual(self.modos(*carpetas), [0o755] * 3)
+
+
 class Indice(Caso):
     def pon_con(self, cambia=lambda indice: indice, **mentiras):
         self.okz.write_bytes(semillas.archivo(semillas.entradas(0), cambia=cambia, **mentiras))
@@ -279,9 +350,8 @@ class Danos(Caso):
         for trozo in trozos:
             self.assertIn(trozo, datos)
             i = datos.index(trozo)
-            # Of a frame of version 1 nothing tells but a block that is none.
-            i = datos.rindex(b"\x28\xb5\x2f\xfd", 0, i) + (13 if version == 1 else 100)
-            datos = cambiado(datos, i, 6)
+            # A block that is none, since the frames have no checksum of their own.
+            datos = cambiado(datos, datos.rindex(b"\x28\xb5\x2f\xfd", 0, i) + 13, 6)
         self.okz.write_bytes(datos)
         return {nombre: contenido for nombre, tipo, contenido in entradas if tipo == FICHERO}
 
