@@ -3,18 +3,22 @@
 #include "comun/fallo.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace orcalin {
 
-FuenteSumada::FuenteSumada(std::unique_ptr<Fuente> tarDado, const Indice &indiceDado)
-    : tar(std::move(tarDado))
-    , indice(indiceDado)
-    , faltan(indice.crudoDe(0)) {}
+FuenteSumada::FuenteSumada(AbreMarco abreDado, const Indice &indiceDado)
+    : abre(std::move(abreDado))
+    , indice(indiceDado) {}
 
 std::size_t FuenteSumada::lee(Hueco hueco) {
     if (marco == indice.marcos().size())
-        return tar->lee(hueco);
+        return 0;
+    if (!tar) {
+        tar = abre(marco);
+        faltan = indice.crudoDe(marco);
+    }
     const auto leidos = tar->lee(hueco.first(std::min<std::uint64_t>(hueco.size(), faltan)));
     if (leidos == 0)
         throw Fallo("el archivo está incompleto");
@@ -26,12 +30,13 @@ std::size_t FuenteSumada::lee(Hueco hueco) {
 }
 
 void FuenteSumada::acabaMarco() {
+    std::array<unsigned char, 1> sobra{};
     const auto suma = sumador.acaba();
     const auto &buena = indice.marcos()[marco].suma;
-    if (buena && *buena != suma)
+    if ((buena && *buena != suma) || tar->lee(sobra) > 0)
         throw Fallo("el archivo está dañado");
-    if (++marco < indice.marcos().size())
-        faltan = indice.crudoDe(marco);
+    tar.reset();
+    ++marco;
 }
 
 } // namespace orcalin

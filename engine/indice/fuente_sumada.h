@@ -2,26 +2,33 @@
 
 #include "indice/indice.h"
 
+#include <functional>
+
 namespace orcalin {
 
-/// A tar stream on its way, whose frames are compared with the sums that an
-/// index has of them.
+/// A tar stream made of the frames that an index names, each read by itself from
+/// the place that it is said to have, and compared with the sum that it is said
+/// to have.
 class FuenteSumada : public Fuente {
 public:
-    /// `tar` is the stream from its beginning. `indice` must outlive this.
-    FuenteSumada(std::unique_ptr<Fuente> tar, const Indice &indice);
+    /// What the frame of that number holds.
+    using AbreMarco = std::function<std::unique_ptr<Fuente>(std::size_t)>;
+
+    /// `indice` must outlive this.
+    FuenteSumada(AbreMarco abre, const Indice &indice);
 
     /// Never hands out bytes of two frames at once. Throws Fallo also for a frame
-    /// that is not what it was, and for one that is too short.
+    /// that is not what it was, and for one that is longer or shorter.
     std::size_t lee(Hueco hueco) override;
 
 private:
     void acabaMarco();
 
-    std::unique_ptr<Fuente> tar;
+    AbreMarco abre;
     const Indice &indice;
     std::size_t marco = 0;
-    std::uint64_t faltan; // bytes of the frame
+    std::unique_ptr<Fuente> tar; // of that frame, once it was asked for
+    std::uint64_t faltan = 0;    // bytes of it
     Sumador sumador;
 };
 

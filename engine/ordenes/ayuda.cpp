@@ -76,7 +76,7 @@ std::string deQuien(const CLI::ParseError &error) {
     if (texto.starts_with(noConvierte))
         texto.erase(0, noConvierte.size());
     return citado(
-        texto.substr(0, std::min({texto.find(" is "), texto.find(':'), texto.find(" = ")})));
+        texto.substr(0, std::min({texto.find(" is "), texto.find(" was "), texto.find(':'), texto.find(" = ")})));
 }
 
 } // namespace

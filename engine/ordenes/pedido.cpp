@@ -49,8 +49,11 @@ CLI::App *ordenComprimir(CLI::App &app, PedidoComprimir &p) {
     nueva->add_option("-o", p.destino, "Archivo que se escribe")->required()->type_name("ARCHIVO");
     auto *nivel = nueva->add_option("--level", p.nivel, "Nivel de compresión, de 1 a 22 (19)");
     nivel->type_name("N")->check(CLI::Range(1, ZSTD_maxCLevel()).description(""));
-    nueva->add_flag("--max", p.maximo, "Lo más pequeño posible, sin prisa")->excludes(nivel);
+    nueva->add_flag("--max", p.maximo, "Lo más pequeño posible, sin prisa")
+        ->excludes(nivel)
+        ->disable_flag_override();
     auto *cifra = nueva->add_flag("--encrypt", p.cifra, "Cifra con contraseña, nombres incluidos");
+    cifra->disable_flag_override();
     // Whoever names a password believes the archive to be encrypted.
     conContrasena(*nueva, p.ficheroContrasena)->needs(cifra);
     nueva->add_flag("--progress", p.progreso, "Cuenta cómo va también si no hay terminal");
@@ -92,11 +95,12 @@ CLI::App *ordenComprobar(CLI::App &app, PedidoComprobar &p) {
 }
 
 /// The arguments, last first as the library wants them. It would take a path
-/// between brackets for a list; «./» before it changes nothing for any of ours.
+/// between brackets for a list, and «++» for the end of a command; «./» before it
+/// changes nothing for any of ours.
 std::vector<std::string> argumentos(int argc, const char *const *argv) {
     std::vector<std::string> todos(argv + std::min(1, argc), argv + argc);
     for (auto &argumento : todos)
-        if (argumento.starts_with('['))
+        if (argumento.starts_with('[') || argumento == "++")
             argumento.insert(0, "./");
     std::reverse(todos.begin(), todos.end());
     return todos;

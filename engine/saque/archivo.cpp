@@ -89,11 +89,15 @@ std::unique_ptr<Indice> Archivo::indice(bool exige) const {
 
 std::unique_ptr<Indice> Archivo::indiceSano() const {
     const auto estado = envase ? estadoDelRotulo(almacen(), *envase) : EstadoRotulo::noHay;
-    if (estado == EstadoRotulo::noHay && prometeIndice())
+    const bool promete = prometeIndice();
+    if (estado == EstadoRotulo::noHay && promete)
         throw Fallo("al archivo le falta el final, o le sobra algo detrás");
     if (estado == EstadoRotulo::noHay)
         return nullptr;
     auto hallado = indice(true);
+    // One of version 1 has no sums to compare, and no mark.
+    if (hallado && promete && !hallado->marcos().front().suma)
+        throw Fallo("el índice está dañado");
     if (estado == EstadoRotulo::danado || !hallado)
         throw Fallo("el índice está dañado");
     return hallado;
@@ -110,8 +114,8 @@ std::unique_ptr<Fuente> Archivo::tar() const {
 }
 
 std::unique_ptr<Fuente> Archivo::tarComprobado(const Indice &indice) const {
-    auto sumada = std::make_unique<FuenteSumada>(abre(0, almacen().largo()), indice);
-    return std::make_unique<FuenteAdelantada>(std::move(sumada));
+    return std::make_unique<FuenteAdelantada>(std::make_unique<FuenteSumada>(
+        [this, &indice](std::size_t n) { return marco(indice, n); }, indice));
 }
 
 std::unique_ptr<Fuente> Archivo::marco(const Indice &indice, std::size_t marco) const {

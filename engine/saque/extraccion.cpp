@@ -272,11 +272,10 @@ void Extraccion::saca(LectorTar &lector, archive_entry *ficha, const Entrada &en
 /// A link to a link leads on. What was passed leads to the end from then on, so
 /// that no way is gone twice; and a circle, which has none, ends where it closes.
 std::string Extraccion::fichero(std::string enlace) {
-    std::vector<std::string *> camino;
+    std::unordered_set<std::string *> camino;
     auto siguiente = enlaces.find(enlace);
     while (siguiente != enlaces.end() && siguiente->second != enlace &&
-           camino.size() < enlaces.size()) {
-        camino.push_back(&siguiente->second);
+           camino.insert(&siguiente->second).second) {
         enlace = siguiente->second;
         siguiente = enlaces.find(enlace);
     }

@@ -22,7 +22,7 @@ constexpr std::array<std::pair<std::size_t, std::string_view>, 9> campos{{
     {116, "0000000\0"sv},     // group
     {124, "00000000062\0"sv}, // length of the record, octal
     {136, "00000000000\0"sv}, // time
-    {148, "0007450\0 "sv},    // sum of all bytes of the header, this field taken for spaces
+    {148, "007450\0 "sv},     // sum of all bytes of the header, this field taken for spaces
     {156, "g"sv},             // global header
     {257, "ustar\00000"sv},   // what it is, version
 }};
@@ -39,8 +39,10 @@ Bloque marcaDeIndice() {
 }
 
 bool llevaMarca(Octetos inicio) {
-    const auto marca = marcaDeIndice();
-    return inicio.size() >= marca.size() && std::equal(marca.begin(), marca.end(), inicio.begin());
+    constexpr std::size_t lugarDelTipo = 156;
+    const std::string_view texto(reinterpret_cast<const char *>(inicio.data()), inicio.size());
+    return inicio.size() >= largoMarca && texto[lugarDelTipo] == 'g' &&
+           texto.substr(lugarDelContenido).starts_with(registro);
 }
 
 } // namespace orcalin

@@ -39,6 +39,7 @@ class Contrasena(Caso):
             self.assertEqual(self.error("compress", self.clave, "-o", self.okz, "--encrypt",
                                         "--password-file", otra), mensaje)
         self.assertEqual(self.error("compress", self.clave, "-o", self.okz, "--encrypt"), FALTA)
+        self.assertIn("encrypt", self.error("compress", self.clave, "-o", self.okz, "--encrypt=false", *self.con))
         # Whoever gives a password would believe that it was needed.
         for clave in (self.clave, "", self.d / "no existe"):
             self.assertIn("falta --encrypt", self.error("compress", self.clave, "-o", self.okz,

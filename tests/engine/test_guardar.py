@@ -24,6 +24,13 @@ class Nombres(Caso):
             self.comprime(origen, cwd=hija)
             self.assertEqual(next(iter(self.lista())), nombre)
 
+    def test_los_que_parecen_otra_cosa(self):
+        nombres = ["++", "[a,b]", "{}", "%%", "a"]
+        for nombre in nombres:
+            self.pon(f"c/{nombre}")
+        self.comprime(*nombres, cwd=self.c)
+        self.assertEqual(sorted(self.lista()), sorted(nombres))
+
     def test_un_enlace_no_se_sigue(self):
         (self.d / "enlace").symlink_to("c")
         self.comprime(f"{self.d}/enlace/")

@@ -359,6 +359,8 @@ class Final(Caso):
         self.corre("check", self.okz)
         self.assertEqual(hecho(), primera)
         self.corre("check", self.okz)
+        self.okz.write_bytes(self.okz.read_bytes() + bytes(4096))
+        self.assertIn("falta el final", self.error("check", self.okz))
         self.assertEqual(hecho(marcas=semillas.CON_MAS), primera)
         self.corre("check", self.okz)
         self.assertEqual(hecho(marcas=semillas.INCOMPLETA), primera)
@@ -370,6 +372,14 @@ class Final(Caso):
         for donde, que in ((b"holahola", b"holahole"), (b"\x01a", b"\x01b")):
             self.okz.write_bytes(datos.replace(donde, que, 1))
             self.assertIn("dañado", self.error("check", self.okz))
+
+    def test_donde_estan_los_marcos(self):
+        def corre_el_limite(claro):
+            antes, entre, despues = claro.split(b"\x90\x10\x80\x10", 2)  # 2064 bytes, of 2048
+            return antes + b"\x95\x10\x80\x10" + entre + b"\x8b\x10\x80\x10" + despues
+        self.okz.write_bytes(semillas.archivo(semillas.entradas(0), cambia=corre_el_limite))
+        for orden in (("check",), ("extract", "-o", self.salida)):
+            self.error(orden[0], self.okz, *orden[1:])
 
 
 class Danos(Caso):

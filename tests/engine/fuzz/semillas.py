@@ -17,12 +17,12 @@ INCOMPLETA, CON_MAS = 0o10000, 0o20000
 
 def marco(datos):
     """A zstd frame of raw blocks that says how long it is."""
-    salida = struct.pack("<IBQ", 0xFD2FB528, 0xE0, len(datos))
+    salida = bytearray(struct.pack("<IBQ", 0xFD2FB528, 0xE0, len(datos)))
     trozos = [datos[i:i + 4096] for i in range(0, len(datos), 4096)] or [b""]
     for i, trozo in enumerate(trozos):
         cabecera = len(trozo) << 3 | (i == len(trozos) - 1)
         salida += struct.pack("<I", cabecera)[:3] + trozo
-    return salida
+    return bytes(salida)
 
 
 def relleno(n):
