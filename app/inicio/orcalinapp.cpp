@@ -19,7 +19,7 @@ OrcalinApp::OrcalinApp(std::unique_ptr<Delegado> delegado, Escritorio &escritori
     , m_escritorio(escritorio)
     , m_abierto(Abierto::compartido()) {
     connect(&m_abierto, &Abierto::vaACambiar, this, &OrcalinApp::pideBody);
-    connect(&EnMarcha::trabajos(), &EnMarcha::acabaSolo, this, &OrcalinApp::avisaDelFinal);
+    connect(&EnMarcha::todos(), &EnMarcha::acabaSolo, this, &OrcalinApp::avisaDelFinal);
     body();
 }
 
@@ -34,10 +34,10 @@ void OrcalinApp::guardarAlgo() {
     m_abierto.ponArchivo(std::nullopt);
 }
 
-void OrcalinApp::avisaDelFinal(const EnMarcha::Trabajo &trabajo, const Motor::Estado &estado) {
-    const Final final = trabajo.obra == EnMarcha::Obra::Guardar
-                            ? Pantalla::final(estado, m_escritorio)
-                            : Explorador::final(estado, trabajo.archivo);
+void OrcalinApp::avisaDelFinal(const Trabajo &trabajo) {
+    const Final final = trabajo.obra() == Obra::Guardar
+                            ? Pantalla::final(trabajo.estado(), m_escritorio)
+                            : Explorador::final(trabajo.estado(), trabajo.archivo());
     m_escritorio.avisa(Aviso::Siempre, final.titulo, final.texto);
 }
 

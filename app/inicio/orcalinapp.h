@@ -51,7 +51,7 @@ private:
         bool operator==(const Identidad &) const = default;
     };
 
-    void avisaDelFinal(const EnMarcha::Trabajo &trabajo, const Motor::Estado &estado);
+    void avisaDelFinal(const Trabajo &trabajo);
     void pideBody();
     void body();
     [[nodiscard]] Identidad identidad() const;

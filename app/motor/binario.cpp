@@ -1,4 +1,5 @@
-#include "motor.h"
+#include "binario.h"
+
 #include "ruta.h"
 
 #include <QCoreApplication>
@@ -29,7 +30,7 @@ QByteArray inicioDelUsuario() {
 
 } // namespace
 
-std::optional<QUrl> Motor::binario() {
+std::optional<QUrl> buscaBinario() {
     const QByteArray candidatos[] = {
         QFile::encodeName(QCoreApplication::applicationDirPath()) + "/../libexec/orcalin/orcalin",
         "/usr/local/bin/orcalin",

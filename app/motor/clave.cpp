@@ -26,31 +26,24 @@ bool vuelca(const Descriptor &fichero, const QByteArray &datos) {
 
 } // namespace
 
-QByteArray clave::escribe(const std::optional<QString> &contrasena) {
+FicheroDeClave::FicheroDeClave(const std::optional<QString> &contrasena) {
     if (!contrasena || contrasena->isEmpty())
-        return {};
-    QByteArray ruta = ruta::temporal() + "/okz-" + ruta::nombreUnico();
+        return;
+    m_ruta = ruta::temporal() + "/okz-" + ruta::nombreUnico();
     // A side file moved into place: whoever sees the name sees the whole password.
-    const QByteArray aparte = ruta + ".parte";
-    Descriptor fichero(
+    const QByteArray aparte = m_ruta + ".parte";
+    const Descriptor fichero(
         ::open(aparte.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!fichero)
-        return ruta;
+        return;
     QByteArray datos = contrasena->toUtf8();
     const bool entero = vuelca(fichero, datos);
     explicit_bzero(datos.data(), static_cast<size_t>(datos.size()));
-    if (!entero || std::rename(aparte.constData(), ruta.constData()) != 0)
+    if (!entero || std::rename(aparte.constData(), m_ruta.constData()) != 0)
         ::unlink(aparte.constData());
-    return ruta;
 }
 
-QList<QByteArray> clave::argumentos(const QByteArray &ruta) {
-    if (ruta.isEmpty())
-        return {};
-    return {"--password-file", ruta};
-}
-
-void clave::quita(const QByteArray &ruta) {
-    if (!ruta.isEmpty())
-        ::unlink(ruta.constData());
+FicheroDeClave::~FicheroDeClave() {
+    if (!m_ruta.isEmpty())
+        ::unlink(m_ruta.constData());
 }

@@ -1,28 +1,33 @@
 #pragma once
 
 #include <QByteArray>
-#include <QList>
 #include <QString>
 
 #include <optional>
 
 /// The file that hands a password to the engine: a password never stands on a
-/// command line, where every user of the machine could read it. Any thread.
-namespace clave {
+/// command line, where every user of the machine could read it. It lives as long
+/// as this object. Any thread.
+class FicheroDeClave {
+public:
+    /// Writes the password (UTF-8, no line end) to a new file "okz-" + UUID of
+    /// the temporary folder. Only the owner can read it, from the first byte on.
+    /// A failure is not told: there is a path all the same, nothing half-written
+    /// stays, and the engine reports what it finds.
+    ///
+    /// An absent password and an empty one are the same: nothing is written, and
+    /// the path is empty.
+    explicit FicheroDeClave(const std::optional<QString> &contrasena);
+    /// Removes the file; a failure is ignored.
+    ~FicheroDeClave();
+    FicheroDeClave(const FicheroDeClave &) = delete;
+    FicheroDeClave &operator=(const FicheroDeClave &) = delete;
 
-/// Writes the password (UTF-8, no line end) to a new file "okz-" + UUID of the
-/// temporary folder and returns its path. Only the owner can read it, from the
-/// first byte on. A failure is not told: the path is returned all the same,
-/// nothing half-written stays, and the engine reports what it finds.
-///
-/// An absent password and an empty one are the same: nothing is written, and
-/// the path is empty.
-QByteArray escribe(const std::optional<QString> &contrasena);
+    [[nodiscard]] const QByteArray &ruta() const { return m_ruta; }
 
-/// The options that name such a file to the engine; none for an empty path.
-QList<QByteArray> argumentos(const QByteArray &ruta);
+    /// The file stays, for good.
+    void deja() { m_ruta.clear(); }
 
-/// Removes such a file; a failure is ignored. An empty path does nothing.
-void quita(const QByteArray &ruta);
-
-} // namespace clave
+private:
+    QByteArray m_ruta;
+};

@@ -1,14 +1,7 @@
-#include "arranque.h"
-#include "clave.h"
-#include "cronometro.h"
 #include "descriptor.h"
-#include "enmarcha.h"
+#include "encargos.h"
 #include "lineas.h"
-#include "motor.h"
-#include "principal.h"
-#include "proceso.h"
 #include "progreso.h"
-#include "publicador.h"
 #include "ruta.h"
 #include "tamano.h"
 
@@ -18,6 +11,36 @@
 #include <vector>
 
 namespace {
+
+// Why the engine could not be started, in the user's language: the system's own
+// texts depend on translations that are rarely installed.
+QString motivo(int fallo) {
+    switch (fallo) {
+    case ENOENT:
+        return QStringLiteral("no existe, o le falta algo para funcionar.");
+    case EACCES:
+    case EPERM:
+        return QStringLiteral("no hay permiso para ejecutarlo.");
+    case ENOEXEC:
+    case ELIBBAD:
+        return QStringLiteral("no es un programa para este ordenador.");
+    case E2BIG:
+        return QStringLiteral("son demasiados elementos de una vez; prueba con su carpeta.");
+    case ENOMEM:
+        return QStringLiteral("no queda memoria.");
+    case EAGAIN:
+        return QStringLiteral("hay demasiados programas en marcha.");
+    case EMFILE:
+    case ENFILE:
+        return QStringLiteral("hay demasiados archivos abiertos.");
+    case ETXTBSY:
+        return QStringLiteral("alguien lo está modificando.");
+    case EIO:
+        return QStringLiteral("el disco ha fallado.");
+    default:
+        return QStringLiteral("fallo %1 del sistema.").arg(fallo);
+    }
+}
 
 QList<QByteArray> argumentos(const QList<QUrl> &origenes, const QUrl &destino, bool maximo) {
     QList<QByteArray> todos{"compress"};
@@ -45,7 +68,9 @@ qint64 bytesLegibles(const QUrl &destino) {
     std::vector<char> bloque(1 << 20);
     qint64 suma = 0;
     ssize_t leido = 0;
-    while ((leido = ::read(fichero.numero(), bloque.data(), bloque.size())) != 0) {
+    // When the application leaves, nobody will see the number.
+    while (!Proceso::seVanTodos() &&
+           (leido = ::read(fichero.numero(), bloque.data(), bloque.size())) != 0) {
         if (leido < 0 && errno != EINTR)
             return 0;
         suma += std::max<ssize_t>(leido, 0);
@@ -63,62 +88,57 @@ QString mensajeDeFallo(const QByteArray &error) {
     return lineas::sinPrefijo(elegida);
 }
 
-} // namespace
+class Compresion : public Encargo {
+public:
+    Compresion(QList<QUrl> origenes, const QUrl &destino, bool maximo,
+               std::optional<QString> contrasena)
+        : Encargo({.obra = Obra::Guardar,
+                   .cuentaSuAvance = true,
+                   .cifra = true,
+                   .laCancelaElMotor = true},
+                  destino, std::move(contrasena))
+        , m_origenes(std::move(origenes))
+        , m_maximo(maximo) {}
 
-// What the threads of one compression know of it.
-struct Motor::Compresion {
-    Publicador publicador;
-    QUrl destino;
-    QByteArray clave; // the password file, empty without one
-    qint64 entrada = 0;
-    Cronometro cronometro;
-    EnMarcha::Turno turno = 0;
-
-    void lee(const QByteArray &trozo) const {
-        for (Trabajando &estado : progreso::leeTrozo(trozo, cronometro.segundos()))
-            publicador.publica([estado = std::move(estado)] { return Estado(estado); });
+    [[nodiscard]] QString sinMotor() const override {
+        return QStringLiteral("No encuentro el motor «orcalin». Debería estar dentro de la app.");
     }
-
-    void acaba(const Proceso::Final &fin) const {
-        clave::quita(clave);
-        std::optional<QString> fallo;
-        if (fin.estado != 0)
-            fallo = mensajeDeFallo(fin.error);
-        const qint64 salida = bytesLegibles(destino);
-        publicador.acaba(turno, [*this, salida, fallo] { return resultado(salida, fallo); });
+    [[nodiscard]] QString noArranca(int fallo) const override {
+        return QStringLiteral("No pude arrancar el motor: ") + motivo(fallo);
     }
-
-    Estado resultado(qint64 salida, const std::optional<QString> &fallo) const {
+    std::optional<QString> antes() override {
+        m_entrada = pesoDe(m_origenes);
+        return std::nullopt;
+    }
+    [[nodiscard]] estados::Trabajando alEmpezar() const override {
+        return {0, QStringLiteral("preparando…"), std::nullopt};
+    }
+    std::variant<Argumentos, QString> paso(qsizetype) override {
+        return argumentos(m_origenes, archivo(), m_maximo);
+    }
+    [[nodiscard]] QList<estados::Trabajando> lee(const QByteArray &trozo,
+                                                 double segundos) const override {
+        return progreso::leeTrozo(trozo, segundos);
+    }
+    QString queja(qsizetype, const QByteArray &error) override { return mensajeDeFallo(error); }
+    void remata(bool bien) override { m_salida = bien ? bytesLegibles(archivo()) : 0; }
+    estados::Estado acaba(const std::optional<QString> &fallo, double segundos) override {
         if (fallo)
-            return Error{*fallo};
-        return Hecho{entrada, salida, cronometro.segundos(), destino};
+            return estados::Error{*fallo};
+        return estados::Hecho{m_entrada, m_salida, segundos, archivo()};
     }
+
+private:
+    const QList<QUrl> m_origenes;
+    const bool m_maximo;
+    qint64 m_entrada = 0;
+    qint64 m_salida = 0;
 };
 
-void Motor::comprimir(const QList<QUrl> &origenes, const QUrl &destino, bool maximo,
-                      const std::optional<QString> &contrasena) {
-    const auto motor = binario();
-    if (!motor) {
-        ponEstado(Error{
-            QStringLiteral("No encuentro el motor «orcalin». Debería estar dentro de la app.")});
-        return;
-    }
-    if (origenes.isEmpty())
-        return;
-    Compresion trabajo{Publicador(this), destino, {}, pesoDe(origenes), {}, 0};
-    ponEstado(Trabajando{0, QStringLiteral("preparando…"), std::nullopt});
+} // namespace
 
-    Proceso::Orden orden{ruta::nativa(*motor), argumentos(origenes, destino, maximo)};
-    trabajo.clave = clave::escribe(contrasena);
-    if (!trabajo.clave.isEmpty())
-        orden.argumentos << "--encrypt" << clave::argumentos(trabajo.clave);
-    m_proceso = std::make_unique<Proceso>(std::move(orden));
-    trabajo.cronometro.empieza();
-    trabajo.turno = m_turno = EnMarcha::trabajos().entra({EnMarcha::Obra::Guardar, destino});
-    const int fallo = m_proceso->lanza([trabajo](const QByteArray &t) { trabajo.lee(t); },
-                                       [trabajo](const Proceso::Final &f) { trabajo.acaba(f); });
-    if (fallo == 0)
-        return;
-    EnMarcha::trabajos().sale(m_turno);
-    ponEstado(Error{QStringLiteral("No pude arrancar el motor: ") + motivoDeArranque(fallo)});
+encargos::Nuevo encargos::comprimir(QList<QUrl> origenes, QUrl destino, bool maximo,
+                                    Contrasena contrasena) {
+    return std::make_unique<Compresion>(std::move(origenes), destino, maximo,
+                                        std::move(contrasena));
 }

@@ -2,28 +2,22 @@
 
 #include <algorithm>
 
-EnMarcha &EnMarcha::trabajos() {
+EnMarcha &EnMarcha::todos() {
     static EnMarcha unica;
     return unica;
 }
 
 bool EnMarcha::hay(Obra obra) const {
-    return std::any_of(m_trabajos.begin(), m_trabajos.end(),
-                       [obra](const Trabajo &trabajo) { return trabajo.obra == obra; });
+    return std::any_of(m_vivos.begin(), m_vivos.end(), [obra](const auto &trabajo) {
+        return trabajo->obra() == obra && !trabajo->cancelado();
+    });
 }
 
-EnMarcha::Turno EnMarcha::entra(const Trabajo &trabajo) {
-    m_trabajos.insert(++m_ultimo, trabajo);
-    return m_ultimo;
+void EnMarcha::entra(const std::shared_ptr<Trabajo> &trabajo) {
+    m_vivos.append(trabajo);
 }
 
-void EnMarcha::saleSolo(Turno turno, const estados::Estado &final) {
-    if (const auto trabajo = m_trabajos.constFind(turno); trabajo != m_trabajos.cend())
-        emit acabaSolo(Trabajo(*trabajo), final);
-    sale(turno);
-}
-
-void EnMarcha::sale(Turno turno) {
-    if (m_trabajos.remove(turno))
-        emit mengua();
+void EnMarcha::sale(const Trabajo &trabajo) {
+    m_vivos.removeIf([&trabajo](const auto &vivo) { return vivo.get() == &trabajo; });
+    emit mengua();
 }

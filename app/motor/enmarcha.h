@@ -1,49 +1,44 @@
 #pragma once
 
-#include "estado.h"
+#include "trabajo.h"
 
-#include <QHash>
+#include <QList>
 #include <QObject>
-#include <QUrl>
 
-/// The jobs of this process that leaving would cut short: what is neither at an
-/// end nor cancelled, with or without a screen that shows it, since a screen may
-/// go before its job. Main thread only.
+#include <memory>
+
+/// The jobs that live: begun and not yet at their end, with or without a screen
+/// that shows them, since a screen may go before its job. Main thread only.
 class EnMarcha : public QObject {
     Q_OBJECT
 
 public:
-    using Turno = quint64; ///< names one of them; 0 none
+    using QObject::QObject;
 
-    enum class Obra { Guardar, Recuperar };
-    struct Trabajo {
-        Obra obra;
-        QUrl archivo; ///< that is made, or taken out of
-    };
+    /// The one of the process, for whoever is not given another.
+    static EnMarcha &todos();
 
-    /// The one instance of the process.
-    static EnMarcha &trabajos();
+    /// In the order in which they began, those that were cancelled and have yet
+    /// to end among them.
+    [[nodiscard]] const QList<std::shared_ptr<Trabajo>> &vivos() const { return m_vivos; }
 
-    [[nodiscard]] bool hay() const { return !m_trabajos.isEmpty(); }
+    /// Whether leaving would cut something short: what saves, or takes out into a
+    /// folder of the user's, and was not cancelled.
+    [[nodiscard]] bool hay() const { return hay(Obra::Guardar) || hay(Obra::Recuperar); }
+    /// Whether there are such jobs, but for those that were cancelled.
     [[nodiscard]] bool hay(Obra obra) const;
 
-    Turno entra(const Trabajo &trabajo);
-    /// Again, or for none, does nothing.
-    void sale(Turno turno);
-    /// The same for one that has reached its end with nobody left to publish
-    /// it.
-    void saleSolo(Turno turno, const estados::Estado &final);
+    /// For the jobs themselves.
+    void entra(const std::shared_ptr<Trabajo> &trabajo);
+    void sale(const Trabajo &trabajo);
 
 signals:
-    /// One has ended that no Motor shows any more, `Hecho` or `Error`. What
-    /// was cancelled before ends without it.
-    void acabaSolo(const EnMarcha::Trabajo &trabajo, const estados::Estado &final);
-    /// There are fewer now.
+    /// One has ended that somebody followed who is gone. What was cancelled
+    /// before ends without it.
+    void acabaSolo(const Trabajo &trabajo);
+    /// There are fewer now that count.
     void mengua();
 
 private:
-    using QObject::QObject;
-
-    QHash<Turno, Trabajo> m_trabajos;
-    Turno m_ultimo = 0;
+    QList<std::shared_ptr<Trabajo>> m_vivos;
 };

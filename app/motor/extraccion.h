@@ -1,19 +1,14 @@
 #pragma once
 
-#include "proceso.h"
+#include "encargo.h"
+#include "ruta.h"
 
-#include <QString>
-#include <QUrl>
-
-#include <optional>
-
-/// One run of the engine that takes something out of an archive.
-struct Extraccion {
-    QUrl motor;
-    QUrl archivo;
-    QByteArray destino; ///< path of the folder that it extracts into
-    QByteArray clave;   ///< path of the password file, empty without one
-
-    /// The run for one entry, as listed, or for everything. Any thread.
-    [[nodiscard]] Proceso::Orden orden(const std::optional<QString> &entrada) const;
-};
+/// The run of the engine that takes one entry, as listed, or everything out of
+/// an archive into the folder `destino` (a path). Any thread.
+inline Encargo::Argumentos extraccion(const QUrl &archivo, const QByteArray &destino,
+                                      const std::optional<QString> &entrada) {
+    Encargo::Argumentos argumentos{"extract", ruta::nativa(archivo), "-o", destino};
+    if (entrada)
+        argumentos << "--file" << entrada->toUtf8();
+    return argumentos;
+}

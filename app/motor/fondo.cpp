@@ -29,14 +29,16 @@ bool ColaDeFondo::hayQuienLoHaga() {
 }
 
 void ColaDeFondo::mete(std::function<void()> trabajo) {
-    {
-        const std::lock_guard guardia(m_cerrojo);
-        if (hayQuienLoHaga()) {
-            m_trabajos.push_back(std::move(trabajo));
-            return;
-        }
-    }
-    trabajo();
+    if (!intenta(trabajo))
+        trabajo();
+}
+
+bool ColaDeFondo::intenta(std::function<void()> trabajo) {
+    const std::lock_guard guardia(m_cerrojo);
+    const bool hay = hayQuienLoHaga();
+    if (hay)
+        m_trabajos.push_back(std::move(trabajo));
+    return hay;
 }
 
 void ColaDeFondo::agota() {

@@ -11,13 +11,17 @@
 /// wait for a child or a slow disk do not wait for each other. A thread ends
 /// when nothing is left to do. The members are called on any thread.
 ///
-/// Qt's pool would do as well, but all that it orders by its locks looks
-/// unordered to the thread sanitizer, and so would our faults among it.
+/// QThreadPool would not do: where the system has no thread to give, it keeps
+/// the work for ever, and waits for ever for it to be done.
 class ColaDeFondo {
 public:
     /// Runs `trabajo`, later, on one of the threads. When the system has no
     /// thread to give and none is running, at once on this one.
     void mete(std::function<void()> trabajo);
+
+    /// The same, but then never on this one: returns whether somebody is there
+    /// to do it, else nothing happens.
+    [[nodiscard]] bool intenta(std::function<void()> trabajo);
 
     /// Waits until there is nothing left to do. Before the application ends.
     void waitForDone();

@@ -1,36 +1,48 @@
-#include "arranque.h"
-#include "clave.h"
+#include "encargos.h"
 #include "lineas.h"
 #include "listado.h"
-#include "motor.h"
-#include "proceso.h"
 #include "ruta.h"
 
 namespace {
 
-// A complaint about a password counts before any line that says "Error": it may
-// stand in that very line.
-FalloAlLeer fallo(const QString &dicho) {
-    if (dicho.contains(QStringLiteral("contraseña")) || dicho.contains(QStringLiteral("password")))
-        return fallos::PideContrasena{};
-    return fallos::Otro{
-        lineas::primerError(dicho, QStringLiteral("No se puede leer este archivo."))};
-}
+class ListadoDeArchivo : public Encargo {
+public:
+    ListadoDeArchivo(QUrl archivo, std::optional<QString> contrasena,
+                     Lectura<QList<Entrada>> &listado)
+        : Encargo({.obra = Obra::Listar, .lee = Proceso::Lee::SalidaYError}, std::move(archivo),
+                  std::move(contrasena))
+        , m_listado(listado) {}
+
+    std::variant<Argumentos, QString> paso(qsizetype) override {
+        return Argumentos{"list", ruta::nativa(archivo())};
+    }
+    // A complaint about a password counts before any line that says "Error": it
+    // may stand in that very line.
+    QString queja(qsizetype, const QByteArray &error) override {
+        const QString dicho = lineas::texto(error);
+        m_pideContrasena = dicho.contains(QStringLiteral("contraseña")) ||
+                           dicho.contains(QStringLiteral("password"));
+        return lineas::primerError(dicho, QStringLiteral("No se puede leer este archivo."));
+    }
+    void recibe(const QByteArray &salida) override { m_listado = leeListado(salida); }
+    estados::Estado acaba(const std::optional<QString> &fallo, double segundos) override {
+        if (!fallo)
+            return estados::Hecho{0, 0, segundos, archivo()};
+        if (m_pideContrasena)
+            m_listado = fallos::PideContrasena{};
+        else
+            m_listado = fallos::Otro{*fallo};
+        return estados::Error{*fallo};
+    }
+
+private:
+    Lectura<QList<Entrada>> &m_listado;
+    bool m_pideContrasena = false;
+};
 
 } // namespace
 
-Motor::Listado Motor::listar(const QUrl &archivo, const std::optional<QString> &contrasena) {
-    const auto motor = binario();
-    if (!motor)
-        return fallos::Otro{sinMotor()};
-    const QByteArray clave = clave::escribe(contrasena);
-    const QList<QByteArray> argumentos{"list", ruta::nativa(archivo)};
-    const auto corrida = Proceso::corre(
-        {ruta::nativa(*motor), argumentos + clave::argumentos(clave)}, Proceso::Lee::SalidaYError);
-    if (corrida.fallo != 0)
-        return fallos::Otro{noArranca()}; // the password file stays, as with every job
-    clave::quita(clave);
-    if (corrida.estado != 0)
-        return fallo(lineas::texto(corrida.error));
-    return leeListado(corrida.salida);
+encargos::Nuevo encargos::listar(QUrl archivo, Contrasena contrasena,
+                                 Lectura<QList<Entrada>> &listado) {
+    return std::make_unique<ListadoDeArchivo>(std::move(archivo), std::move(contrasena), listado);
 }

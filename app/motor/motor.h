@@ -15,7 +15,7 @@
 #include <optional>
 #include <variant>
 
-class Proceso;
+class Encargo;
 
 /// The engine driver: finds the engine, runs jobs on it as child processes and
 /// publishes the state of the last one. Each screen owns one.
@@ -38,7 +38,9 @@ public:
     using Listado = Lectura<QList<Entrada>>;
     using Copia = Lectura<QUrl>;
 
-    explicit Motor(QObject *padre = nullptr);
+    /// `enMarcha` lists what this one starts, and must outlive it; the operations
+    /// of the type use the one of the process.
+    explicit Motor(EnMarcha &enMarcha = EnMarcha::todos(), QObject *padre = nullptr);
     ~Motor() override;
 
     [[nodiscard]] const Estado &estado() const { return m_estado; }
@@ -47,9 +49,7 @@ public:
     /// owning screen dismisses a finished job with `Reposo`.
     void ponEstado(Estado estado);
 
-    /// The engine's executable, looked for afresh at each call, or none. The
-    /// first that exists and may be executed of: the bundle's own, the two
-    /// usual places for programs, the "bin" of the home directory. Any thread.
+    /// The engine's executable, or none (see buscaBinario). Any thread.
     static std::optional<QUrl> binario();
 
     /// Removes the folder of copies extracted for viewing, "orcalin-ver" in the
@@ -121,10 +121,9 @@ signals:
     void estadoCambia();
 
 private:
-    struct Compresion;
-    struct Recuperacion;
+    void empieza(std::unique_ptr<Encargo> encargo);
 
+    EnMarcha &m_enMarcha;
     Estado m_estado = Reposo{};
-    std::unique_ptr<Proceso> m_proceso; // the last compression's, ended or not
-    EnMarcha::Turno m_turno = 0;        // likewise
+    std::shared_ptr<Trabajo> m_compresion; // the last one, ended or not
 };

@@ -1,125 +1,95 @@
-#include "arranque.h"
-#include "clave.h"
-#include "cronometro.h"
+#include "encargos.h"
 #include "extraccion.h"
-#include "fondo.h"
 #include "lineas.h"
-#include "motor.h"
-#include "publicador.h"
-#include "ruta.h"
 #include "tamano.h"
 
 #include <algorithm>
 
 namespace {
 
-// Names the entry in hand, while the fraction counts those that are done.
-estados::Trabajando avance(qsizetype hechas, qsizetype total) {
-    return {static_cast<double>(hechas) / static_cast<double>(total),
-            QStringLiteral("recuperando %1 de %2…").arg(std::min(hechas + 1, total)).arg(total),
-            std::nullopt};
-}
+// Into a folder of the user's.
+class Recuperacion : public Encargo {
+public:
+    Recuperacion(Reglas reglas, QUrl archivo, QUrl destino, std::optional<QString> contrasena)
+        : Encargo(reglas, std::move(archivo), std::move(contrasena))
+        , m_destino(std::move(destino)) {}
 
-// What a run says when it went wrong; none when it went well.
-std::optional<QString> falloDe(int estado, const QByteArray &error, const QString &siNo) {
-    if (estado == 0)
-        return std::nullopt;
-    return lineas::primerError(lineas::texto(error), siNo);
-}
+    estados::Estado acaba(const std::optional<QString> &fallo, double segundos) override {
+        if (fallo)
+            return estados::Error{*fallo};
+        const qint64 bytes = pesoDe(ruta::nativa(m_destino));
+        return estados::Hecho{bytes, bytes, segundos, m_destino};
+    }
+
+protected:
+    [[nodiscard]] Argumentos de(const std::optional<QString> &entrada) const {
+        return extraccion(archivo(), ruta::nativa(m_destino), entrada);
+    }
+
+private:
+    const QUrl m_destino;
+};
+
+class DeUnaVez : public Recuperacion {
+public:
+    DeUnaVez(QUrl archivo, QUrl destino, std::optional<QString> patron,
+             std::optional<QString> contrasena)
+        : Recuperacion({.obra = Obra::Recuperar}, std::move(archivo), std::move(destino),
+                       std::move(contrasena))
+        , m_patron(std::move(patron)) {}
+
+    [[nodiscard]] estados::Trabajando alEmpezar() const override {
+        return {0, m_patron ? QStringLiteral("recuperando…") : QStringLiteral("recuperando todo…"),
+                std::nullopt};
+    }
+    std::variant<Argumentos, QString> paso(qsizetype) override { return de(m_patron); }
+    QString queja(qsizetype, const QByteArray &error) override {
+        return lineas::primerError(lineas::texto(error), QStringLiteral("No se pudo recuperar."));
+    }
+
+private:
+    const std::optional<QString> m_patron;
+};
+
+class UnaTrasOtra : public Recuperacion {
+public:
+    UnaTrasOtra(QUrl archivo, QUrl destino, QStringList rutas, std::optional<QString> contrasena)
+        : Recuperacion({.obra = Obra::Recuperar,
+                        .empieza = Empieza::EnFondo,
+                        .dejaLaClaveSiNoArranca = false},
+                       std::move(archivo), std::move(destino), std::move(contrasena))
+        , m_rutas(std::move(rutas)) {}
+
+    [[nodiscard]] estados::Trabajando alEmpezar() const override { return *tras(0); }
+    [[nodiscard]] qsizetype pasos() const override { return m_rutas.size(); }
+    std::variant<Argumentos, QString> paso(qsizetype i) override { return de(m_rutas[i]); }
+    QString queja(qsizetype i, const QByteArray &error) override {
+        return lineas::primerError(lineas::texto(error),
+                                   QStringLiteral("No se pudo recuperar «%1».").arg(m_rutas[i]));
+    }
+    // Names the entry in hand, while the fraction counts those that are done.
+    [[nodiscard]] std::optional<estados::Trabajando> tras(qsizetype hechos) const override {
+        const qsizetype total = m_rutas.size();
+        return estados::Trabajando{
+            static_cast<double>(hechos) / static_cast<double>(total),
+            QStringLiteral("recuperando %1 de %2…").arg(std::min(hechos + 1, total)).arg(total),
+            std::nullopt};
+    }
+
+private:
+    const QStringList m_rutas;
+};
 
 } // namespace
 
-// What the threads of one extraction know of it.
-struct Motor::Recuperacion {
-    Publicador publicador;
-    QUrl destino;
-    Extraccion extraccion;
-    Cronometro cronometro;
-    EnMarcha::Turno turno = 0;
-
-    void empieza() {
-        turno = EnMarcha::trabajos().entra({EnMarcha::Obra::Recuperar, extraccion.archivo});
-        cronometro.empieza();
-    }
-
-    // The end of the job: the message of its failure, or none.
-    void publicaFinal(const std::optional<QString> &fallo) const {
-        publicador.acaba(turno, [*this, fallo]() -> Estado {
-            if (fallo)
-                return Error{*fallo};
-            const qint64 bytes = tamano(destino);
-            return Hecho{bytes, bytes, cronometro.segundos(), destino};
-        });
-    }
-
-    void acaba(const Proceso::Final &fin) const {
-        clave::quita(extraccion.clave);
-        publicaFinal(falloDe(fin.estado, fin.error, QStringLiteral("No se pudo recuperar.")));
-    }
-
-    [[nodiscard]] std::optional<QString> saca(const QString &ruta) const {
-        const auto corrida = Proceso::corre(extraccion.orden(ruta), Proceso::Lee::Error);
-        if (corrida.fallo != 0)
-            return noArranca();
-        return falloDe(corrida.estado, corrida.error,
-                       QStringLiteral("No se pudo recuperar «%1».").arg(ruta));
-    }
-
-    void sacaUnaTrasOtra(const QStringList &rutas) const {
-        std::optional<QString> fallo;
-        for (qsizetype hechas = 0; hechas < rutas.size() && !fallo;) {
-            fallo = saca(rutas[hechas++]);
-            if (!fallo)
-                publicador.publica(
-                    [hechas, total = rutas.size()] { return Estado(avance(hechas, total)); });
-        }
-        clave::quita(extraccion.clave);
-        publicaFinal(fallo);
-    }
-};
-
-void Motor::recuperarVarios(const QUrl &archivo, const QUrl &destino, const QStringList &rutas,
-                            const std::optional<QString> &contrasena) {
-    if (rutas.isEmpty()) {
-        recuperar(archivo, destino, std::nullopt, contrasena);
-        return;
-    }
-    const auto motor = binario();
-    if (!motor) {
-        ponEstado(Error{sinMotor()});
-        return;
-    }
-    Recuperacion trabajo{Publicador(this),
-                         destino,
-                         {*motor, archivo, ruta::nativa(destino), clave::escribe(contrasena)},
-                         {},
-                         0};
-    ponEstado(avance(0, rutas.size()));
-    trabajo.empieza();
-    enFondo([trabajo, rutas] { trabajo.sacaUnaTrasOtra(rutas); });
+encargos::Nuevo encargos::recuperar(QUrl archivo, QUrl destino, std::optional<QString> patron,
+                                    Contrasena contrasena) {
+    return std::make_unique<DeUnaVez>(std::move(archivo), std::move(destino), std::move(patron),
+                                      std::move(contrasena));
 }
 
-void Motor::recuperar(const QUrl &archivo, const QUrl &destino,
-                      const std::optional<QString> &patron,
-                      const std::optional<QString> &contrasena) {
-    const auto motor = binario();
-    if (!motor) {
-        ponEstado(Error{sinMotor()});
-        return;
-    }
-    ponEstado(
-        Trabajando{0, patron ? QStringLiteral("recuperando…") : QStringLiteral("recuperando todo…"),
-                   std::nullopt});
-    Recuperacion trabajo{Publicador(this),
-                         destino,
-                         {*motor, archivo, ruta::nativa(destino), clave::escribe(contrasena)},
-                         {},
-                         0};
-    Proceso hijo(trabajo.extraccion.orden(patron));
-    trabajo.empieza();
-    const int fallo = hijo.lanza({}, [trabajo](const Proceso::Final &fin) { trabajo.acaba(fin); });
-    if (fallo == 0)
-        return;
-    EnMarcha::trabajos().sale(trabajo.turno);
-    ponEstado(Error{noArranca()});
+encargos::Nuevo encargos::recuperarVarios(QUrl archivo, QUrl destino, QStringList rutas,
+                                          Contrasena contrasena) {
+    return std::make_unique<UnaTrasOtra>(std::move(archivo), std::move(destino), std::move(rutas),
+                                         std::move(contrasena));
 }

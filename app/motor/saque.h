@@ -1,14 +1,16 @@
 #pragma once
 
 #include "espacio.h"
-#include "extraccion.h"
 
 #include <QList>
 #include <QObject>
 #include <QStringList>
+#include <QUrl>
 
 #include <memory>
 #include <optional>
+
+class Trabajo;
 
 /// Entries on their way out of an archive to another program: each is taken out
 /// into a folder of its own below the private one of the copies, with the
@@ -51,10 +53,8 @@ signals:
 
 private:
     struct Restos; // what must go in the end, whoever is last to use it
+    class Tarea;
 
-    [[nodiscard]] QByteArray carpetaDe(qsizetype i) const;
-    void sacaOtra();
-    void acabaUna(int estado, const QString &dicho);
     void acaba(const QString &fallo);
 
     const QUrl m_archivo;
@@ -63,8 +63,7 @@ private:
     const std::optional<QString> m_contrasena;
     Fase m_fase = Fase::Sacando;
     QString m_fallo;
-    QUrl m_motor;
     std::shared_ptr<Restos> m_restos;
-    std::unique_ptr<Proceso> m_proceso; // of the entry in hand
-    QList<QByteArray> m_copias;         // those that are out
+    std::shared_ptr<Trabajo> m_trabajo;
+    QList<QByteArray> m_copias; // those that are out
 };

@@ -116,6 +116,25 @@ private slots:
         QVERIFY(escena.acabaCon(escena.hecho(1003)));
     }
 
+    // Not through its driver, but by itself; what is out stays.
+    void unaExtraccionSeCancelaPorSuTrabajo() {
+        const Banco banco({"cuenta veces", "crea-entrada x", "en 2 espera 60000"});
+        EnMarcha enMarcha;
+        Motor motor(enMarcha);
+        Testigo testigo(motor);
+        motor.recuperarVarios(banco.url("a.okz"), banco.url("d"), kTres, "x");
+        QTRY_COMPARE(banco.lee("veces"), "..");
+        QVERIFY(!EnMarcha::todos().hay());
+        QVERIFY(enMarcha.hay(Obra::Recuperar) && !enMarcha.hay(Obra::Guardar));
+        enMarcha.vivos().constFirst()->cancela();
+        QVERIFY(!enMarcha.hay());
+        QVERIFY(std::holds_alternative<Motor::Trabajando>(motor.estado())); // the child lives on
+        QTRY_VERIFY(enMarcha.vivos().isEmpty());
+        QCOMPARE(testigo.dichos().constLast(), QStringLiteral("reposo"));
+        QCOMPARE(banco.lee("veces"), "..");
+        QVERIFY(banco.hay("d/a") && banco.claves().isEmpty());
+    }
+
     // The last one: after it every child is killed as it starts.
     void alSalirNoSigueConLasDemas() {
         Escena escena({"cuenta veces", "espera 20"});

@@ -189,7 +189,7 @@ private slots:
             QCOMPARE(kTrabajos[i](banco, "x"), casos[i].second);
             QCOMPARE(banco.claves().size(), kTrabajos[i] == recupera ? 0 : 1);
         }
-        QVERIFY(!EnMarcha::trabajos().hay()); // nothing that leaving would have to ask about
+        QVERIFY(!EnMarcha::todos().hay()); // nothing that leaving would have to ask about
         colaDeFondo().waitForDone();
         QTRY_COMPARE(rastro(), antes);
     }

@@ -1,0 +1,32 @@
+#include "encargo.h"
+
+Encargo::Encargo(Reglas reglas, QUrl archivo, std::optional<QString> contrasena)
+    : m_reglas(reglas)
+    , m_archivo(std::move(archivo))
+    , m_contrasena(std::move(contrasena)) {}
+
+Encargo::~Encargo() = default;
+
+QString Encargo::sinMotor() const {
+    return QStringLiteral("No encuentro el motor.");
+}
+
+QString Encargo::noArranca(int) const {
+    return QStringLiteral("No pude arrancar el motor.");
+}
+
+QList<estados::Trabajando> Encargo::lee(const QByteArray &, double) const {
+    return {};
+}
+
+bool Encargo::hay(qsizetype) {
+    return true;
+}
+
+void Encargo::recibe(const QByteArray &) {}
+
+std::optional<estados::Trabajando> Encargo::tras(qsizetype) const {
+    return std::nullopt;
+}
+
+void Encargo::remata(bool) {}
