@@ -31,6 +31,11 @@ int espera(std::array<pollfd, 2> &vigilados) {
     return listos;
 }
 
+// Whether a line in it begins like the engine's last one.
+bool traeDespedida(const QByteArray &trozo) {
+    return trozo.startsWith("Error") || trozo.contains("\nError");
+}
+
 } // namespace
 
 // The children of this process that are not collected yet.
@@ -117,7 +122,7 @@ bool Proceso::acabaAntesDe(std::chrono::milliseconds plazo) const {
     return ::poll(&fin, 1, static_cast<int>(plazo.count())) > 0;
 }
 
-// Returns the last chunk, if the child ended soon after it.
+// Returns the last chunk, if the child ended soon after it or before it was read.
 QByteArray Proceso::reparteError(const Lector &lector) {
     using Reloj = std::chrono::steady_clock;
     QByteArray ultimo;
@@ -132,9 +137,11 @@ QByteArray Proceso::reparteError(const Lector &lector) {
             m_error.lectura.cierra(); // closed by the child, which lives on
             continue;
         }
+        cuando = Reloj::now();
+        if (traeDespedida(trozo) && acabaAntesDe(kUltimasPalabras))
+            return trozo;
         lector(trozo);
         ultimo = trozo;
-        cuando = Reloj::now();
     }
     return Reloj::now() - cuando < kUltimasPalabras ? ultimo : QByteArray();
 }

@@ -46,7 +46,8 @@ public:
     ///
     /// What the child wrote just before its end is in Final: all that the reader
     /// never got, and the last chunk that it got if the end came within a second
-    /// of it. Chunks come 40 ms late, so that what is said together stays so.
+    /// of it. Chunks come 40 ms late, so that what is said together stays so; one
+    /// with a line that begins with «Error» waits a second for the end.
     using Lector = std::function<void(const QByteArray &trozo)>;
 
     explicit Proceso(Orden orden);
