@@ -1,6 +1,6 @@
 #include "dialogoorigenes.h"
 
-#include "motor/ruta.h"
+#include "lugares/ruta.h"
 
 #include <QDialogButtonBox>
 #include <QFileSystemModel>

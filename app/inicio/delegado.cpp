@@ -1,9 +1,9 @@
 #include "delegado.h"
 
 #include "abierto.h"
+#include "lugares/ruta.h"
 #include "motor/motor.h"
-#include "motor/principal.h"
-#include "motor/ruta.h"
+#include "sistema/hilos.h"
 
 #include <algorithm>
 

@@ -1,8 +1,9 @@
 #include "orcalinapp.h"
 
 #include "abierto.h"
-#include "escritorio/escritorio.h"
-#include "motor/ruta.h"
+#include "lugares/ruta.h"
+#include "pantallas/palabras.h"
+#include "puertos/escritorio.h"
 
 namespace {
 
@@ -36,8 +37,8 @@ void OrcalinApp::guardarAlgo() {
 
 void OrcalinApp::avisaDelFinal(const Trabajo &trabajo) {
     const Final final = trabajo.obra() == Obra::Guardar
-                            ? Pantalla::final(trabajo.estado(), m_escritorio)
-                            : Explorador::final(trabajo.estado(), trabajo.archivo());
+                            ? palabras::finalDeGuardar(trabajo.estado(), m_escritorio)
+                            : palabras::finalDeRecuperar(trabajo.estado(), trabajo.archivo());
     m_escritorio.avisa(Aviso::Siempre, final.titulo, final.texto);
 }
 

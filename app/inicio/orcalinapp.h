@@ -1,10 +1,10 @@
 #pragma once
 
 #include "delegado.h"
-#include "motor/enmarcha.h"
 #include "pantallas/explorador.h"
 #include "pantallas/pantalla.h"
 #include "salida.h"
+#include "trabajos/enmarcha.h"
 
 #include <QObject>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "motor/enmarcha.h"
+#include "trabajos/enmarcha.h"
 
 #include <QObject>
 

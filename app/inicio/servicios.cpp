@@ -1,8 +1,8 @@
 #include "servicios.h"
 
 #include "abierto.h"
-#include "motor/principal.h"
-#include "motor/ruta.h"
+#include "lugares/ruta.h"
+#include "sistema/hilos.h"
 
 #include <algorithm>
 

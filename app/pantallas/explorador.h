@@ -61,9 +61,6 @@ public:
     /// Why the last opening or drag failed; empty when it did not.
     [[nodiscard]] QString abrirFallo() const { return m_abrirFallo.value_or(QString()); }
 
-    /// How taking something out of the archive ended; `estado` is Hecho or Error.
-    static Final final(const Motor::Estado &estado, const QUrl &archivo);
-
 public slots:
     /// Lists the archive in the background; when it is put on screen, and again
     /// by the two below. Of two that overlap the one that ends last counts.
@@ -108,7 +105,6 @@ private:
     void acabaCarga(ContenidoCompartido contenido);
     void acabaCarga(const FalloAlLeer &fallo);
     void acabaAbrir(const Motor::Copia &copia);
-    void ensena(const QUrl &copia);
     void ponAbriendo(std::optional<QString> ruta);
     void ponAbrirFallo(std::optional<QString> fallo);
     void recuperar(const QStringList &rutas);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "motor/motor.h"
+#include "palabras.h"
 #include "seguimiento.h"
 
 #include <QObject>
@@ -58,7 +59,7 @@ public:
     /// Whether a drag that may be dropped is over the drop area.
     [[nodiscard]] bool encima() const { return m_encima; }
     /// The selected items' file names, for display.
-    [[nodiscard]] QStringList nombres() const;
+    [[nodiscard]] QStringList nombres() const { return palabras::nombres(m_origenes); }
     /// The image name for the item in this place of them, filled or not.
     [[nodiscard]] Q_INVOKABLE QString icono(int indice, bool relleno) const;
     /// What it shows, in a word.
@@ -85,7 +86,7 @@ public:
 
     /// The working panel: what is being packed, the fraction done (0 or less:
     /// not known), and the line under the bar with the remaining time.
-    [[nodiscard]] QString titular() const;
+    [[nodiscard]] QString titular() const { return palabras::titular(m_origenes); }
     [[nodiscard]] double pct() const;
     [[nodiscard]] QString detalle() const;
 
@@ -100,13 +101,6 @@ public:
     /// What a screen reader says of the job by itself: that it goes on, every
     /// tenth of the way, and how it ended well.
     [[nodiscard]] QString anuncio() const;
-
-    /// Whether the item is a folder; not when that cannot be read. A symbolic
-    /// link is not one: it is packed as a link.
-    static bool esCarpeta(const QUrl &url);
-
-    /// Words the end of a compression, `Hecho` or `Error`.
-    static Final final(const Motor::Estado &estado, const Escritorio &escritorio);
 
 public slots:
     /// The screen has come into view: takes `inicial` over, once.
@@ -148,7 +142,6 @@ private:
     void ponEncima(bool encima);
     void ponOrigenes(QList<QUrl> origenes);
     void mide();
-    [[nodiscard]] QString nombrePropuesto() const;
 
     const QList<QUrl> m_inicial;
     Escritorio &m_escritorio;

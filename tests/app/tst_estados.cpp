@@ -1,7 +1,7 @@
 // The states that a compression and an extraction go through.
 #include "banco.h"
-#include "motor/fondo.h"
-#include "motor/proceso.h"
+#include "hijos/proceso.h"
+#include "sistema/hilos.h"
 
 #include <QTest>
 

@@ -1,8 +1,8 @@
 // What all jobs share: the locator, the state, the password file, sizes.
 #include "banco.h"
-#include "motor/clave.h"
-#include "motor/fondo.h"
-#include "motor/ruta.h"
+#include "lugares/clave.h"
+#include "lugares/ruta.h"
+#include "sistema/hilos.h"
 
 #include <QDir>
 #include <QTest>

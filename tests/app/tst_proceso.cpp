@@ -1,6 +1,6 @@
 // The child process, against a scripted child.
 #include "banco.h"
-#include "motor/proceso.h"
+#include "hijos/proceso.h"
 
 #include <QElapsedTimer>
 #include <QTest>

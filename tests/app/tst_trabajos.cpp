@@ -3,7 +3,7 @@
 // them leave the process as it was. ORCALIN_TRABAJOS says how many; it tells how
 // it stands after each third of them.
 #include "banco.h"
-#include "motor/fondo.h"
+#include "sistema/hilos.h"
 
 #include <QDir>
 #include <QTest>
