@@ -39,12 +39,10 @@ bool Trabajo::empieza() {
         colaDeFondo().intenta([esta = shared_from_this()] { esta->entrega(esta->haz()); }))
         return true;
     if (!fallo) { // nobody to follow the child
-        fallo = m_encargo->noArranca(EAGAIN);
-        m_clave->deja();
         m_hijo.reset();
+        fallo = noArranca(EAGAIN);
     }
-    m_clave.reset();
-    m_encargo->remata(false);
+    remata(false);
     cierra(acaba(fallo));
     return true;
 }
@@ -98,16 +96,19 @@ std::optional<QString> Trabajo::arrancaPaso() {
     if (!m_clave->ruta().isEmpty())
         argumentos << "--password-file" << m_clave->ruta();
     auto hijo = std::make_unique<Proceso>(Proceso::Orden{m_motor, std::move(argumentos)});
-    if (const int fallo = hijo->arranca(); fallo != 0) {
-        if (m_encargo->reglas().dejaLaClaveSiNoArranca)
-            m_clave->deja();
-        return m_encargo->noArranca(fallo);
-    }
+    if (const int fallo = hijo->arranca(); fallo != 0)
+        return noArranca(fallo);
     const std::lock_guard guardia(m_cerrojo);
     m_hijo = std::move(hijo);
     if (m_cancelado) // meanwhile
         m_hijo->termina();
     return std::nullopt;
+}
+
+QString Trabajo::noArranca(int fallo) {
+    if (m_encargo->reglas().dejaLaClaveSiNoArranca)
+        m_clave->deja();
+    return m_encargo->noArranca(fallo);
 }
 
 // None when it went well.
@@ -152,9 +153,13 @@ std::optional<QString> Trabajo::haz() {
         if (!fallo)
             fallo = siguePaso();
     }
-    m_clave.reset();
-    m_encargo->remata(!fallo);
+    remata(!fallo);
     return fallo;
+}
+
+void Trabajo::remata(bool bien) {
+    m_clave.reset();
+    m_encargo->remata(bien);
 }
 
 void Trabajo::entrega(std::optional<QString> fallo) {

@@ -58,9 +58,11 @@ public:
 private:
     std::optional<QString> impedimento();
     std::optional<QString> arrancaPaso();
+    QString noArranca(int fallo);
     std::optional<QString> siguePaso();
     std::optional<QString> juzgaPaso(int estado, const QByteArray &salida, const QByteArray &error);
     std::optional<QString> haz();
+    void remata(bool bien);
     void entrega(std::optional<QString> fallo);
     [[nodiscard]] estados::Estado acaba(const std::optional<QString> &fallo);
 
