@@ -3,6 +3,7 @@
 #include "bus/puesto.h"
 #include "escritorio/escritoriolibre.h"
 #include "hijos/proceso.h"
+#include "inicio/dosarranques.h"
 #include "inicio/orcalinapp.h"
 #include "inicio/orden.h"
 #include "inicio/recepcion.h"
@@ -18,11 +19,11 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
 using namespace std::chrono_literals;
-using Fin = bus::Entrega::Fin;
 
 constexpr auto kGraciaAlSalir = 5s;
 constexpr auto kPlazoDeEntrega = 5s; // then it hangs, and the user still wants a window
@@ -48,35 +49,11 @@ int cliente(int argc, char **argv, const Peticion &peticion) {
 }
 
 // To the application that runs already, if there is one.
-Fin entrega(const Peticion &peticion) {
+DosArranques::Fin entrega(const Peticion &peticion) {
     const auto entrega = bus::entrega(peticion, bus::Arranque::No, kPlazoDeEntrega);
-    if (entrega.fin == Fin::Rechazada)
+    if (entrega.fin == DosArranques::Fin::Rechazada)
         bus::quejate(entrega.texto);
     return entrega.fin;
-}
-
-// What a start that was handed over ends with; none: it has to go on itself.
-std::optional<int> estadoTras(Fin fin) {
-    switch (fin) {
-    case Fin::Hecha:
-        return EXIT_SUCCESS;
-    case Fin::Rechazada:
-        return EXIT_FAILURE;
-    case Fin::Nadie:
-    case Fin::NoContesta:
-        break;
-    }
-    return std::nullopt;
-}
-
-// Of two that start at once, both of which find nobody, one gets the name; the
-// other hands over after all. One for which nobody answers works alone.
-std::optional<int> estadoSinElNombre(const Orden &orden, Fin antes) {
-    if (Puesto::esNuestro())
-        return std::nullopt;
-    if (orden.modo == Orden::Modo::Espera)
-        return EXIT_SUCCESS;
-    return antes == Fin::Nadie ? estadoTras(entrega(orden.peticion)) : std::nullopt;
 }
 
 void atiende(Recepcion &recepcion, const Peticion &peticion) {
@@ -98,10 +75,10 @@ void empieza(Recepcion &recepcion, const Orden &orden, const std::optional<vista
         });
 }
 
-int trabaja(const Orden &orden, Fin antes) {
-    Recepcion recepcion;
+int trabaja(const Orden &orden, DosArranques &arranques) {
     EscritorioLibre escritorio;
-    OrcalinApp app(std::make_unique<Delegado>(std::make_unique<Puesto>(recepcion)), escritorio);
+    OrcalinApp app(std::make_unique<Delegado>(std::make_unique<Puesto>()), escritorio);
+    Recepcion &recepcion = app.delegado().recepcion();
     std::optional<vistas::Ventana> ventana;
     if (orden.modo == Orden::Modo::Ventana)
         ventana.emplace(app); // before the rest gets ready, which is done meanwhile
@@ -120,7 +97,7 @@ int trabaja(const Orden &orden, Fin antes) {
 
     std::optional<int> acabado;
     app.delegado().applicationDidFinishLaunching([&] {
-        acabado = estadoSinElNombre(orden, antes);
+        acabado = arranques.trasPedirElNombre(Puesto::esNuestro());
         return !acabado;
     });
     if (acabado)
@@ -148,10 +125,8 @@ int main(int argc, char **argv) {
         return cliente(argc, argv, orden->peticion);
     Ficha::quitaDelEntorno();
     // Before there is anything of a window: a second start should be gone at once.
-    Fin antes = Fin::Nadie;
-    if (orden->modo == Orden::Modo::Ventana)
-        antes = entrega(orden->peticion);
-    if (const auto estado = estadoTras(antes))
+    DosArranques arranques(*orden, entrega);
+    if (const auto estado = arranques.alEmpezar())
         return *estado;
 
     vistas::prepara();
@@ -160,7 +135,7 @@ int main(int argc, char **argv) {
     salEnOrden();
     QTranslator traductor;
     hablaEspanol(traductor);
-    const int estado = trabaja(*orden, antes);
+    const int estado = trabaja(*orden, arranques);
     // No job outlives the application: its password file would stay behind.
     Proceso::terminaTodos(kGraciaAlSalir);
     colaDeFondo().waitForDone();

@@ -10,7 +10,7 @@
 #include <algorithm>
 
 DialogoOrigenes::DialogoOrigenes(QWidget *padre)
-    : QFileDialog(padre, tr("Elegir archivos y carpetas")) {
+    : QFileDialog(padre, QStringLiteral("Elegir archivos y carpetas")) {
     setOption(QFileDialog::DontUseNativeDialog);
     setFileMode(QFileDialog::ExistingFiles);
     setLabelText(QFileDialog::Accept, QStringLiteral("Elegir"));

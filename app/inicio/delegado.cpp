@@ -7,13 +7,13 @@
 
 #include <algorithm>
 
-Delegado::Delegado(std::unique_ptr<ProveedorDeServicios> servicios)
-    : m_servicios(std::move(servicios)) {}
+Delegado::Delegado(std::unique_ptr<SistemaDeServicios> sistema)
+    : m_sistema(std::move(sistema)) {}
 
 void Delegado::applicationDidFinishLaunching(const std::function<bool()> &sigue) {
-    if (m_servicios) {
-        m_servicios->registra();
-        m_servicios->refresca();
+    if (m_sistema) {
+        m_sistema->registra(m_recepcion);
+        m_sistema->refresca();
     }
     if (sigue())
         Motor::limpiaTemporales();
