@@ -11,10 +11,12 @@
 
 #include <malloc.h>
 
-Explorador::Explorador(QUrl archivo, Escritorio &escritorio, QObject *padre)
+Explorador::Explorador(QUrl archivo, Escritorio &escritorio, EnMarcha &enMarcha, QObject *padre)
     : QObject(padre)
     , m_archivo(std::move(archivo))
     , m_escritorio(escritorio)
+    , m_enMarcha(enMarcha)
+    , m_motor(enMarcha)
     , m_filas(escritorio)
     , m_seguimiento(m_motor, escritorio,
                     [this] { return palabras::finalDeRecuperar(m_motor.estado(), m_archivo); }) {
@@ -221,7 +223,7 @@ void Explorador::arrastrar(int fila) {
 
 void Explorador::lleva(const Raices &raices, const QString &rotulo) {
     const QPointer esta(this); // another archive may be opened meanwhile
-    Saque saque(m_archivo, raices.rutas, raices.bytes, clave());
+    Saque saque(m_archivo, raices.rutas, raices.bytes, clave(), m_enMarcha);
     connect(&saque, &Saque::acabado, this, [this] { m_filas.ponArrastradas({}); });
     saque.empieza();
     if (saque.fase() != Saque::Fase::Fallido && m_escritorio.arrastra(saque, rotulo))

@@ -29,8 +29,9 @@ public:
     enum class Panel { Ocupado, Recuperado, Problema, PedirClave, Contenido };
     Q_ENUM(Panel)
 
-    /// The desktop must outlive the browser.
-    Explorador(QUrl archivo, Escritorio &escritorio, QObject *padre = nullptr);
+    /// The desktop and the list of jobs must outlive the browser.
+    Explorador(QUrl archivo, Escritorio &escritorio, EnMarcha &enMarcha = EnMarcha::todos(),
+               QObject *padre = nullptr);
     ~Explorador() override;
 
     [[nodiscard]] const QUrl &archivo() const { return m_archivo; }
@@ -113,6 +114,7 @@ private:
 
     const QUrl m_archivo;
     Escritorio &m_escritorio;
+    EnMarcha &m_enMarcha;
     Motor m_motor;
     Filas m_filas;
     QString m_busca;

@@ -28,10 +28,11 @@ bool esCarpeta(const QUrl &url) {
 
 } // namespace
 
-Pantalla::Pantalla(QList<QUrl> inicial, Escritorio &escritorio, QObject *padre)
+Pantalla::Pantalla(QList<QUrl> inicial, Escritorio &escritorio, EnMarcha &enMarcha, QObject *padre)
     : QObject(padre)
     , m_inicial(std::move(inicial))
     , m_escritorio(escritorio)
+    , m_motor(enMarcha)
     , m_seguimiento(m_motor, escritorio,
                     [this] { return palabras::finalDeGuardar(m_motor.estado(), m_escritorio); }) {
     connect(&m_motor, &Motor::estadoCambia, this, &Pantalla::estadoCambia);

@@ -47,9 +47,10 @@ public:
     enum class Contenido { Nada, Uno, Varios };
     Q_ENUM(Contenido)
 
-    /// `inicial`: the items handed in from outside. The desktop must outlive
-    /// the screen.
-    Pantalla(QList<QUrl> inicial, Escritorio &escritorio, QObject *padre = nullptr);
+    /// `inicial`: the items handed in from outside. The desktop and the list of
+    /// jobs must outlive the screen.
+    Pantalla(QList<QUrl> inicial, Escritorio &escritorio, EnMarcha &enMarcha = EnMarcha::todos(),
+             QObject *padre = nullptr);
     ~Pantalla() override;
 
     [[nodiscard]] const QList<QUrl> &origenes() const { return m_origenes; }

@@ -1,9 +1,9 @@
 #include "motor.h"
 
 #include "lugares/binario.h"
+#include "lugares/copias.h"
 #include "lugares/ruta.h"
 #include "lugares/tamano.h"
-#include "lugares/visor.h"
 #include "sistema/hilos.h"
 #include "trabajos/encargos.h"
 
@@ -25,9 +25,9 @@ std::optional<QUrl> Motor::binario() {
 }
 
 void Motor::limpiaTemporales() {
-    const QByteArray carpeta = visor::carpeta();
-    visor::aparta(carpeta);
-    enFondo([carpeta] { visor::limpiaApartadas(carpeta); });
+    const QByteArray carpeta = copias::carpeta();
+    copias::aparta(carpeta);
+    enFondo([carpeta] { copias::limpiaApartadas(carpeta); });
 }
 
 qint64 Motor::tamano(const QUrl &de) {

@@ -1,8 +1,7 @@
 #include "encargos.h"
-#include "lugares/copia.h"
+#include "lugares/copias.h"
 #include "lugares/espacio.h"
 #include "lugares/ruta.h"
-#include "lugares/visor.h"
 #include "textos/lineas.h"
 
 namespace {
@@ -24,14 +23,14 @@ public:
         return faltaEspacio(QStringLiteral("Para abrirlo"), m_bytes, m_libre);
     }
     std::variant<Argumentos, QString> paso(qsizetype) override {
-        const auto carpeta = visor::nuevaCarpeta(visor::carpeta());
+        const auto carpeta = copias::nuevaCarpeta(copias::carpeta());
         if (!carpeta)
-            return visor::sinCarpeta();
+            return copias::sinCarpeta();
         m_carpeta = *carpeta;
         return extraccion(m_carpeta, m_ruta);
     }
     bool hay(qsizetype) override {
-        m_copia = copia::busca(m_carpeta, m_ruta.toUtf8());
+        m_copia = copias::busca(m_carpeta, m_ruta.toUtf8());
         return m_copia.has_value();
     }
     QString queja(qsizetype, const QByteArray &error) override {
@@ -43,7 +42,7 @@ public:
             m_hecho(fallos::Otro{*fallo});
             return estados::Error{*fallo};
         }
-        copia::protege(*m_copia);
+        copias::protege(*m_copia);
         const QUrl url = ruta::url(*m_copia);
         m_hecho(url);
         return estados::Hecho{m_bytes, m_bytes, segundos, url};

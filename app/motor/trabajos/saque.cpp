@@ -2,9 +2,8 @@
 
 #include "encargo.h"
 #include "enmarcha.h"
-#include "lugares/copia.h"
+#include "lugares/copias.h"
 #include "lugares/ruta.h"
-#include "lugares/visor.h"
 #include "sistema/hilos.h"
 #include "textos/lineas.h"
 
@@ -25,7 +24,7 @@ struct Saque::Restos {
     Restos &operator=(const Restos &) = delete;
     ~Restos() {
         if (!carpeta.isEmpty() && !seQuedan)
-            visor::limpia(carpeta);
+            copias::limpia(carpeta);
     }
 
     // A folder each: nothing of one entry stands in the way of another, and no
@@ -53,9 +52,9 @@ public:
     std::optional<QString> antes() override {
         if (auto falta = m_falta())
             return falta;
-        const auto carpeta = visor::nuevaCarpeta(visor::carpeta());
+        const auto carpeta = copias::nuevaCarpeta(copias::carpeta());
         if (!carpeta)
-            return visor::sinCarpeta();
+            return copias::sinCarpeta();
         m_restos->carpeta = *carpeta;
         return std::nullopt;
     }
@@ -67,7 +66,7 @@ public:
     }
     bool hay(qsizetype i) override {
         const auto copia =
-            copia::busca(m_restos->carpetaDe(i), m_rutas[i].toUtf8(), copia::Enlaces::Tal);
+            copias::busca(m_restos->carpetaDe(i), m_rutas[i].toUtf8(), copias::Enlaces::Tal);
         if (copia)
             enPrincipal([saque = m_saque, copia = *copia] {
                 if (saque)
@@ -95,11 +94,13 @@ private:
     std::shared_ptr<Restos> m_restos;
 };
 
-Saque::Saque(QUrl archivo, QStringList rutas, qint64 bytes, std::optional<QString> contrasena)
+Saque::Saque(QUrl archivo, QStringList rutas, qint64 bytes, std::optional<QString> contrasena,
+             EnMarcha &enMarcha)
     : m_archivo(std::move(archivo))
     , m_rutas(std::move(rutas))
     , m_bytes(bytes)
     , m_contrasena(std::move(contrasena))
+    , m_enMarcha(enMarcha)
     , m_restos(std::make_shared<Restos>()) {}
 
 Saque::~Saque() {
@@ -114,7 +115,7 @@ void Saque::empieza(const EspacioLibre &libre) {
     };
     m_trabajo = std::make_shared<Trabajo>(
         std::make_unique<Tarea>(*this, m_archivo, m_rutas, m_contrasena, std::move(falta)),
-        EnMarcha::todos());
+        m_enMarcha);
     m_trabajo->empieza();
 }
 
@@ -130,9 +131,9 @@ QList<QUrl> Saque::urls() const {
         return todas;
     todas.reserve(m_rutas.size());
     for (qsizetype i = 0; i < m_rutas.size(); ++i)
-        todas.append(ruta::url(i < m_copias.size()
-                                   ? m_copias[i]
-                                   : copia::prevista(m_restos->carpetaDe(i), m_rutas[i].toUtf8())));
+        todas.append(ruta::url(
+            i < m_copias.size() ? m_copias[i]
+                                : copias::prevista(m_restos->carpetaDe(i), m_rutas[i].toUtf8())));
     return todas;
 }
 

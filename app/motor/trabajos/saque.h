@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 
+class EnMarcha;
 class Trabajo;
 
 /// Entries on their way out of an archive to another program: each is taken out
@@ -28,7 +29,9 @@ public:
     /// `rutas` as listed, folders with all below them, at least one; no other
     /// may lie below a folder among them. `bytes`: what they need together, at
     /// most 2^61. A missing or empty password means none.
-    Saque(QUrl archivo, QStringList rutas, qint64 bytes, std::optional<QString> contrasena);
+    /// `enMarcha` lists it meanwhile, and must outlive it.
+    Saque(QUrl archivo, QStringList rutas, qint64 bytes, std::optional<QString> contrasena,
+          EnMarcha &enMarcha);
     ~Saque() override;
 
     /// Starts, once. A failure is told during the call when there is no engine
@@ -61,6 +64,7 @@ private:
     const QStringList m_rutas;
     const qint64 m_bytes;
     const std::optional<QString> m_contrasena;
+    EnMarcha &m_enMarcha;
     Fase m_fase = Fase::Sacando;
     QString m_fallo;
     std::shared_ptr<Restos> m_restos;
