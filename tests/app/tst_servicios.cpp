@@ -101,22 +101,22 @@ private slots:
     void dosQueArrancan() {
         using Fin = DosArranques::Fin;
         struct {
-            Orden::Modo modo;
             QList<Fin> fines; // of handing over, each time it is tried
-            bool esNuestro;
+            Orden::Modo modo;
             int alEmpezar;
             int despues;
+            bool esNuestro;
         } const casos[]{
-            {Orden::Modo::Ventana, {Fin::Hecha}, false, 0, -1},
-            {Orden::Modo::Ventana, {Fin::Rechazada}, false, 1, -1},
-            {Orden::Modo::Ventana, {Fin::Nadie}, true, -1, -1},
-            {Orden::Modo::Ventana, {Fin::NoContesta}, false, -1, -1}, // works alone
+            {{Fin::Hecha}, Orden::Modo::Ventana, 0, -1, false},
+            {{Fin::Rechazada}, Orden::Modo::Ventana, 1, -1, false},
+            {{Fin::Nadie}, Orden::Modo::Ventana, -1, -1, true},
+            {{Fin::NoContesta}, Orden::Modo::Ventana, -1, -1, false}, // works alone
             // The other was quicker.
-            {Orden::Modo::Ventana, {Fin::Nadie, Fin::Hecha}, false, -1, 0},
-            {Orden::Modo::Ventana, {Fin::Nadie, Fin::Rechazada}, false, -1, 1},
-            {Orden::Modo::Ventana, {Fin::Nadie, Fin::NoContesta}, false, -1, -1},
-            {Orden::Modo::Espera, {}, true, -1, -1},
-            {Orden::Modo::Espera, {}, false, -1, 0},
+            {{Fin::Nadie, Fin::Hecha}, Orden::Modo::Ventana, -1, 0, false},
+            {{Fin::Nadie, Fin::Rechazada}, Orden::Modo::Ventana, -1, 1, false},
+            {{Fin::Nadie, Fin::NoContesta}, Orden::Modo::Ventana, -1, -1, false},
+            {{}, Orden::Modo::Espera, -1, -1, true},
+            {{}, Orden::Modo::Espera, -1, 0, false},
         };
         for (const auto &caso : casos) {
             auto fines = caso.fines;

@@ -132,7 +132,7 @@ QByteArray Proceso::reparteError(const Lector &lector) {
             {{m_pidfd.numero(), POLLIN, 0}, {m_error.lectura.numero(), POLLIN, 0}}};
         if (espera(vigilados) < 0 || vigilados[0].revents != 0 || acabaAntesDe(kReposo))
             break;
-        const QByteArray trozo = leeLoQueHay(m_error.lectura);
+        QByteArray trozo = leeLoQueHay(m_error.lectura);
         if (trozo.isEmpty()) {
             m_error.lectura.cierra(); // closed by the child, which lives on
             continue;

@@ -29,11 +29,17 @@ bool ColaDeFondo::hayQuienLoHaga() {
 }
 
 void ColaDeFondo::mete(std::function<void()> trabajo) {
-    if (!intenta(trabajo))
+    if (!acepta(trabajo))
         trabajo();
 }
 
 bool ColaDeFondo::intenta(std::function<void()> trabajo) {
+    return acepta(trabajo);
+}
+
+// Taken over whole: the caller keeps nothing of what it holds, which may be long
+// in going.
+bool ColaDeFondo::acepta(std::function<void()> &trabajo) {
     const std::lock_guard guardia(m_cerrojo);
     const bool hay = hayQuienLoHaga();
     if (hay)

@@ -34,6 +34,7 @@ public:
     void waitForDone();
 
 private:
+    bool acepta(std::function<void()> &trabajo);
     void agota();
     [[nodiscard]] bool hayQuienLoHaga();
 

@@ -138,7 +138,7 @@ private:
 
 } // namespace
 
-encargos::Nuevo encargos::comprimir(QList<QUrl> origenes, QUrl destino, bool maximo,
+encargos::Nuevo encargos::comprimir(QList<QUrl> origenes, const QUrl &destino, bool maximo,
                                     Contrasena contrasena) {
     return std::make_unique<Compresion>(std::move(origenes), destino, maximo,
                                         std::move(contrasena));

@@ -16,7 +16,7 @@ namespace encargos {
 using Contrasena = std::optional<QString>;
 using Nuevo = std::unique_ptr<Encargo>;
 
-Nuevo comprimir(QList<QUrl> origenes, QUrl destino, bool maximo, Contrasena contrasena);
+Nuevo comprimir(QList<QUrl> origenes, const QUrl &destino, bool maximo, Contrasena contrasena);
 
 /// `listado` takes the result, and must outlive the job.
 Nuevo listar(QUrl archivo, Contrasena contrasena, Lectura<QList<Entrada>> &listado);
