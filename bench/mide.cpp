@@ -1,5 +1,5 @@
 // Prints the size that the driver measures for a path: for bench/tamano.
-#include "motor/tamano.h"
+#include "lugares/tamano.h"
 
 #include <cstdio>
 

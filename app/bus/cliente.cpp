@@ -2,7 +2,7 @@
 
 #include "aviso.h"
 #include "entrega.h"
-#include "inicio/recepcion.h"
+#include "inicio/servicios.h"
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -16,13 +16,16 @@ using namespace std::chrono_literals;
 // The bus gives a program that it starts as long.
 constexpr auto kPlazo = 25s;
 
+bool abrir(const Peticion &peticion) {
+    return peticion.que == Peticion::Que::Abrir;
+}
+
 bool arranca(const Peticion &peticion) {
     QProcess aplicacion;
     aplicacion.setProgram(QCoreApplication::applicationFilePath());
-    const bool abrir = peticion.que == Peticion::Que::Abrir;
     aplicacion.setArguments(
         QStringList{QStringLiteral("--atiende"),
-                    abrir ? QStringLiteral("abrir") : QStringLiteral("comprimir")} +
+                    abrir(peticion) ? QStringLiteral("abrir") : QStringLiteral("comprimir")} +
         peticion.uris);
     // Whoever reads what this process says would wait for the application.
     aplicacion.setStandardOutputFile(QProcess::nullDevice());
@@ -44,8 +47,9 @@ QString fallo(const Peticion &peticion) {
         break;
     }
     // The rules are the same here; what is to be done is left to the other.
-    if (const auto rechazo = Recepcion().atiende(peticion))
-        return *rechazo;
+    if (const auto reparo = abrir(peticion) ? Servicios::reparoAAbrir(peticion.uris)
+                                            : Servicios::reparoAComprimir(peticion.uris))
+        return *reparo;
     return arranca(peticion) ? QString() : QStringLiteral("No pude arrancar Orcalin.");
 }
 

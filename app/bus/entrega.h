@@ -1,6 +1,6 @@
 #pragma once
 
-#include "inicio/peticion.h"
+#include "inicio/dosarranques.h"
 
 #include <QString>
 
@@ -10,14 +10,9 @@
 namespace bus {
 
 struct Entrega {
-    enum class Fin {
-        Hecha,
-        Rechazada,  ///< `texto` says why, for the user
-        Nadie,      ///< there is no such application, or no bus
-        NoContesta, ///< there is one, but it does not answer
-    };
+    using Fin = DosArranques::Fin;
     Fin fin = Fin::Nadie;
-    QString texto = {};
+    QString texto = {}; ///< of a refusal: why, for the user
 };
 
 /// Whether the bus may start the application when it does not run.

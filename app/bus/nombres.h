@@ -1,6 +1,6 @@
 #pragma once
 
-#include "escritorio/identidad.h"
+#include "puertos/identidad.h"
 
 /// The application on the session bus: one object, with both interfaces.
 ///

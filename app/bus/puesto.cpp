@@ -17,17 +17,14 @@ QString nombre() {
 
 } // namespace
 
-Puesto::Puesto(Recepcion &recepcion)
-    : m_recepcion(recepcion) {}
-
-void Puesto::registra() {
+void Puesto::registra(Recepcion &recepcion) {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
-    new AdaptadorServicios(m_recepcion);
-    new AdaptadorAplicacion(m_recepcion);
+    new AdaptadorServicios(recepcion);
+    new AdaptadorAplicacion(recepcion);
     // The object first: with the name come the calls that waited for it.
-    bus.registerObject(QLatin1String(bus::kRuta), &m_recepcion, QDBusConnection::ExportAdaptors);
+    bus.registerObject(QLatin1String(bus::kRuta), &recepcion, QDBusConnection::ExportAdaptors);
     bus.interface()->registerService(nombre(), QDBusConnectionInterface::DontQueueService,
                                      QDBusConnectionInterface::DontAllowReplacement);
 }

@@ -2,18 +2,13 @@
 
 #include "inicio/delegado.h"
 
-class Recepcion;
-
-/// The application's place on the session bus: offers what `recepcion` takes in
-/// to other programs. Without a bus everything here does nothing. Main thread
-/// only; calls come in through the event loop.
-class Puesto : public ProveedorDeServicios {
+/// The application's place on the session bus: offers what it takes in to other
+/// programs. Without a bus everything here does nothing. Main thread only; calls
+/// come in through the event loop.
+class Puesto : public SistemaDeServicios {
 public:
-    /// `recepcion` must outlive it.
-    explicit Puesto(Recepcion &recepcion);
-
     /// Offers the object and takes the name, unless another process has it.
-    void registra() override;
+    void registra(Recepcion &recepcion) override;
 
     /// Asks the bus to look for service files again; does not wait for it.
     void refresca() override;
@@ -24,7 +19,4 @@ public:
     /// Gives the name up: from now on a start is another application's. For the
     /// way out, on which nobody answers any more.
     static void deja();
-
-private:
-    Recepcion &m_recepcion;
 };

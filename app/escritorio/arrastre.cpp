@@ -14,7 +14,7 @@
 #include "arrastre.h"
 
 #include "datosdesaque.h"
-#include "motor/saque.h"
+#include "trabajos/saque.h"
 
 #include <QApplication>
 #include <QDrag>

@@ -1,6 +1,6 @@
 #include "datosdesaque.h"
 
-#include "motor/saque.h"
+#include "trabajos/saque.h"
 
 #include <QEventLoop>
 #include <QGuiApplication>

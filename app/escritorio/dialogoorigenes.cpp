@@ -1,6 +1,6 @@
 #include "dialogoorigenes.h"
 
-#include "motor/ruta.h"
+#include "lugares/ruta.h"
 
 #include <QDialogButtonBox>
 #include <QFileSystemModel>
@@ -10,7 +10,7 @@
 #include <algorithm>
 
 DialogoOrigenes::DialogoOrigenes(QWidget *padre)
-    : QFileDialog(padre, tr("Elegir archivos y carpetas")) {
+    : QFileDialog(padre, QStringLiteral("Elegir archivos y carpetas")) {
     setOption(QFileDialog::DontUseNativeDialog);
     setFileMode(QFileDialog::ExistingFiles);
     setLabelText(QFileDialog::Accept, QStringLiteral("Elegir"));

@@ -4,8 +4,8 @@
 #include "arrastre.h"
 #include "dialogoorigenes.h"
 #include "llamada.h"
-#include "motor/bytes.h"
-#include "motor/ruta.h"
+#include "lugares/espacio.h"
+#include "lugares/ruta.h"
 
 #include <QApplication>
 #include <QFileSystemModel>

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "apariencia.h"
-#include "escritorio.h"
 #include "iconosporelnombre.h"
 #include "lanzador.h"
 #include "notificaciones.h"
+#include "puertos/escritorio.h"
 
 #include <QDir>
 

@@ -1,7 +1,7 @@
 #include "frente.h"
 
-#include "ficha.h"
 #include "frentex11.h"
+#include "puertos/ficha.h"
 
 #include <QGuiApplication>
 #include <QWindow>

@@ -1,6 +1,6 @@
 #include "lanzador.h"
 
-#include "identidad.h"
+#include "puertos/identidad.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

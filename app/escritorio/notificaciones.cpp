@@ -1,7 +1,7 @@
 #include "notificaciones.h"
 
-#include "identidad.h"
 #include "llamada.h"
+#include "puertos/identidad.h"
 
 #include <QGuiApplication>
 

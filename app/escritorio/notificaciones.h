@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ficha.h"
+#include "puertos/ficha.h"
 
 #include <QObject>
 

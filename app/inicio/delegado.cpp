@@ -1,19 +1,19 @@
 #include "delegado.h"
 
 #include "abierto.h"
+#include "lugares/ruta.h"
 #include "motor/motor.h"
-#include "motor/principal.h"
-#include "motor/ruta.h"
+#include "sistema/hilos.h"
 
 #include <algorithm>
 
-Delegado::Delegado(std::unique_ptr<ProveedorDeServicios> servicios)
-    : m_servicios(std::move(servicios)) {}
+Delegado::Delegado(std::unique_ptr<SistemaDeServicios> sistema)
+    : m_sistema(std::move(sistema)) {}
 
 void Delegado::applicationDidFinishLaunching(const std::function<bool()> &sigue) {
-    if (m_servicios) {
-        m_servicios->registra();
-        m_servicios->refresca();
+    if (m_sistema) {
+        m_sistema->registra(m_recepcion);
+        m_sistema->refresca();
     }
     if (sigue())
         Motor::limpiaTemporales();

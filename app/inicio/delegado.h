@@ -1,17 +1,19 @@
 #pragma once
 
+#include "recepcion.h"
+
 #include <QList>
 #include <QUrl>
 
 #include <functional>
 #include <memory>
 
-/// How the application offers its services to other programs.
-class ProveedorDeServicios {
+/// Where other programs find the services of this one.
+class SistemaDeServicios {
 public:
-    virtual ~ProveedorDeServicios() = default;
-    /// Makes the services callable.
-    virtual void registra() = 0;
+    virtual ~SistemaDeServicios() = default;
+    /// Makes what `recepcion` takes in callable. It must live on.
+    virtual void registra(Recepcion &recepcion) = 0;
     /// Asks the system to read its service entries again.
     virtual void refresca() = 0;
 };
@@ -20,8 +22,12 @@ public:
 /// open. Main thread only.
 class Delegado {
 public:
-    /// Owns the services provider; none: there is nobody to offer services to.
-    explicit Delegado(std::unique_ptr<ProveedorDeServicios> servicios = nullptr);
+    /// None: there is nobody to offer services to.
+    explicit Delegado(std::unique_ptr<SistemaDeServicios> sistema = nullptr);
+
+    [[nodiscard]] Recepcion &recepcion() { return m_recepcion; }
+    /// The services provider, as long as this lives.
+    [[nodiscard]] const Servicios &servicios() const { return m_recepcion.servicios(); }
 
     /// The start-up steps, once: services, their refresh, old temporaries. The
     /// last only if `sigue`, asked when the services stand, says that this
@@ -33,5 +39,6 @@ public:
     static void application(const QList<QUrl> &open);
 
 private:
-    std::unique_ptr<ProveedorDeServicios> m_servicios;
+    std::unique_ptr<SistemaDeServicios> m_sistema;
+    Recepcion m_recepcion; // goes first: the system only refers to it
 };

@@ -1,8 +1,9 @@
 #include "orcalinapp.h"
 
 #include "abierto.h"
-#include "escritorio/escritorio.h"
-#include "motor/ruta.h"
+#include "lugares/ruta.h"
+#include "pantallas/palabras.h"
+#include "puertos/escritorio.h"
 
 namespace {
 
@@ -14,12 +15,15 @@ void retira(std::unique_ptr<Vista> &vista) {
 
 } // namespace
 
-OrcalinApp::OrcalinApp(std::unique_ptr<Delegado> delegado, Escritorio &escritorio)
+OrcalinApp::OrcalinApp(std::unique_ptr<Delegado> delegado, Escritorio &escritorio,
+                       EnMarcha &enMarcha)
     : m_delegado(std::move(delegado))
     , m_escritorio(escritorio)
-    , m_abierto(Abierto::compartido()) {
+    , m_enMarcha(enMarcha)
+    , m_abierto(Abierto::compartido())
+    , m_salida(enMarcha) {
     connect(&m_abierto, &Abierto::vaACambiar, this, &OrcalinApp::pideBody);
-    connect(&EnMarcha::trabajos(), &EnMarcha::acabaSolo, this, &OrcalinApp::avisaDelFinal);
+    connect(&m_enMarcha, &EnMarcha::acabaSolo, this, &OrcalinApp::avisaDelFinal);
     body();
 }
 
@@ -34,10 +38,10 @@ void OrcalinApp::guardarAlgo() {
     m_abierto.ponArchivo(std::nullopt);
 }
 
-void OrcalinApp::avisaDelFinal(const EnMarcha::Trabajo &trabajo, const Motor::Estado &estado) {
-    const Final final = trabajo.obra == EnMarcha::Obra::Guardar
-                            ? Pantalla::final(estado, m_escritorio)
-                            : Explorador::final(estado, trabajo.archivo);
+void OrcalinApp::avisaDelFinal(const Trabajo &trabajo) {
+    const Final final = trabajo.obra() == Obra::Guardar
+                            ? palabras::finalDeGuardar(trabajo.estado(), m_escritorio)
+                            : palabras::finalDeRecuperar(trabajo.estado(), trabajo.archivo());
     m_escritorio.avisa(Aviso::Siempre, final.titulo, final.texto);
 }
 
@@ -72,14 +76,14 @@ void OrcalinApp::body() {
     retira(m_pantalla);
     retira(m_explorador);
     if (m_identidad.archivo)
-        m_explorador = std::make_unique<Explorador>(*m_identidad.archivo, m_escritorio);
+        m_explorador = std::make_unique<Explorador>(*m_identidad.archivo, m_escritorio, m_enMarcha);
     else
         m_pantalla = nuevaPantalla();
     emit pantallaCambia();
 }
 
 std::unique_ptr<Pantalla> OrcalinApp::nuevaPantalla() {
-    auto pantalla = std::make_unique<Pantalla>(m_abierto.aComprimir(), m_escritorio);
+    auto pantalla = std::make_unique<Pantalla>(m_abierto.aComprimir(), m_escritorio, m_enMarcha);
     connect(pantalla.get(), &Pantalla::abreArchivo, this,
             [this](const QUrl &archivo) { m_abierto.ponArchivo(archivo); });
     return pantalla;

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "delegado.h"
-#include "motor/enmarcha.h"
 #include "pantallas/explorador.h"
 #include "pantallas/pantalla.h"
 #include "salida.h"
+#include "trabajos/enmarcha.h"
 
 #include <QObject>
 
@@ -23,8 +23,9 @@ class OrcalinApp : public QObject {
     Q_PROPERTY(Salida *salida READ salida CONSTANT)
 
 public:
-    /// The desktop must outlive the application.
-    OrcalinApp(std::unique_ptr<Delegado> delegado, Escritorio &escritorio);
+    /// The desktop and the list of jobs must outlive the application.
+    OrcalinApp(std::unique_ptr<Delegado> delegado, Escritorio &escritorio,
+               EnMarcha &enMarcha = EnMarcha::todos());
     ~OrcalinApp() override;
 
     [[nodiscard]] Delegado &delegado() const { return *m_delegado; }
@@ -51,7 +52,7 @@ private:
         bool operator==(const Identidad &) const = default;
     };
 
-    void avisaDelFinal(const EnMarcha::Trabajo &trabajo, const Motor::Estado &estado);
+    void avisaDelFinal(const Trabajo &trabajo);
     void pideBody();
     void body();
     [[nodiscard]] Identidad identidad() const;
@@ -59,6 +60,7 @@ private:
 
     std::unique_ptr<Delegado> m_delegado;
     Escritorio &m_escritorio;
+    EnMarcha &m_enMarcha;
     Abierto &m_abierto;
     Identidad m_identidad;
     bool m_pedido = false;

@@ -1,6 +1,6 @@
 #include "orden.h"
 
-#include "motor/ruta.h"
+#include "lugares/ruta.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "escritorio/ficha.h"
+#include "puertos/ficha.h"
 
 #include <QStringList>
 

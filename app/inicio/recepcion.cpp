@@ -1,7 +1,7 @@
 #include "recepcion.h"
 
 #include "delegado.h"
-#include "motor/ruta.h"
+#include "lugares/ruta.h"
 
 namespace {
 

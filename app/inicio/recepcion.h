@@ -13,6 +13,8 @@ class Recepcion : public QObject {
 public:
     Recepcion();
 
+    [[nodiscard]] const Servicios &servicios() const { return m_servicios; }
+
     /// Sees to it; what changes, changes shortly after this returns. Gives the
     /// error text for whoever asked, or none.
     std::optional<QString> atiende(const Peticion &peticion);

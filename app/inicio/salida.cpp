@@ -1,22 +1,17 @@
 #include "salida.h"
 
-#include "motor/enmarcha.h"
-
-namespace {
-
-// Of saving, of taking out, or of both.
-QString palabras(const QString &guardar, const QString &recuperar, const QString &ambas) {
-    const auto &trabajos = EnMarcha::trabajos();
-    if (!trabajos.hay(EnMarcha::Obra::Recuperar))
-        return guardar;
-    return trabajos.hay(EnMarcha::Obra::Guardar) ? ambas : recuperar;
+Salida::Salida(EnMarcha &enMarcha, QObject *padre)
+    : QObject(padre)
+    , m_enMarcha(enMarcha) {
+    connect(&m_enMarcha, &EnMarcha::mengua, this, &Salida::mira);
 }
 
-} // namespace
-
-Salida::Salida(QObject *padre)
-    : QObject(padre) {
-    connect(&EnMarcha::trabajos(), &EnMarcha::mengua, this, &Salida::mira);
+// Of saving, of taking out, or of both.
+QString Salida::palabras(const QString &guardar, const QString &recuperar,
+                         const QString &ambas) const {
+    if (!m_enMarcha.hay(Obra::Recuperar))
+        return guardar;
+    return m_enMarcha.hay(Obra::Guardar) ? ambas : recuperar;
 }
 
 QString Salida::titular() const {
@@ -39,7 +34,7 @@ QString Salida::rotuloSeguir() const {
 }
 
 bool Salida::pide() {
-    ponPregunta(EnMarcha::trabajos().hay());
+    ponPregunta(m_enMarcha.hay());
     if (!m_pregunta)
         emit sale();
     return !m_pregunta;
@@ -55,7 +50,7 @@ void Salida::sal() {
 }
 
 void Salida::mira() {
-    if (!EnMarcha::trabajos().hay())
+    if (!m_enMarcha.hay())
         ponPregunta(false);
     else if (m_pregunta)
         emit preguntaCambia(); // its words

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "trabajos/enmarcha.h"
+
 #include <QObject>
 
 /// The way out of the application: what is being saved or taken out is not given
@@ -12,7 +14,8 @@ class Salida : public QObject {
     Q_PROPERTY(QString rotuloSeguir READ rotuloSeguir NOTIFY preguntaCambia)
 
 public:
-    explicit Salida(QObject *padre = nullptr);
+    /// `enMarcha`: what it looks at; must outlive it.
+    explicit Salida(EnMarcha &enMarcha = EnMarcha::todos(), QObject *padre = nullptr);
 
     /// Whether the question stands. It goes when there is nothing left to ask
     /// about.
@@ -36,8 +39,11 @@ signals:
     void sale();
 
 private:
+    [[nodiscard]] QString palabras(const QString &guardar, const QString &recuperar,
+                                   const QString &ambas) const;
     void mira();
     void ponPregunta(bool pregunta);
 
+    EnMarcha &m_enMarcha;
     bool m_pregunta = false;
 };

@@ -1,8 +1,8 @@
 #include "servicios.h"
 
 #include "abierto.h"
-#include "motor/principal.h"
-#include "motor/ruta.h"
+#include "lugares/ruta.h"
+#include "sistema/hilos.h"
 
 #include <algorithm>
 
@@ -20,16 +20,33 @@ QList<QUrl> lee(const QStringList &uris) {
     return urls;
 }
 
+std::optional<QUrl> primerArchivo(const QStringList &uris) {
+    const QList<QUrl> urls = lee(uris);
+    const auto archivo = std::find_if(urls.begin(), urls.end(), ruta::esArchivo);
+    return archivo == urls.end() ? std::nullopt : std::optional(*archivo);
+}
+
 } // namespace
 
 Servicios::Servicios(AlFrente alFrente)
     : m_alFrente(std::move(alFrente)) {}
 
-std::optional<QString> Servicios::comprimir(const QStringList &uris, const Ficha &ficha) const {
-    const QList<QUrl> urls = lee(uris);
-    if (urls.isEmpty())
+std::optional<QString> Servicios::reparoAComprimir(const QStringList &uris) {
+    if (lee(uris).isEmpty())
         return QStringLiteral("No he recibido ningún archivo.");
-    enPrincipal([alFrente = m_alFrente, urls, ficha] {
+    return std::nullopt;
+}
+
+std::optional<QString> Servicios::reparoAAbrir(const QStringList &uris) {
+    if (!primerArchivo(uris))
+        return QStringLiteral("Eso no es un archivo .okz.");
+    return std::nullopt;
+}
+
+std::optional<QString> Servicios::comprimir(const QStringList &uris, const Ficha &ficha) const {
+    if (auto reparo = reparoAComprimir(uris))
+        return reparo;
+    enPrincipal([alFrente = m_alFrente, urls = lee(uris), ficha] {
         alFrente(ficha);
         // First back to the compression screen: there the new list makes it a fresh one.
         Abierto::compartido().ponArchivo(std::nullopt);
@@ -39,11 +56,9 @@ std::optional<QString> Servicios::comprimir(const QStringList &uris, const Ficha
 }
 
 std::optional<QString> Servicios::abrir(const QStringList &uris, const Ficha &ficha) const {
-    const QList<QUrl> urls = lee(uris);
-    const auto archivo = std::find_if(urls.begin(), urls.end(), ruta::esArchivo);
-    if (archivo == urls.end())
-        return QStringLiteral("Eso no es un archivo .okz.");
-    enPrincipal([alFrente = m_alFrente, url = *archivo, ficha] {
+    if (auto reparo = reparoAAbrir(uris))
+        return reparo;
+    enPrincipal([alFrente = m_alFrente, url = primerArchivo(uris), ficha] {
         alFrente(ficha);
         Abierto::compartido().ponArchivo(url);
     });

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "escritorio/ficha.h"
+#include "puertos/ficha.h"
 
 #include <QString>
 #include <QStringList>
@@ -11,8 +11,8 @@
 /// The services that other programs send a selection of files to.
 ///
 /// Each takes the texts as they were sent, which must all be file URIs, and
-/// returns at once: an error text for the caller, and then nothing has changed,
-/// or none. What there is to do is done on the main thread afterwards. Call them
+/// returns at once: an error text for the caller, and then nothing changes, or
+/// none. What there is to do is done on the main thread afterwards. Call them
 /// there too.
 class Servicios {
 public:
@@ -28,6 +28,10 @@ public:
     /// Shows the first archive among them.
     [[nodiscard]] std::optional<QString> abrir(const QStringList &uris,
                                                const Ficha &ficha = {}) const;
+
+    /// What they would answer, without doing it. Any thread.
+    [[nodiscard]] static std::optional<QString> reparoAComprimir(const QStringList &uris);
+    [[nodiscard]] static std::optional<QString> reparoAAbrir(const QStringList &uris);
 
 private:
     AlFrente m_alFrente;

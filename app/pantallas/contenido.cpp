@@ -1,6 +1,6 @@
 #include "contenido.h"
 
-#include "motor/fondo.h"
+#include "sistema/hilos.h"
 
 ContenidoCompartido preparaContenido(const QList<Entrada> &entradas) {
     auto nuevo = std::make_shared<Contenido>();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "motor/entrada.h"
+#include "textos/entrada.h"
 
 #include <QList>
 

@@ -1,21 +1,25 @@
 #include "explorador.h"
 
-#include "escritorio/escritorio.h"
-#include "motor/fondo.h"
-#include "motor/principal.h"
-#include "motor/ruta.h"
+#include "lugares/ruta.h"
+#include "palabras.h"
+#include "puertos/escritorio.h"
 #include "revelar.h"
+#include "sistema/hilos.h"
+#include "trabajos/saque.h"
 
 #include <QPointer>
 
 #include <malloc.h>
 
-Explorador::Explorador(QUrl archivo, Escritorio &escritorio, QObject *padre)
+Explorador::Explorador(QUrl archivo, Escritorio &escritorio, EnMarcha &enMarcha, QObject *padre)
     : QObject(padre)
     , m_archivo(std::move(archivo))
     , m_escritorio(escritorio)
+    , m_enMarcha(enMarcha)
+    , m_motor(enMarcha)
     , m_filas(escritorio)
-    , m_seguimiento(m_motor, escritorio, [this] { return final(m_motor.estado(), m_archivo); }) {
+    , m_seguimiento(m_motor, escritorio,
+                    [this] { return palabras::finalDeRecuperar(m_motor.estado(), m_archivo); }) {
     connect(&m_motor, &Motor::estadoCambia, this, &Explorador::cambia);
     connect(&m_filas, &Filas::seleccionCambia, this, &Explorador::listaCambia);
     connect(&m_filas, &Filas::modelReset, this, &Explorador::listaCambia);
@@ -48,14 +52,6 @@ QString Explorador::texto() const {
     if (const auto *error = std::get_if<Motor::Error>(&m_motor.estado()))
         return error->texto;
     return m_fallo.value_or(QStringLiteral("leyendo el archivo…"));
-}
-
-Final Explorador::final(const Motor::Estado &estado, const QUrl &archivo) {
-    if (const auto *hecho = std::get_if<Motor::Hecho>(&estado))
-        return {QStringLiteral("Recuperado"),
-                QStringLiteral("De %1 a «%2».")
-                    .arg(ruta::ultimoComponente(archivo), ruta::ultimoComponente(hecho->ruta))};
-    return {QStringLiteral("No se pudo recuperar"), std::get<Motor::Error>(estado).texto};
 }
 
 QString Explorador::cuenta() const {
@@ -164,23 +160,15 @@ void Explorador::abrir(int fila) {
 void Explorador::acabaAbrir(const Motor::Copia &copia) {
     ponAbriendo(std::nullopt);
     if (const auto *url = std::get_if<QUrl>(&copia)) {
-        ensena(*url);
+        abreOMuestra(m_escritorio, *url, [esta = QPointer(this), copia = *url] {
+            if (esta)
+                esta->ponAbrirFallo(QStringLiteral("No hay con qué abrir «%1».")
+                                        .arg(ruta::ultimoComponente(copia)));
+        });
         return;
     }
     const auto *otro = std::get_if<fallos::Otro>(&std::get<FalloAlLeer>(copia));
     ponAbrirFallo(otro != nullptr ? otro->texto : QStringLiteral("Hace falta la contraseña."));
-}
-
-// Where nothing opens it, the file manager shows it, and where there is none of
-// those either, the user is told.
-void Explorador::ensena(const QUrl &copia) {
-    const auto nada = [esta = QPointer(this), copia] {
-        if (esta)
-            esta->ponAbrirFallo(
-                QStringLiteral("No hay con qué abrir «%1».").arg(ruta::ultimoComponente(copia)));
-    };
-    m_escritorio.abre(
-        copia, [&escritorio = m_escritorio, copia, nada] { escritorio.revela(copia, nada); });
 }
 
 void Explorador::ponAbriendo(std::optional<QString> ruta) {
@@ -213,6 +201,39 @@ void Explorador::recuperar(const QStringList &rutas) {
                                                   : QStringLiteral("¿Dónde lo dejo?"));
     if (esta && destino)
         m_motor.recuperarVarios(m_archivo, *destino, rutas, clave());
+}
+
+void Explorador::arrastrar(int fila) {
+    if (std::exchange(m_arrastrando, true))
+        return;
+    ponAbrirFallo(std::nullopt);
+    if (!m_filas.elegida(fila))
+        m_filas.elige(fila);
+    const auto indices = m_filas.indicesElegidos();
+    m_filas.ponArrastradas(indices);
+    const QString rotulo = indices.size() == 1 ? m_filas.entrada(fila).nombre()
+                                               : QStringLiteral("%1 elementos").arg(indices.size());
+    enFondo([esta = QPointer(this), contenido = m_filas.contenido(), indices, rotulo] {
+        enPrincipal([esta, rotulo, raices = raicesDe(*contenido, indices)] {
+            if (esta)
+                esta->lleva(raices, rotulo);
+        });
+    });
+}
+
+void Explorador::lleva(const Raices &raices, const QString &rotulo) {
+    const QPointer esta(this); // another archive may be opened meanwhile
+    Saque saque(m_archivo, raices.rutas, raices.bytes, clave(), m_enMarcha);
+    connect(&saque, &Saque::acabado, this, [this] { m_filas.ponArrastradas({}); });
+    saque.empieza();
+    if (saque.fase() != Saque::Fase::Fallido && m_escritorio.arrastra(saque, rotulo))
+        saque.conserva();
+    if (!esta)
+        return;
+    m_arrastrando = false;
+    m_filas.ponArrastradas({});
+    if (!saque.fallo().isEmpty())
+        ponAbrirFallo(saque.fallo());
 }
 
 void Explorador::revela() {

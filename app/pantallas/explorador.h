@@ -29,8 +29,9 @@ public:
     enum class Panel { Ocupado, Recuperado, Problema, PedirClave, Contenido };
     Q_ENUM(Panel)
 
-    /// The desktop must outlive the browser.
-    Explorador(QUrl archivo, Escritorio &escritorio, QObject *padre = nullptr);
+    /// The desktop and the list of jobs must outlive the browser.
+    Explorador(QUrl archivo, Escritorio &escritorio, EnMarcha &enMarcha = EnMarcha::todos(),
+               QObject *padre = nullptr);
     ~Explorador() override;
 
     [[nodiscard]] const QUrl &archivo() const { return m_archivo; }
@@ -60,9 +61,6 @@ public:
     [[nodiscard]] bool hayElegidas() const { return m_filas.elegidas() > 0; }
     /// Why the last opening or drag failed; empty when it did not.
     [[nodiscard]] QString abrirFallo() const { return m_abrirFallo.value_or(QString()); }
-
-    /// How taking something out of the archive ended; `estado` is Hecho or Error.
-    static Final final(const Motor::Estado &estado, const QUrl &archivo);
 
 public slots:
     /// Lists the archive in the background; when it is put on screen, and again
@@ -108,7 +106,6 @@ private:
     void acabaCarga(ContenidoCompartido contenido);
     void acabaCarga(const FalloAlLeer &fallo);
     void acabaAbrir(const Motor::Copia &copia);
-    void ensena(const QUrl &copia);
     void ponAbriendo(std::optional<QString> ruta);
     void ponAbrirFallo(std::optional<QString> fallo);
     void recuperar(const QStringList &rutas);
@@ -117,6 +114,7 @@ private:
 
     const QUrl m_archivo;
     Escritorio &m_escritorio;
+    EnMarcha &m_enMarcha;
     Motor m_motor;
     Filas m_filas;
     QString m_busca;

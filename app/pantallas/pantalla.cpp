@@ -1,22 +1,40 @@
 #include "pantalla.h"
 
-#include "escritorio/escritorio.h"
-#include "motor/fondo.h"
-#include "motor/principal.h"
-#include "motor/ruta.h"
-#include "motor/tamano.h"
+#include "lugares/ruta.h"
+#include "lugares/tamano.h"
+#include "palabras.h"
+#include "puertos/escritorio.h"
 #include "revelar.h"
+#include "sistema/hilos.h"
 
 #include <QPointer>
 
 #include <algorithm>
 #include <sys/stat.h>
+#include <utility>
 
-Pantalla::Pantalla(QList<QUrl> inicial, Escritorio &escritorio, QObject *padre)
+namespace {
+
+template<typename Caso>
+const Caso *si(const Motor &motor) {
+    return std::get_if<Caso>(&motor.estado());
+}
+
+// Not a link to one: that is packed as a link. Nor what cannot be read.
+bool esCarpeta(const QUrl &url) {
+    struct stat dato {};
+    return ::lstat(ruta::nativa(url).constData(), &dato) == 0 && S_ISDIR(dato.st_mode);
+}
+
+} // namespace
+
+Pantalla::Pantalla(QList<QUrl> inicial, Escritorio &escritorio, EnMarcha &enMarcha, QObject *padre)
     : QObject(padre)
     , m_inicial(std::move(inicial))
     , m_escritorio(escritorio)
-    , m_seguimiento(m_motor, escritorio, [this] { return final(m_motor.estado(), m_escritorio); }) {
+    , m_motor(enMarcha)
+    , m_seguimiento(m_motor, escritorio,
+                    [this] { return palabras::finalDeGuardar(m_motor.estado(), m_escritorio); }) {
     connect(&m_motor, &Motor::estadoCambia, this, &Pantalla::estadoCambia);
     connect(this, &Pantalla::origenesCambian, this, &Pantalla::puedeGuardarCambia);
     connect(this, &Pantalla::opcionesCambian, this, &Pantalla::puedeGuardarCambia);
@@ -24,6 +42,91 @@ Pantalla::Pantalla(QList<QUrl> inicial, Escritorio &escritorio, QObject *padre)
 
 Pantalla::~Pantalla() {
     m_medida.request_stop();
+}
+
+Pantalla::Panel Pantalla::panel() const {
+    return static_cast<Panel>(m_motor.estado().index());
+}
+
+Pantalla::Contenido Pantalla::contenido() const {
+    if (m_origenes.isEmpty())
+        return Contenido::Nada;
+    return m_origenes.size() == 1 ? Contenido::Uno : Contenido::Varios;
+}
+
+QString Pantalla::cabecera() const {
+    if (contenido() == Contenido::Varios)
+        return titular() + QStringLiteral(" · ") + peso();
+    return titular();
+}
+
+QString Pantalla::peso() const {
+    return m_bytes ? m_escritorio.textoDeBytes(*m_bytes) : QStringLiteral("…");
+}
+
+QString Pantalla::resumen() const {
+    if (contenido() != Contenido::Uno)
+        return cabecera();
+    return QStringList{titular(), clase(0), peso()}.join(QStringLiteral(", "));
+}
+
+bool Pantalla::puedeGuardar() const {
+    return !m_origenes.isEmpty() && !(m_cifrar && m_contrasena.isEmpty());
+}
+
+double Pantalla::pct() const {
+    const auto *trabajando = si<Motor::Trabajando>(m_motor);
+    return trabajando != nullptr ? trabajando->pct : 0;
+}
+
+QString Pantalla::detalle() const {
+    const auto *trabajando = si<Motor::Trabajando>(m_motor);
+    if (trabajando == nullptr)
+        return {};
+    if (!trabajando->restante)
+        return trabajando->detalle;
+    return trabajando->detalle + QStringLiteral(" · ~") +
+           palabras::cuantoFalta(*trabajando->restante);
+}
+
+QString Pantalla::tamanos() const {
+    const auto *hecho = si<Motor::Hecho>(m_motor);
+    return hecho != nullptr ? palabras::tamanos(*hecho, m_escritorio) : QString();
+}
+
+QString Pantalla::ahorro() const {
+    const auto *hecho = si<Motor::Hecho>(m_motor);
+    return hecho != nullptr ? palabras::ahorro(*hecho, m_escritorio) : QString();
+}
+
+QString Pantalla::duracion() const {
+    const auto *hecho = si<Motor::Hecho>(m_motor);
+    return hecho != nullptr ? palabras::duracion(*hecho) : QString();
+}
+
+QString Pantalla::mensaje() const {
+    const auto *error = si<Motor::Error>(m_motor);
+    return error != nullptr ? error->texto : QString();
+}
+
+QString Pantalla::anuncio() const {
+    if (const auto *hecho = si<Motor::Hecho>(m_motor))
+        return palabras::anuncio(*hecho, m_escritorio);
+    if (panel() != Panel::Trabajando)
+        return {};
+    const int decimas = static_cast<int>(pct() * 10);
+    return decimas > 0 ? QStringLiteral("%1, %2 %").arg(titular()).arg(decimas * 10) : titular();
+}
+
+QString Pantalla::icono(int indice, bool relleno) const {
+    const bool carpeta = esCarpeta(m_origenes.value(indice));
+    return (carpeta ? QStringLiteral("folder") : QStringLiteral("doc")) +
+           (relleno ? QStringLiteral(".fill") : QString());
+}
+
+QString Pantalla::clase(int indice) const {
+    return esCarpeta(m_origenes.value(indice)) ? QStringLiteral("carpeta")
+                                               : QStringLiteral("archivo");
 }
 
 void Pantalla::aparece() {
@@ -74,7 +177,7 @@ void Pantalla::guardar() {
     if (m_origenes.isEmpty())
         return;
     const QPointer esta(this);
-    const auto destino = m_escritorio.eligeDestino(nombrePropuesto());
+    const auto destino = m_escritorio.eligeDestino(palabras::nombrePropuesto(m_origenes));
     if (!esta || !destino)
         return;
     m_motor.comprimir(m_origenes, *destino, m_maximo,
@@ -86,7 +189,7 @@ void Pantalla::cancelar() {
 }
 
 void Pantalla::revela() {
-    if (const auto *hecho = std::get_if<Motor::Hecho>(&m_motor.estado()))
+    if (const auto *hecho = si<Motor::Hecho>(m_motor))
         revelaOAvisa(m_escritorio, hecho->ruta);
 }
 
@@ -99,37 +202,24 @@ void Pantalla::volver() {
     m_motor.ponEstado(Motor::Reposo{});
 }
 
-bool Pantalla::esCarpeta(const QUrl &url) {
-    struct stat dato {};
-    return ::lstat(ruta::nativa(url).constData(), &dato) == 0 && S_ISDIR(dato.st_mode);
-}
-
 void Pantalla::ponEncima(bool encima) {
-    if (m_encima == encima)
-        return;
-    m_encima = encima;
-    emit encimaCambia();
+    if (std::exchange(m_encima, encima) != encima)
+        emit encimaCambia();
 }
 
 void Pantalla::ponMaximo(bool maximo) {
-    if (m_maximo == maximo)
-        return;
-    m_maximo = maximo;
-    emit opcionesCambian();
+    if (std::exchange(m_maximo, maximo) != maximo)
+        emit opcionesCambian();
 }
 
 void Pantalla::ponCifrar(bool cifrar) {
-    if (m_cifrar == cifrar)
-        return;
-    m_cifrar = cifrar;
-    emit opcionesCambian();
+    if (std::exchange(m_cifrar, cifrar) != cifrar)
+        emit opcionesCambian();
 }
 
 void Pantalla::ponContrasena(const QString &contrasena) {
-    if (m_contrasena == contrasena)
-        return;
-    m_contrasena = contrasena;
-    emit opcionesCambian();
+    if (std::exchange(m_contrasena, contrasena) != contrasena)
+        emit opcionesCambian();
 }
 
 void Pantalla::ponOrigenes(QList<QUrl> origenes) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "motor/motor.h"
+#include "palabras.h"
 #include "seguimiento.h"
 
 #include <QObject>
@@ -46,9 +47,10 @@ public:
     enum class Contenido { Nada, Uno, Varios };
     Q_ENUM(Contenido)
 
-    /// `inicial`: the items handed in from outside. The desktop must outlive
-    /// the screen.
-    Pantalla(QList<QUrl> inicial, Escritorio &escritorio, QObject *padre = nullptr);
+    /// `inicial`: the items handed in from outside. The desktop and the list of
+    /// jobs must outlive the screen.
+    Pantalla(QList<QUrl> inicial, Escritorio &escritorio, EnMarcha &enMarcha = EnMarcha::todos(),
+             QObject *padre = nullptr);
     ~Pantalla() override;
 
     [[nodiscard]] const QList<QUrl> &origenes() const { return m_origenes; }
@@ -58,7 +60,7 @@ public:
     /// Whether a drag that may be dropped is over the drop area.
     [[nodiscard]] bool encima() const { return m_encima; }
     /// The selected items' file names, for display.
-    [[nodiscard]] QStringList nombres() const;
+    [[nodiscard]] QStringList nombres() const { return palabras::nombres(m_origenes); }
     /// The image name for the item in this place of them, filled or not.
     [[nodiscard]] Q_INVOKABLE QString icono(int indice, bool relleno) const;
     /// What it shows, in a word.
@@ -85,7 +87,7 @@ public:
 
     /// The working panel: what is being packed, the fraction done (0 or less:
     /// not known), and the line under the bar with the remaining time.
-    [[nodiscard]] QString titular() const;
+    [[nodiscard]] QString titular() const { return palabras::titular(m_origenes); }
     [[nodiscard]] double pct() const;
     [[nodiscard]] QString detalle() const;
 
@@ -100,13 +102,6 @@ public:
     /// What a screen reader says of the job by itself: that it goes on, every
     /// tenth of the way, and how it ended well.
     [[nodiscard]] QString anuncio() const;
-
-    /// Whether the item is a folder; not when that cannot be read. A symbolic
-    /// link is not one: it is packed as a link.
-    static bool esCarpeta(const QUrl &url);
-
-    /// Words the end of a compression, `Hecho` or `Error`.
-    static Final final(const Motor::Estado &estado, const Escritorio &escritorio);
 
 public slots:
     /// The screen has come into view: takes `inicial` over, once.
@@ -148,7 +143,6 @@ private:
     void ponEncima(bool encima);
     void ponOrigenes(QList<QUrl> origenes);
     void mide();
-    [[nodiscard]] QString nombrePropuesto() const;
 
     const QList<QUrl> m_inicial;
     Escritorio &m_escritorio;

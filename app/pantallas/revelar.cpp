@@ -1,7 +1,7 @@
 #include "revelar.h"
 
-#include "escritorio/escritorio.h"
-#include "motor/ruta.h"
+#include "lugares/ruta.h"
+#include "puertos/escritorio.h"
 
 #include <unistd.h>
 
@@ -21,4 +21,8 @@ void revelaOAvisa(Escritorio &escritorio, const QUrl &url) {
     escritorio.revela(url, [&escritorio, url] {
         escritorio.avisa(Aviso::Siempre, QStringLiteral("No se pudo mostrar"), dondeEsta(url));
     });
+}
+
+void abreOMuestra(Escritorio &escritorio, const QUrl &url, const std::function<void()> &siNo) {
+    escritorio.abre(url, [&escritorio, url, siNo] { escritorio.revela(url, siNo); });
 }

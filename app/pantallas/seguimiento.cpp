@@ -1,7 +1,7 @@
 #include "seguimiento.h"
 
-#include "escritorio/escritorio.h"
 #include "motor/motor.h"
+#include "puertos/escritorio.h"
 
 Seguimiento::Seguimiento(Motor &motor, Escritorio &escritorio, std::function<Final()> final)
     : m_motor(motor)

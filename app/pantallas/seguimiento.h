@@ -1,18 +1,13 @@
 #pragma once
 
+#include "palabras.h"
+
 #include <QObject>
 #include <QString>
 
 #include <functional>
 
-class Escritorio;
 class Motor;
-
-/// How a job has ended, for whoever was not looking.
-struct Final {
-    QString titulo;
-    QString texto;
-};
 
 /// Tells the desktop how the jobs of a Motor go: how far, and how they ended.
 /// A job that the user has cancelled ends without a word. Main thread only.

@@ -1,9 +1,9 @@
 #include "vistas.h"
 
 #include "escritorio/frente.h"
-#include "escritorio/identidad.h"
 #include "imagenes.h"
 #include "inicio/orcalinapp.h"
+#include "puertos/identidad.h"
 #include "solocopia.h"
 
 #include <QFontMetrics>

@@ -1,6 +1,6 @@
 #include "banco.h"
 
-#include "motor/ruta.h"
+#include "lugares/ruta.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "escritorio/escritorio.h"
+#include "puertos/escritorio.h"
 
 #include <functional>
 

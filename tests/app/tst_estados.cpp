@@ -1,7 +1,7 @@
 // The states that a compression and an extraction go through.
 #include "banco.h"
-#include "motor/fondo.h"
-#include "motor/proceso.h"
+#include "hijos/proceso.h"
+#include "sistema/hilos.h"
 
 #include <QTest>
 
@@ -114,6 +114,25 @@ private slots:
         escena.motor.cancelar();
         QCOMPARE(escena.testigo.dichos().constLast(), QStringLiteral("reposo"));
         QVERIFY(escena.acabaCon(escena.hecho(1003)));
+    }
+
+    // Not through its driver, but by itself; what is out stays.
+    void unaExtraccionSeCancelaPorSuTrabajo() {
+        const Banco banco({"cuenta veces", "crea-entrada x", "en 2 espera 60000"});
+        EnMarcha enMarcha;
+        Motor motor(enMarcha);
+        Testigo testigo(motor);
+        motor.recuperarVarios(banco.url("a.okz"), banco.url("d"), kTres, "x");
+        QTRY_COMPARE(banco.lee("veces"), "..");
+        QVERIFY(!EnMarcha::todos().hay());
+        QVERIFY(enMarcha.hay(Obra::Recuperar) && !enMarcha.hay(Obra::Guardar));
+        enMarcha.vivos().constFirst()->cancela();
+        QVERIFY(!enMarcha.hay());
+        QVERIFY(std::holds_alternative<Motor::Trabajando>(motor.estado())); // the child lives on
+        QTRY_VERIFY(enMarcha.vivos().isEmpty());
+        QCOMPARE(testigo.dichos().constLast(), QStringLiteral("reposo"));
+        QCOMPARE(banco.lee("veces"), "..");
+        QVERIFY(banco.hay("d/a") && banco.claves().isEmpty());
     }
 
     // The last one: after it every child is killed as it starts.

@@ -1,9 +1,9 @@
 // The archive browser's rules, without a window.
 #include "banco.h"
 #include "escritoriofalso.h"
-#include "motor/fondo.h"
-#include "motor/saque.h"
 #include "pantallas/explorador.h"
+#include "sistema/hilos.h"
+#include "trabajos/saque.h"
 
 #include <QAbstractItemModelTester>
 #include <QTest>

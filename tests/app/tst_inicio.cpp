@@ -10,9 +10,11 @@
 
 namespace {
 
-struct ProveedorFalso : ProveedorDeServicios {
+struct SistemaFalso : SistemaDeServicios {
     std::function<void(const QString &)> apunta;
-    void registra() override { apunta("registra"); }
+    void registra(Recepcion &recepcion) override {
+        apunta(recepcion.servicios().comprimir({}) ? "registra" : "?");
+    }
     void refresca() override { apunta("refresca"); }
 };
 
@@ -31,9 +33,9 @@ private slots:
         const Banco banco;
         banco.fichero("orcalin-ver/resto", "");
         QStringList pasos;
-        auto proveedor = std::make_unique<ProveedorFalso>();
-        proveedor->apunta = [&](const QString &paso) { pasos.append(paso); };
-        Delegado delegado(std::move(proveedor));
+        auto sistema = std::make_unique<SistemaFalso>();
+        sistema->apunta = [&](const QString &paso) { pasos.append(paso); };
+        Delegado delegado(std::move(sistema));
         delegado.applicationDidFinishLaunching([] { return false; });
         QVERIFY(banco.hay("orcalin-ver")); // another one's
         delegado.applicationDidFinishLaunching();

@@ -1,8 +1,8 @@
 // What all jobs share: the locator, the state, the password file, sizes.
 #include "banco.h"
-#include "motor/clave.h"
-#include "motor/fondo.h"
-#include "motor/ruta.h"
+#include "lugares/clave.h"
+#include "lugares/ruta.h"
+#include "sistema/hilos.h"
 
 #include <QDir>
 #include <QTest>
@@ -38,20 +38,22 @@ private slots:
     void laClaveEsSoloDelDueno() {
         const Banco banco;
         const mode_t antes = ::umask(0);
-        const QByteArray ruta = clave::escribe(QStringLiteral("contraseña\n"));
+        std::optional<FicheroDeClave> clave(std::in_place, QStringLiteral("contraseña\n"));
         ::umask(antes);
+        const QByteArray ruta = clave->ruta();
         struct stat dato {};
         QCOMPARE(::stat(ruta.constData(), &dato), 0);
         QCOMPARE(dato.st_mode & 07777, 0600u);
         QVERIFY(ruta.startsWith(banco.ruta("okz-")));
         QCOMPARE(banco.claves().size(), 1);
         QCOMPARE(banco.lee(banco.claves().constFirst().toUtf8()), "contraseña\n");
-        clave::quita(ruta);
+        clave.reset();
         QVERIFY(banco.claves().isEmpty());
 
         // Where nothing can be written, the engine is to miss it, not to do without.
         qputenv("TMPDIR", banco.ruta("no-existe"));
-        QVERIFY(clave::escribe(QStringLiteral("x")).startsWith(banco.ruta("no-existe/okz-")));
+        QVERIFY(
+            FicheroDeClave(QStringLiteral("x")).ruta().startsWith(banco.ruta("no-existe/okz-")));
     }
 
     void tamanos() {

@@ -1,10 +1,10 @@
 // The compression screen's rules, without a window.
 #include "banco.h"
 #include "escritoriofalso.h"
-#include "motor/bytes.h"
-#include "motor/fondo.h"
-#include "pantallas/cuantofalta.h"
+#include "lugares/espacio.h"
+#include "pantallas/palabras.h"
 #include "pantallas/pantalla.h"
+#include "sistema/hilos.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -34,7 +34,7 @@ private slots:
             {3590, "60 min"},        {3600, "más de 1 hora"}, {7200, "unas 2 horas"},
         };
         for (const auto &[segundos, texto] : casos)
-            QCOMPARE(cuantoFalta(segundos), QString(texto));
+            QCOMPARE(palabras::cuantoFalta(segundos), QString(texto));
     }
 
     void cuentaDeBytes() {

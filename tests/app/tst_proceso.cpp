@@ -1,6 +1,6 @@
 // The child process, against a scripted child.
 #include "banco.h"
-#include "motor/proceso.h"
+#include "hijos/proceso.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -19,14 +19,16 @@ namespace {
 // and the end.
 struct Ensayo {
     QList<QByteArray> trozos;
-    std::promise<Proceso::Final> promesa;
-    std::future<Proceso::Final> futuro = promesa.get_future();
     Proceso proceso;
+    std::future<Proceso::Final> futuro;
 
     explicit Ensayo(const QList<QByteArray> &argumentos = {})
         : proceso({sitioDelMotor(), argumentos}) {
-        (void)proceso.lanza([this](const QByteArray &trozo) { trozos.append(trozo); },
-                            [this](const Proceso::Final &fin) { promesa.set_value(fin); });
+        (void)proceso.arranca();
+        futuro = std::async(std::launch::async, [this] {
+            return proceso.sigue(Proceso::Lee::Error,
+                                 [this](const QByteArray &trozo) { trozos.append(trozo); });
+        });
     }
     bool acabado(std::chrono::milliseconds plazo = 20s) {
         return futuro.wait_for(plazo) == std::future_status::ready;
@@ -38,11 +40,13 @@ struct Ensayo {
             trozos.removeLast();
         return trozos.join() + final;
     }
-    Proceso::Final fin() { return acabado() ? futuro.get() : Proceso::Final{-1, "colgado"}; }
+    Proceso::Final fin() { return acabado() ? futuro.get() : Proceso::Final{-1, {}, "colgado"}; }
 };
 
-Proceso::Corrida corre(Proceso::Lee que = Proceso::Lee::SalidaYError) {
-    return Proceso::corre({sitioDelMotor(), {}}, que);
+Proceso::Final corre(Proceso::Lee que = Proceso::Lee::SalidaYError) {
+    Proceso proceso({sitioDelMotor(), {}});
+    (void)proceso.arranca();
+    return proceso.sigue(que);
 }
 
 } // namespace
@@ -75,9 +79,8 @@ private slots:
     void elMotivoDeNoArrancar() {
         const Banco banco;
         Banco::ponFicheroComoMotor();
-        const auto nunca = [](const auto &) { QFAIL("no arrancó nada"); };
-        QCOMPARE(Proceso({sitioDelMotor(), {}}).lanza(nunca, nunca), ENOEXEC);
-        QCOMPARE(Proceso::corre({"/no/existe", {}}, Proceso::Lee::Error).fallo, ENOENT);
+        QCOMPARE(Proceso({sitioDelMotor(), {}}).arranca(), ENOEXEC);
+        QCOMPARE(Proceso({"/no/existe", {}}).arranca(), ENOENT);
     }
 
     void cierraSusTuberiasYSigueVivo() {
@@ -154,7 +157,7 @@ private slots:
         reloj.start();
         Proceso::terminaTodos(400ms);
         QVERIFY(reloj.elapsed() < 10000);
-        QVERIFY(sordo.acabado(0ms) && docil.acabado(0ms));
+        QVERIFY(sordo.acabado() && docil.acabado());
         QCOMPARE(sordo.fin().estado, 128 + SIGKILL);
         QCOMPARE(docil.fin().estado, 128 + SIGTERM);
         QCOMPARE(atascado.get().estado, 128 + SIGTERM);

@@ -1,6 +1,7 @@
 // What other programs may ask for, and the command line that asks for it.
 #include "banco.h"
 #include "inicio/abierto.h"
+#include "inicio/dosarranques.h"
 #include "inicio/orden.h"
 #include "inicio/recepcion.h"
 
@@ -45,6 +46,11 @@ private slots:
         }
         QCOMPARE(recepcion.atiende({Que::Abrir, {"file:///a.pdf"}}).value_or(QString()),
                  noEsArchivo);
+        QCOMPARE(Servicios::reparoAComprimir({}), sinArchivos);
+        QCOMPARE(Servicios::reparoAAbrir({"file:///a.pdf"}), noEsArchivo);
+        // Asking is not doing.
+        QVERIFY(!Servicios::reparoAComprimir({"file:///a"}));
+        QVERIFY(!Servicios::reparoAAbrir({"file:///a.okz"}));
         QCoreApplication::processEvents();
         QCOMPARE(alFrente.size(), 0);
         QVERIFY(!abierto.archivo());
@@ -89,6 +95,38 @@ private slots:
         QCoreApplication::processEvents();
         QCOMPARE(abierto.archivo().value_or(QUrl()), url("/X.OKZ"));
         QCOMPARE(fichas, (QList<QByteArray>{"f_TIME1", "f_TIME2", "f_TIME3"}));
+    }
+
+    // Which of them is the application; -1: it goes on.
+    void dosQueArrancan() {
+        using Fin = DosArranques::Fin;
+        struct {
+            QList<Fin> fines; // of handing over, each time it is tried
+            Orden::Modo modo;
+            int alEmpezar;
+            int despues;
+            bool esNuestro;
+        } const casos[]{
+            {{Fin::Hecha}, Orden::Modo::Ventana, 0, -1, false},
+            {{Fin::Rechazada}, Orden::Modo::Ventana, 1, -1, false},
+            {{Fin::Nadie}, Orden::Modo::Ventana, -1, -1, true},
+            {{Fin::NoContesta}, Orden::Modo::Ventana, -1, -1, false}, // works alone
+            // The other was quicker.
+            {{Fin::Nadie, Fin::Hecha}, Orden::Modo::Ventana, -1, 0, false},
+            {{Fin::Nadie, Fin::Rechazada}, Orden::Modo::Ventana, -1, 1, false},
+            {{Fin::Nadie, Fin::NoContesta}, Orden::Modo::Ventana, -1, -1, false},
+            {{}, Orden::Modo::Espera, -1, -1, true},
+            {{}, Orden::Modo::Espera, -1, 0, false},
+        };
+        for (const auto &caso : casos) {
+            auto fines = caso.fines;
+            DosArranques arranques({caso.modo, {}},
+                                   [&fines](const Peticion &) { return fines.takeFirst(); });
+            QCOMPARE(arranques.alEmpezar().value_or(-1), caso.alEmpezar);
+            if (caso.alEmpezar < 0)
+                QCOMPARE(arranques.trasPedirElNombre(caso.esNuestro).value_or(-1), caso.despues);
+            QVERIFY(fines.isEmpty()); // tried as often as that
+        }
     }
 
     void laOrden() {

@@ -1,9 +1,9 @@
 // What is read of texts: lines, progress, listings, and the file URLs that carry
 // any name.
-#include "motor/lineas.h"
-#include "motor/listado.h"
-#include "motor/progreso.h"
-#include "motor/ruta.h"
+#include "lugares/ruta.h"
+#include "textos/lineas.h"
+#include "textos/listado.h"
+#include "textos/progreso.h"
 
 #include <QSet>
 #include <QTest>

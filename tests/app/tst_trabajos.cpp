@@ -3,7 +3,7 @@
 // them leave the process as it was. ORCALIN_TRABAJOS says how many; it tells how
 // it stands after each third of them.
 #include "banco.h"
-#include "motor/fondo.h"
+#include "sistema/hilos.h"
 
 #include <QDir>
 #include <QTest>
@@ -189,7 +189,7 @@ private slots:
             QCOMPARE(kTrabajos[i](banco, "x"), casos[i].second);
             QCOMPARE(banco.claves().size(), kTrabajos[i] == recupera ? 0 : 1);
         }
-        QVERIFY(!EnMarcha::trabajos().hay()); // nothing that leaving would have to ask about
+        QVERIFY(!EnMarcha::todos().hay()); // nothing that leaving would have to ask about
         colaDeFondo().waitForDone();
         QTRY_COMPARE(rastro(), antes);
     }

@@ -1,7 +1,7 @@
 // Extraction for viewing: the private folder, the copy, the space check.
 #include "banco.h"
-#include "motor/bytes.h"
-#include "motor/ruta.h"
+#include "lugares/espacio.h"
+#include "lugares/ruta.h"
 
 #include <QProcess>
 #include <QTest>
