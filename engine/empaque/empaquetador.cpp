@@ -39,6 +39,8 @@ void Empaquetador::intenta(const Pieza &pieza) {
         return falta(pieza, errno);
     if ((cosa.estado.st_mode & S_IFMT) != pieza.clase)
         return falta(pieza, "ha cambiado mientras se guardaba");
+    if (pieza.clase == S_IFREG && cosa.estado.st_size > ficheroMaximo)
+        return falta(pieza, EFBIG);
     const Primero *otro = primero(cosa);
     if (pieza.clase == S_IFREG && otro == nullptr)
         guardaFichero(pieza, cosa);

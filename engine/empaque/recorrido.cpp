@@ -7,6 +7,7 @@
 #include "empaque/identidad.h"
 #include "empaque/nombres.h"
 #include "empaque/orden.h"
+#include "indice/asiento.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -98,8 +99,6 @@ void Recorrido::anade(const std::string &origen) {
 }
 
 void Recorrido::visita(Pieza pieza, std::vector<Pieza> &pila) {
-    // Readers of ours go no further: a path of so many folders costs too much.
-    constexpr std::size_t rutaMaxima = 16 * kibi;
     if (pieza.nombre.size() > rutaMaxima)
         return falta("no se puede guardar ", pieza, ENAMETOOLONG);
     const int fd = carpetas.abre(pieza.carpeta);

@@ -2,6 +2,7 @@
 
 #include "comun/fallo.h"
 #include "comun/medidas.h"
+#include "flujo/marco.h"
 
 #include <algorithm>
 #include <new>
@@ -61,6 +62,8 @@ std::size_t FuenteXz::lee(Hueco hueco) {
             break;
         case LZMA_STREAM_END:
             enFlujo = false;
+            if (++vacios > vaciosSeguidos)
+                throw Fallo("el archivo está dañado");
             break;
         case LZMA_BUF_ERROR:
             throw Fallo("el archivo está incompleto");
@@ -72,7 +75,9 @@ std::size_t FuenteXz::lee(Hueco hueco) {
             throw Fallo("el archivo está dañado");
         }
     }
-    return hueco.size() - flujo.avail_out;
+    const auto leidos = hueco.size() - flujo.avail_out;
+    vacios = leidos > 0 ? 0 : vacios;
+    return leidos;
 }
 
 } // namespace orcalin

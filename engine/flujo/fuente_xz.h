@@ -31,6 +31,7 @@ private:
     std::optional<lzma_check> suma; // of the first stream
     bool enFlujo = false;
     bool terminado = false;
+    std::uint64_t vacios = 0; // streams without content since there was any
 };
 
 } // namespace orcalin

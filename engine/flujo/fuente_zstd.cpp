@@ -1,6 +1,7 @@
 #include "flujo/fuente_zstd.h"
 
 #include "comun/fallo.h"
+#include "flujo/marco.h"
 
 #include <algorithm>
 #include <new>
@@ -58,6 +59,8 @@ bool FuenteZstd::salta(std::uint64_t bytes) {
 bool FuenteZstd::empiezaMarco() {
     constexpr std::size_t aviso = 8; // magic number and length of a skippable frame
     while (reune(sizeof(std::uint32_t))) {
+        if (++vacios > vaciosSeguidos)
+            throw Fallo("el archivo está dañado");
         const auto *inicio = static_cast<const unsigned char *>(entrada.src) + entrada.pos;
         const auto numero = [&inicio](std::size_t i) {
             return inicio[i] | inicio[i + 1] << 8U | inicio[i + 2] << 16U |
@@ -89,6 +92,7 @@ std::size_t FuenteZstd::lee(Hueco hueco) {
             cuentaElDano(resto);
         enMarco = resto != 0;
         hayPendiente = enMarco && salida.pos == salida.size;
+        vacios = salida.pos > 0 ? 0 : vacios;
     }
     return salida.pos;
 }

@@ -37,6 +37,7 @@ private:
     bool enMarco = false;      // a frame has begun and is not complete
     bool hayPendiente = false; // the last call filled its output: more may be ready
     bool terminada = false;
+    std::uint64_t vacios = 0; // frames without content since there was any
 };
 
 } // namespace orcalin

@@ -14,6 +14,10 @@ struct Marco {
     std::uint64_t crc = 0;      ///< CRC64 (as in xz) of those in the archive; not for the index
 };
 
+/// How many frames without content may follow one another: more are there to keep
+/// whoever reads them busy.
+inline constexpr std::uint64_t vaciosSeguidos = 1000;
+
 /// Which of the two compressions an archive is made with.
 enum class Envase { zstd, xz };
 

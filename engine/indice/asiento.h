@@ -24,7 +24,11 @@ inline std::uint64_t lugarTras(const Asiento &asiento) {
     return asiento.lugar + bloque + (contenido + bloque - 1) / bloque * bloque;
 }
 
-/// A path longer than this is no path of ours.
-inline constexpr std::uint64_t rutaMaxima = 1024UL * 1024;
+/// Bytes of the longest path that is packed, listed or taken out: one of a hundred
+/// thousand components costs the square of that.
+inline constexpr std::uint64_t rutaMaxima = 16UL * 1024;
+
+/// Bytes of the largest file, of which all may be a hole that costs an archive nothing.
+inline constexpr std::int64_t ficheroMaximo = std::int64_t{1} << 48;
 
 } // namespace orcalin

@@ -14,7 +14,10 @@ namespace {
 
 constexpr std::size_t largoBloque = 64 * kibi;
 constexpr std::size_t avisoSaltable = 8;
-constexpr std::uint64_t demasMaximo = 64 * kibi;
+constexpr std::uint64_t demasMaximo = 255;
+// A frame with anything in it is not shorter, and no decoder makes more of a byte.
+constexpr std::uint64_t marcoMinimo = 9;
+constexpr std::uint64_t razonMaxima = 32 * kibi;
 
 [[noreturn]] void danado() {
     throw Fallo("el índice está dañado");
@@ -43,12 +46,13 @@ Indice::Indice(const Almacen &almacen, Envase envase, const Rotulo &rotuloDado, 
 
 void Indice::leeMarcos() {
     MarcoSituado marco;
-    for (auto n = numero(rotulo.lugar); n > 0; --n) {
+    for (auto n = numero(rotulo.lugar / marcoMinimo); n > 0; --n) {
         situados.push_back(marco);
-        marco.inicio += numero(rotulo.lugar - marco.inicio);
+        const auto empacado = numero(rotulo.lugar - marco.inicio);
         const auto crudo = numero(rotulo.tar - marco.desde);
+        marco.inicio += empacado;
         marco.desde += crudo;
-        if (crudo == 0)
+        if (crudo == 0 || empacado < marcoMinimo || crudo / razonMaxima > empacado)
             danado();
         if (rotulo.version > 1)
             situados.back().suma = leeSuma();
@@ -103,14 +107,24 @@ bool Indice::siguiente(Asiento &asiento) {
     if (!asciende || std::string_view("-dlh").find(asiento.tipo) == std::string_view::npos)
         danado();
     const bool conMas = leePermisos(asiento);
-    asiento.bytes = numero(UINT64_MAX);
+    asiento.bytes = numero(ficheroMaximo);
     asiento.lugar = previsto + static_cast<std::uint64_t>(deZigzag(numero(UINT64_MAX)));
-    if (asiento.lugar >= rotulo.tar)
+    if (asiento.lugar >= rotulo.tar || !cabe(asiento))
         danado();
     asiento.enlazado = asiento.tipo == 'h' ? numero(rotulo.tar - 1) : 0;
     for (auto demas = conMas ? numero(demasMaximo) : 0; demas > 0; --demas)
         octeto();
     return true;
+}
+
+/// Whether the stream has room for the headers of this one, too, of which one is
+/// a block at least, and one with a long path has that in it: a list is no longer
+/// than the stream, however much of their paths entries share.
+bool Indice::cabe(const Asiento &asiento) {
+    constexpr std::uint64_t bloqueDeTar = 512;
+    constexpr std::size_t corta = 256;
+    ocupado += bloqueDeTar + (asiento.ruta.size() > corta ? asiento.ruta.size() : 0);
+    return ocupado <= rotulo.tar;
 }
 
 /// True if something follows that is not for us.

@@ -52,6 +52,7 @@ private:
     bool repone();
     Suma leeSuma();
     bool leePermisos(Asiento &asiento);
+    bool cabe(const Asiento &asiento);
     void acaba();
 
     std::unique_ptr<Fuente> fuente;
@@ -60,7 +61,8 @@ private:
     std::vector<MarcoSituado> situados;
     MarcoSituado final;
     Rotulo rotulo;
-    std::uint64_t faltan;           // entries
+    std::uint64_t faltan;      // entries
+    std::uint64_t ocupado = 0; // bytes of the stream that those before take at least
     std::optional<Sumador> sumador; // where the sum is to be compared
 };
 

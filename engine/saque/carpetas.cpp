@@ -4,6 +4,7 @@
 #include "comun/medidas.h"
 #include "comun/numerado.h"
 #include "flujo/provisional.h"
+#include "indice/asiento.h"
 #include "saque/en_camino.h"
 #include "saque/fallo_de_entrada.h"
 
@@ -30,10 +31,6 @@ std::size_t cuantasAbiertas() {
         return 1;
     return std::min<std::size_t>(muchas, limite.rlim_cur - otras);
 }
-
-/// A path of a hundred thousand components costs the square of that.
-constexpr std::size_t rutaMaxima = 16 * kibi;
-
 /// A folder that may be entered but not read will do.
 Descriptor abreEn(int madre, const char *nombre) {
     constexpr int modo = O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;

@@ -2,6 +2,7 @@
 
 #include "comun/medidas.h"
 #include "comun/numerado.h"
+#include "indice/asiento.h"
 #include "saque/fallo_de_entrada.h"
 
 #include <algorithm>
@@ -92,6 +93,8 @@ Disco::Lugar Disco::lugar(const std::string &ruta) {
 }
 
 void Disco::sacaFichero(LectorTar &lector, archive_entry *ficha, const std::string &como) {
+    if (archive_entry_size(ficha) > ficheroMaximo)
+        fallaEntrada(EFBIG);
     if (lector.empezada())
         throw FalloDeEntrada("su contenido se quedó con el primero de sus nombres");
     const auto carpeta = carpetas.abre(madreDe(como));

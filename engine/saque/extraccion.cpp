@@ -211,13 +211,19 @@ void Extraccion::saca(LectorTar &lector, archive_entry *ficha, const Entrada &en
     }
 }
 
-std::string Extraccion::fichero(std::string enlace) const {
-    // A link to a link; no more steps than links, in case they go in a circle.
+/// A link to a link leads on. What was passed leads to the end from then on, so
+/// that no way is gone twice; and a circle, which has none, ends where it closes.
+std::string Extraccion::fichero(std::string enlace) {
+    std::vector<std::string *> camino;
     auto siguiente = enlaces.find(enlace);
-    for (std::size_t n = 0; n < enlaces.size() && siguiente != enlaces.end(); ++n) {
+    while (siguiente != enlaces.end() && siguiente->second != enlace &&
+           camino.size() < enlaces.size()) {
+        camino.push_back(&siguiente->second);
         enlace = siguiente->second;
         siguiente = enlaces.find(enlace);
     }
+    for (auto *paso : camino)
+        *paso = enlace;
     return enlace;
 }
 

@@ -55,7 +55,7 @@ private:
     void acaba(bool leido);
     void saca(LectorTar &lector, archive_entry *ficha, const Entrada &entrada,
               const std::vector<std::string> &comos);
-    [[nodiscard]] std::string fichero(std::string enlace) const;
+    [[nodiscard]] std::string fichero(std::string enlace);
     void cuenta(const std::string &ruta);
     void falta(const std::string &ruta, const std::string &porque);
     void danada(const std::string &ruta);

@@ -11,6 +11,8 @@ namespace orcalin {
 namespace {
 
 constexpr std::size_t largoBloque = 128 * kibi;
+// Whoever writes whole records of tape fills up the last one.
+constexpr std::uint64_t detrasMaximo = 64 * mebi;
 
 } // namespace
 
@@ -59,8 +61,10 @@ void LectorTar::compruebaElFinal() {
     // The library takes a bare end of data for the end of the archive.
     if (agotada)
         throw Fallo("el archivo está incompleto");
-    while (fuente->lee(bloque) > 0) {
-    }
+    std::uint64_t detras = 0;
+    while (const auto leidos = fuente->lee(bloque))
+        if ((detras += leidos) > detrasMaximo)
+            throw Fallo("el archivo está dañado");
 }
 
 la_ssize_t LectorTar::alLeer(archive *, void *yo, const void **datos) {

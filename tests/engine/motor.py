@@ -25,14 +25,14 @@ PASO = 16 if SANEADOR else 1  # where the same code runs a thousand times
 
 # What a sanitizer finds goes into files: it is seen of runs, too, whose words nobody reads. Who keeps
 # a secret can be looked into by root alone, and so searched for leaks. The thread sanitizer would
-# wait a second at the end of each run.
+# wait a second at the end of each run; a cancel ends it with threads under way.
 HALLAZGOS = pathlib.Path(tempfile.mkdtemp(prefix="orcalin-hallazgos-"))
 atexit.register(shutil.rmtree, HALLAZGOS)
 os.chmod(HALLAZGOS, 0o777)
 COMO = f"exitcode=66:log_path={HALLAZGOS}/de"
 os.environ["UBSAN_OPTIONS"] = COMO
 os.environ["ASAN_OPTIONS"] = f"{COMO}:detect_leaks={int(os.geteuid() == 0)}"
-os.environ["TSAN_OPTIONS"] = f"{COMO}:atexit_sleep_ms=0"
+os.environ["TSAN_OPTIONS"] = f"{COMO}:atexit_sleep_ms=0:report_thread_leaks=0"
 
 
 def sin_saneador(porque):

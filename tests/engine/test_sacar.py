@@ -1,6 +1,7 @@
 """Reading archives: single entries, hostile ones, damaged ones."""
 
 import hashlib
+import lzma
 import os
 import re
 import shutil
@@ -9,7 +10,7 @@ import subprocess
 import tarfile
 
 from fuzz import semillas
-from motor import MEBI, MOTOR, NADIE, PASO, Caso, cambiado, desordenado
+from motor import MEBI, MOTOR, NADIE, PASO, SANEADOR, Caso, cambiado, desordenado
 from huellas import diferencias, huella
 
 FICHERO, CARPETA, ENLACE, DURO = tarfile.REGTYPE, tarfile.DIRTYPE, tarfile.SYMTYPE, tarfile.LNKTYPE
@@ -495,3 +496,70 @@ class Danos(Caso):
         with open("/dev/full", "wb") as lleno:
             r = subprocess.run([MOTOR, "list", self.okz], stdout=lleno, stderr=subprocess.PIPE, check=False)
         self.juzga(r, falla=True)
+
+
+class Desmedidos(Caso):
+    """Small files that would cost much: little memory will do, and few lines."""
+
+    MEMORIA = "" if SANEADOR else "ulimit -v 400000; "
+
+    def acaba(self, *orden, falla=True):
+        r = self.corre("-c", self.MEMORIA + 'ulimit -f 200000; exec "$@"', "sh", MOTOR, *orden, falla=falla,
+                       executable="/bin/sh")
+        self.assertLess(len(r.stdout) + len(r.stderr), 30 * MEBI)
+        return r.lineas[-1:]
+
+    def test_rutas_que_se_comparten(self):
+        """Two bytes of index for each path of 100 kB, and of 10 kB."""
+        for largo, cuantas in ((100_000, 50_000), (10_000, 100_000)):
+            def mas(claro, largo=largo, cuantas=cuantas):
+                primera = claro.index(b"\0\1a")
+                ruta = b"/".join([b"x" * 99] * (largo // 100))
+                uno = lambda igual, resto: (semillas.variable(igual) + semillas.variable(len(resto)) + resto +
+                                            b"l\0\0" + semillas.variable(0))
+                return (claro[:primera] + uno(0, b"0") + uno(0, ruta) +
+                        b"".join(uno(largo - 8, b"%06d" % n) for n in range(cuantas)))
+            self.okz.write_bytes(semillas.archivo(semillas.entradas(0), cambia=mas, cuantas=cuantas + 2))
+            self.assertLess(self.okz.stat().st_size, 3 * MEBI)
+            self.acaba("list", self.okz, falla=False)  # the stream has it right
+            self.acaba("extract", self.okz, "-o", self.salida, falla=False)
+            self.acaba("check", self.okz)
+
+    def test_marcos_sin_nada(self):
+        bueno = semillas.marco(semillas.tar(semillas.entradas(0))[0])
+        vacio, xz = semillas.marco(b""), lzma.compress(b"")
+        for estorbo in (vacio * 200_000, semillas.relleno(8) * 200_000):
+            for datos in (estorbo + bueno, bueno + estorbo):
+                self.okz.write_bytes(datos)
+                for orden in (("list",), ("check",), ("extract", "-o", self.salida)):
+                    self.assertRegex(self.acaba(orden[0], self.okz, *orden[1:])[0], "dañado|no es un archivo")
+        self.okz.write_bytes(xz * 100_000)
+        self.assertIn("dañado", self.acaba("list", self.okz)[0])
+
+    def test_detras_del_final(self):
+        """A stream that goes on with zeros for ever, 4 bytes of them for 128 KiB."""
+        ceros = b"\x28\xb5\x2f\xfd\x00\x38" + (b"\x02\x00\x10\x00" * 3000) + b"\x01\x00\x00"
+        self.okz.write_bytes(semillas.marco(semillas.tar(semillas.entradas(0))[0]) + ceros * 100)
+        self.assertIn("dañado", self.acaba("list", self.okz)[0])
+
+    def test_enlaces_a_enlaces(self):
+        """Thirty thousand, each to the one before or to the one behind, or in a circle."""
+        cuantos = 30_000
+        for destino in (lambda n: n - 1, lambda n: n + 1, lambda n: n ^ 1):
+            entradas = [(f"e{n}", DURO, f"e{destino(n)}") for n in range(cuantos)]
+            self.okz.write_bytes(semillas.marco(semillas.tar([("bien", FICHERO, "bien"), *entradas])[0]))
+            self.acaba("extract", self.okz, "-o", self.salida)
+            self.assertEqual((self.salida / "bien").read_text(), "bien")
+
+    def test_un_hueco_enorme(self):
+        for bytes_, sale in ((10**15, False), (2**42, True)):
+            ficha = tarfile.TarInfo("hueco")
+            mapa = b"0\n".ljust(512, b"\0")
+            ficha.size, ficha.pax_headers = len(mapa), {
+                "GNU.sparse.major": "1", "GNU.sparse.minor": "0", "GNU.sparse.name": "hueco",
+                "GNU.sparse.realsize": str(bytes_)}
+            self.okz.write_bytes(semillas.marco(ficha.tobuf(tarfile.PAX_FORMAT) + mapa + bytes(1024)))
+            for _ in range(2):
+                self.corre("extract", self.okz, "-o", self.salida, falla=not sale)
+            self.assertEqual((self.salida / "hueco").exists(), sale)
+        self.assertEqual([p.name for p in self.salida.iterdir()], ["hueco"])
