@@ -2,6 +2,7 @@
 
 #include "comun/fallo.h"
 #include "comun/senales.h"
+#include "flujo/provisional.h"
 
 #include <array>
 #include <cerrno>
@@ -108,16 +109,32 @@ void Sitio::compruebaAnterior() const {
 }
 
 /// What a name may be is known to the file system alone, and some only say it
-/// when something is to be made.
+/// when something is to be made: in a folder of our own, for what has the name
+/// out here, if only for a moment, may be replaced by another run's archive.
 void Sitio::ensaya() const {
+    const std::string aparte = nombreProvisional();
+    const auto quita = [&] { unlinkat(carpeta(), aparte.c_str(), AT_REMOVEDIR); };
+    const AlCancelar siSeCancela(quita);
+    if (mkdirat(carpeta(), aparte.c_str(), S_IRWXU) != 0)
+        return; // whether anything can be made here is found out by making it
+    const int porque = ensayaEn(aparte);
+    quita();
+    if (porque != 0 && porque != EACCES) // that may come of a list handed on to our folder
+        falla(noSeEscribe, porque);
+}
+
+int Sitio::ensayaEn(const std::string &aparte) const {
     constexpr mode_t soloMio = 0600;
-    const Descriptor fd(creaEfimero(carpeta(), suyo.c_str(), O_WRONLY | O_CLOEXEC, soloMio));
-    if (!fd.valido() && errno != EEXIST)
-        falla(noSeEscribe, errno);
+    const Descriptor dentro(
+        openat(carpeta(), aparte.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!dentro.valido())
+        return 0;
+    const Descriptor fd(creaEfimero(dentro.numero(), suyo.c_str(), O_WRONLY | O_CLOEXEC, soloMio));
     if (!fd.valido())
-        return;
-    unlinkat(carpeta(), suyo.c_str(), 0);
+        return errno;
+    unlinkat(dentro.numero(), suyo.c_str(), 0);
     sueltaEfimero();
+    return 0;
 }
 
 } // namespace orcalin

@@ -10,7 +10,7 @@ namespace orcalin {
 
 /// Where an archive is to stand: a name in an open folder. All that could keep
 /// it from getting there, as far as it can be known, is found out before the
-/// work.
+/// work. Nothing is ever made under the name itself.
 class Sitio {
 public:
     /// A destination that is a symbolic link stands for what it points to,
@@ -39,6 +39,7 @@ private:
     void compruebaCarpeta() const;
     void compruebaAnterior() const;
     void ensaya() const;
+    [[nodiscard]] int ensayaEn(const std::string &aparte) const;
 
     std::filesystem::path lugar; // of the folder
     Descriptor abierta;

@@ -1,8 +1,10 @@
 """Making archives: names, progress, and everything that can go wrong."""
 
+import ctypes
 import os
 import pathlib
 import random
+import struct
 
 from motor import Caso, MEBI, MOTOR, NADIE, PASO, PROGRESO, desordenado
 
@@ -105,6 +107,24 @@ class Nombres(Caso):
         self.corre("compress", self.clave, "-o", vetado)
         e = vetado.stat()
         self.assertEqual((e.st_uid, e.st_gid, e.st_mode & 0o7777), (12345, 23456, 0o640))
+
+    def test_el_nombre_lo_tiene_solo_el_archivo_entero(self):
+        """Anything else could meet another run's archive there."""
+        libc = ctypes.CDLL(None)
+        for entorno in None, self.estorbado(renombrar="no"):
+            self.okz.unlink(missing_ok=True)
+            aviso = libc.inotify_init()
+            libc.inotify_add_watch(aviso, os.fsencode(self.d), 0x3c2)  # written, made, moved, removed
+            self.comprime(self.clave, env=entorno)
+            visto, i, hechos = os.read(aviso, 65536), 0, []
+            os.close(aviso)
+            while i < len(visto):
+                _, que, _, largo = struct.unpack_from("iIII", visto, i)
+                if visto[i + 16:i + 16 + largo].rstrip(b"\0") == b"a.okz":
+                    hechos.append(que)
+                i += 16 + largo
+            self.assertEqual(hechos, [0x80])  # arrived by a rename
+            self.assertEqual([*self.d.glob(".orcalin-*")], [])
 
     def test_lo_que_no_mengua_va_con_lo_comprimido(self):
         self.pon("c/b.vol", os.urandom(MEBI))
