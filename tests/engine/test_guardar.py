@@ -99,6 +99,10 @@ class Nombres(Caso):
         self.assertFalse(real.exists())
         self.corre("compress", self.clave, "-o", propio, **como)
         self.assertEqual((real.stat().st_uid, propio.is_symlink()), (NADIE, True))
+        propio.unlink()
+        self.d.chmod(0o777)
+        os.chown(self.d, NADIE, 0)
+        self.assertIn("de solo lectura", self.error("compress", self.clave, "-o", vetado, **como))
         vetado.chmod(0o444)
         self.assertIn("de solo lectura", self.error("compress", self.clave, "-o", vetado))
         self.assertEqual(vetado.read_text(), "el de antes")
@@ -179,6 +183,7 @@ class Faltas(Caso):
                                        ("b", self.estorbado(renombrar="no"), ["b (2)", "b (3)"]),
                                        ("e", self.estorbado(renombrar="link"), ["e (2)", "e (3)"])):
             self.okz = self.pon(nombre, "el de antes")
+            os.chown(self.okz, NADIE, NADIE)
             enlace = self.d / "enlace"
             enlace.unlink(missing_ok=True)
             enlace.symlink_to(nombre)
@@ -240,14 +245,16 @@ class Faltas(Caso):
             self.assertRegex(mensaje, f"1 elemento .*{nombre}».*{porque}")
             (self.d / "b.okz").unlink()
 
-    def guarda_mientras(self, cambia, falla=True):
-        """What it said of a change in the middle of it, to a new archive. Reading
+    def guarda_mientras(self, cambia, *opciones, falla=True, antes=None):
+        """What it said of a change in the middle of it, to a new archive, or in the place of one. Reading
         goes ahead of compressing, but not as far as the first file goes."""
         self.okz.unlink(missing_ok=True)
+        if antes:
+            self.okz.write_text(antes)
         self.antes = desordenado(GRANDE * MEBI // 2).hex().encode()
         grande = self.pon("c/1", self.antes)
         self.hora = grande.stat().st_mtime_ns
-        p = self.arranca("compress", self.c, "-o", self.okz, "--level", "5")
+        p = self.arranca("compress", self.c, "-o", self.okz, "--level", "5", *opciones)
         cambia(grande)
         return self.termina(p, falla).lineas
 
@@ -308,18 +315,36 @@ class Faltas(Caso):
         self.assertEqual({p.read_text() for p in (self.extrae() / "c").rglob("f")}, {"propio"})
 
     def test_aparece_otro_archivo(self):
-        """Whether there was one at the beginning or not."""
-        for n in "2", "3":
-            otro = self.pon("otro", n)
-            lineas = self.guarda_mientras(lambda _: otro.rename(self.okz))
+        """Whether there was one at the beginning or not, and be it the same, written to or closed."""
+        otro = self.d / "otro"
+        for n, (antes, cambia) in enumerate(((None, lambda _: otro.rename(self.okz)),
+                                             ("viejo", lambda _: otro.rename(self.okz)),
+                                             ("viejo", lambda _: self.okz.write_text("otro!")),
+                                             ("viejo", lambda _: self.okz.chmod(0o444))), 2):
+            otro.write_text("otro!")
+            lineas = self.guarda_mientras(cambia, antes=antes)
             self.assertRegex(lineas[-1], f"ha aparecido otro .*a [(]{n}[)].okz»$")
-            self.assertEqual(self.okz.read_text(), n)
+            self.assertEqual(self.okz.read_text(), "viejo" if n == 5 else "otro!")
             self.corre("check", self.d / f"a ({n}).okz")
 
+    def test_otro_en_lugar_del_que_se_escribe(self):
+        def cambia(_):
+            nuestro, = self.d.glob(".orcalin-*")
+            self.pon("otro", "ajeno").rename(nuestro)
+
+        lineas = self.guarda_mientras(cambia, "--no-verify", antes="viejo")
+        self.assertIn("alguien ha cambiado", lineas[-1])
+        self.assertEqual(self.okz.read_text(), "viejo")
+        self.assertEqual([p.read_text() for p in self.d.glob(".orcalin-*")], ["ajeno"])
+
     def test_la_carpeta_del_archivo_cambia_de_sitio(self):
+        """And another comes in its place, with a file of that name."""
+        def cambia(_):
+            self.okz.parent.rename(self.d / "allí")
+            self.pon("donde/a.okz", "otro")
+
         self.okz = self.pon("donde/a.okz")
-        lineas = self.guarda_mientras(lambda _: self.okz.parent.rename(self.d / "allí"))
-        self.assertIn("ya no está donde estaba", lineas[-1])
+        self.assertIn("ya no está donde estaba", self.guarda_mientras(cambia)[-1])
         self.okz = self.d / "allí/a.okz"
         self.assertEqual(list(self.lista()), ["c", "c/1"])
 
