@@ -4,6 +4,7 @@
 #include "comun/medidas.h"
 #include "comun/senales.h"
 #include "comun/texto.h"
+#include "flujo/herencia.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -14,7 +15,6 @@ namespace {
 
 constexpr mode_t segunUmask = 0666;
 constexpr mode_t soloMio = 0600;
-constexpr mode_t dePermiso = 0777;
 constexpr std::string_view noSeEscribe = "no se puede escribir en el destino";
 constexpr std::string_view noSeGuarda = "no se puede guardar el archivo";
 constexpr const char *cambiado = "alguien ha cambiado el archivo mientras se guardaba";
@@ -92,14 +92,13 @@ Descriptor FicheroProvisional::paraLeer() const {
 void FicheroProvisional::hereda() {
     constexpr uid_t elQueEs = -1;
     const auto &antes = sitio.deAntes();
-    mode_t permisos = antes.st_mode & dePermiso;
+    bool conGrupo = true;
     if (antes.st_uid != propio.st_uid || antes.st_gid != propio.st_gid) {
         const uid_t dueno = geteuid() == 0 ? antes.st_uid : elQueEs;
-        // What was for one group is not for another.
-        if (fchown(fichero.fd.numero(), dueno, antes.st_gid) != 0 && antes.st_gid != propio.st_gid)
-            permisos &= ~S_IRWXG;
+        conGrupo =
+            fchown(fichero.fd.numero(), dueno, antes.st_gid) == 0 || antes.st_gid == propio.st_gid;
     }
-    fchmod(fichero.fd.numero(), permisos);
+    heredaPermisos(fichero.fd.numero(), sitio.carpeta(), sitio.nombre(), antes, conGrupo);
 }
 
 std::filesystem::path FicheroProvisional::entrega(bool conTodo) {

@@ -24,9 +24,9 @@ public:
 
     void escribe(Octetos datos) override;
 
-    /// Flushes to the disk. The file keeps its provisional name, but gets the mode
-    /// and, as far as this user may give them, owner and group of the one that was
-    /// there before.
+    /// Flushes to the disk. The file keeps its provisional name, but gets the mode,
+    /// the access list and, as far as this user may give them, owner and group of
+    /// the one that was there before; never to be open to more people than that.
     void cierra() override;
 
     /// How many bytes were written so far.

@@ -112,6 +112,32 @@ class Nombres(Caso):
         e = vetado.stat()
         self.assertEqual((e.st_uid, e.st_gid, e.st_mode & 0o7777), (12345, 23456, 0o640))
 
+    def test_no_se_abre_a_mas_gente(self):
+        """(mode, list) of an archive that replaces another: whom the old one, or the folder, has listed."""
+        como = self.como_nadie()
+        acceso, nadie = "system.posix_acl_access", 2**32 - 1
+        lista = struct.pack("<I" + "HHI" * 5, 2, 1, 6, nadie, 2, 6, 12345, 4, 0, nadie,
+                            16, 6, nadie, 32, 4, nadie)
+        os.setxattr(self.d, "system.posix_acl_default", lista)
+        mudo = {**como, "env": self.estorbado(atributo=acceso)}
+        for n, (antes, grupo, listado, opciones, modo) in enumerate((
+                (0o640, NADIE, None, como, 0o640), (0o240, NADIE, None, como, 0o240),
+                (0o640, NADIE, lista, como, 0o664),
+                (0o604, 12345, None, como, 0o600), (0o644, 12345, None, como, 0o604),
+                (0o640, 12345, lista, como, 0o600), (0o640, NADIE, lista, mudo, 0o600),
+                (0o640, 12345, lista, {}, 0o664))):
+            with self.subTest(n):
+                self.okz = self.pon(f"{n}.okz")
+                os.removexattr(self.okz, acceso)
+                self.okz.chmod(antes)
+                if listado:
+                    os.setxattr(self.okz, acceso, listado)
+                os.chown(self.okz, NADIE, grupo)
+                self.comprime(self.clave, **opciones)
+                despues = acceso in os.listxattr(self.okz) and os.getxattr(self.okz, acceso)
+                self.assertEqual((self.okz.stat().st_mode & 0o7777, despues),
+                                 (modo, lista if modo == 0o664 else False))
+
     def test_el_nombre_lo_tiene_solo_el_archivo_entero(self):
         """Anything else could meet another run's archive there."""
         libc = ctypes.CDLL(None)
