@@ -1,8 +1,10 @@
 """Making archives: names, progress, and everything that can go wrong."""
 
+import ctypes
 import os
 import pathlib
 import random
+import struct
 
 from motor import Caso, MEBI, MOTOR, NADIE, PASO, PROGRESO, desordenado
 
@@ -104,6 +106,10 @@ class Nombres(Caso):
         self.assertFalse(real.exists())
         self.corre("compress", self.clave, "-o", propio, **como)
         self.assertEqual((real.stat().st_uid, propio.is_symlink()), (NADIE, True))
+        propio.unlink()
+        self.d.chmod(0o777)
+        os.chown(self.d, NADIE, 0)
+        self.assertIn("de solo lectura", self.error("compress", self.clave, "-o", vetado, **como))
         vetado.chmod(0o444)
         self.assertIn("de solo lectura", self.error("compress", self.clave, "-o", vetado))
         self.assertEqual(vetado.read_text(), "el de antes")
@@ -112,6 +118,50 @@ class Nombres(Caso):
         self.corre("compress", self.clave, "-o", vetado)
         e = vetado.stat()
         self.assertEqual((e.st_uid, e.st_gid, e.st_mode & 0o7777), (12345, 23456, 0o640))
+
+    def test_no_se_abre_a_mas_gente(self):
+        """(mode, list) of an archive that replaces another: whom the old one, or the folder, has listed."""
+        como = self.como_nadie()
+        acceso, nadie = "system.posix_acl_access", 2**32 - 1
+        lista = struct.pack("<I" + "HHI" * 5, 2, 1, 6, nadie, 2, 6, 12345, 4, 0, nadie,
+                            16, 6, nadie, 32, 4, nadie)
+        os.setxattr(self.d, "system.posix_acl_default", lista)
+        mudo = {**como, "env": self.estorbado(atributo=acceso)}
+        for n, (antes, grupo, listado, opciones, modo) in enumerate((
+                (0o640, NADIE, None, como, 0o640), (0o240, NADIE, None, como, 0o240),
+                (0o640, NADIE, lista, como, 0o664),
+                (0o604, 12345, None, como, 0o600), (0o644, 12345, None, como, 0o604),
+                (0o640, 12345, lista, como, 0o600), (0o640, NADIE, lista, mudo, 0o600),
+                (0o640, 12345, lista, {}, 0o664))):
+            with self.subTest(n):
+                self.okz = self.pon(f"{n}.okz")
+                os.removexattr(self.okz, acceso)
+                self.okz.chmod(antes)
+                if listado:
+                    os.setxattr(self.okz, acceso, listado)
+                os.chown(self.okz, NADIE, grupo)
+                self.comprime(self.clave, **opciones)
+                despues = acceso in os.listxattr(self.okz) and os.getxattr(self.okz, acceso)
+                self.assertEqual((self.okz.stat().st_mode & 0o7777, despues),
+                                 (modo, lista if modo == 0o664 else False))
+
+    def test_el_nombre_lo_tiene_solo_el_archivo_entero(self):
+        """Anything else could meet another run's archive there."""
+        libc = ctypes.CDLL(None)
+        for entorno in None, self.estorbado(renombrar="no"):
+            self.okz.unlink(missing_ok=True)
+            aviso = libc.inotify_init()
+            libc.inotify_add_watch(aviso, os.fsencode(self.d), 0x3c2)  # written, made, moved, removed
+            self.comprime(self.clave, env=entorno)
+            visto, i, hechos = os.read(aviso, 65536), 0, []
+            os.close(aviso)
+            while i < len(visto):
+                _, que, _, largo = struct.unpack_from("iIII", visto, i)
+                if visto[i + 16:i + 16 + largo].rstrip(b"\0") == b"a.okz":
+                    hechos.append(que)
+                i += 16 + largo
+            self.assertEqual(hechos, [0x80])  # arrived by a rename
+            self.assertEqual([*self.d.glob(".orcalin-*")], [])
 
     def test_lo_que_no_mengua_va_con_lo_comprimido(self):
         self.pon("c/b.vol", os.urandom(MEBI))
@@ -166,6 +216,7 @@ class Faltas(Caso):
                                        ("b", self.estorbado(renombrar="no"), ["b (2)", "b (3)"]),
                                        ("e", self.estorbado(renombrar="link"), ["e (2)", "e (3)"])):
             self.okz = self.pon(nombre, "el de antes")
+            os.chown(self.okz, NADIE, NADIE)
             enlace = self.d / "enlace"
             enlace.unlink(missing_ok=True)
             enlace.symlink_to(nombre)
@@ -227,14 +278,16 @@ class Faltas(Caso):
             self.assertRegex(mensaje, f"1 elemento .*{nombre}».*{porque}")
             (self.d / "b.okz").unlink()
 
-    def guarda_mientras(self, cambia, falla=True):
-        """What it said of a change in the middle of it, to a new archive. Reading
+    def guarda_mientras(self, cambia, *opciones, falla=True, antes=None):
+        """What it said of a change in the middle of it, to a new archive, or in the place of one. Reading
         goes ahead of compressing, but not as far as the first file goes."""
         self.okz.unlink(missing_ok=True)
+        if antes:
+            self.okz.write_text(antes)
         self.antes = desordenado(GRANDE * MEBI // 2).hex().encode()
         grande = self.pon("c/1", self.antes)
         self.hora = grande.stat().st_mtime_ns
-        p = self.arranca("compress", self.c, "-o", self.okz, "--level", "5")
+        p = self.arranca("compress", self.c, "-o", self.okz, "--level", "5", *opciones)
         cambia(grande)
         return self.termina(p, falla).lineas
 
@@ -295,18 +348,36 @@ class Faltas(Caso):
         self.assertEqual({p.read_text() for p in (self.extrae() / "c").rglob("f")}, {"propio"})
 
     def test_aparece_otro_archivo(self):
-        """Whether there was one at the beginning or not."""
-        for n in "2", "3":
-            otro = self.pon("otro", n)
-            lineas = self.guarda_mientras(lambda _: otro.rename(self.okz))
+        """Whether there was one at the beginning or not, and be it the same, written to or closed."""
+        otro = self.d / "otro"
+        for n, (antes, cambia) in enumerate(((None, lambda _: otro.rename(self.okz)),
+                                             ("viejo", lambda _: otro.rename(self.okz)),
+                                             ("viejo", lambda _: self.okz.write_text("otro!")),
+                                             ("viejo", lambda _: self.okz.chmod(0o444))), 2):
+            otro.write_text("otro!")
+            lineas = self.guarda_mientras(cambia, antes=antes)
             self.assertRegex(lineas[-1], f"ha aparecido otro .*a [(]{n}[)].okz»$")
-            self.assertEqual(self.okz.read_text(), n)
+            self.assertEqual(self.okz.read_text(), "viejo" if n == 5 else "otro!")
             self.corre("check", self.d / f"a ({n}).okz")
 
+    def test_otro_en_lugar_del_que_se_escribe(self):
+        def cambia(_):
+            nuestro, = self.d.glob(".orcalin-*")
+            self.pon("otro", "ajeno").rename(nuestro)
+
+        lineas = self.guarda_mientras(cambia, "--no-verify", antes="viejo")
+        self.assertIn("alguien ha cambiado", lineas[-1])
+        self.assertEqual(self.okz.read_text(), "viejo")
+        self.assertEqual([p.read_text() for p in self.d.glob(".orcalin-*")], ["ajeno"])
+
     def test_la_carpeta_del_archivo_cambia_de_sitio(self):
+        """And another comes in its place, with a file of that name."""
+        def cambia(_):
+            self.okz.parent.rename(self.d / "allí")
+            self.pon("donde/a.okz", "otro")
+
         self.okz = self.pon("donde/a.okz")
-        lineas = self.guarda_mientras(lambda _: self.okz.parent.rename(self.d / "allí"))
-        self.assertIn("ya no está donde estaba", lineas[-1])
+        self.assertIn("ya no está donde estaba", self.guarda_mientras(cambia)[-1])
         self.okz = self.d / "allí/a.okz"
         self.assertEqual(list(self.lista()), ["c", "c/1"])
 
