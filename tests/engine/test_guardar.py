@@ -3,6 +3,7 @@
 import os
 import pathlib
 import random
+import re
 
 from motor import Caso, MEBI, MOTOR, NADIE, PASO, PROGRESO, desordenado
 
@@ -235,7 +236,7 @@ class Faltas(Caso):
         otro = self.pon("c/2")
         self.pon("c/3")
         lineas = self.guarda_mientras(lambda _: otro.unlink())
-        self.assertRegex(lineas[-1], r"1 elemento .*c/2».*no existe")
+        self.assertRegex(lineas[-1], r"2 elementos .*primero: .*c/2».*no existe")
         self.assertIn(f"3/3 ficheros (100.0%), {GRANDE} MiB", lineas)
         self.assertEqual(list(self.lista()), ["c", "c/1", "c/3"])
 
@@ -246,12 +247,14 @@ class Faltas(Caso):
             dos.unlink()
             dos.write_text("nuevo")  # mostly with the same inode
 
-        for cambia, a in ((otro_fichero, "una"), (lambda f: dos.write_text("nuevo"), "otra")):
+        for cambia, a, falla in ((otro_fichero, "una", True),
+                                 (lambda f: dos.write_text("nuevo"), "otra", False)):
             uno, dos = self.pon("c/0", "viejo"), self.c / "2"
             dos.unlink(missing_ok=True)
             os.link(uno, dos)
-            self.guarda_mientras(cambia, falla=False)
-            fuera = self.extrae(a=a) / "c"
+            self.guarda_mientras(cambia, falla)
+            self.corre("extract", self.okz, "-o", self.d / a, falla=None)
+            fuera = self.d / a / "c"
             self.assertEqual([(fuera / n).read_text() for n in "02"], ["viejo", "nuevo"])
 
     def test_cambia(self):
@@ -284,8 +287,36 @@ class Faltas(Caso):
             (self.c / "d").rename(self.c / "a")
             (self.c / "d").symlink_to(self.d / "otra")
 
-        self.assertRegex(self.guarda_mientras(cambia)[-1], "1 elemento .*/c/d»")
-        self.assertEqual({p.read_text() for p in (self.extrae() / "c").rglob("f")}, {"propio"})
+        self.assertRegex(self.guarda_mientras(cambia)[-1], "2 elementos .*primero: .*/c/d»")
+        self.error_al_sacar()
+        self.assertEqual({p.read_text() for p in (self.salida / "c").rglob("f")}, {"propio"})
+
+    def test_se_mueve(self):
+        """Each is told of what is no longer what was found, and nothing else, not
+        even the folder that the archive is written to."""
+        for f in ("r/log.0", "r/log.1", "r/log.2", "de/f", "a/f0", "x/1", "x/2", "y/1/f", "y/2/f", "n/0", "q/0"):
+            self.pon(f"c/{f}", f)
+
+        def mueve(*pares):
+            for viejo, nuevo in pares:
+                (self.c / viejo).rename(self.c / nuevo)
+
+        def cambia(_):
+            mueve(*((f"r/log.{n}", f"r/log.{n + 1}") for n in (2, 1, 0)), ("de/f", "a/f"))
+            for d in "xy":
+                mueve((f"{d}/1", f"{d}/3"), (f"{d}/2", f"{d}/1"), (f"{d}/3", f"{d}/2"))
+            self.pon("c/n/1")
+            self.pon("c/q/bloqueo").unlink()
+            (self.c / "q").chmod(0o700)
+
+        self.okz = self.c / "a.okz"
+        lineas = self.guarda_mientras(cambia)
+        dichos = [re.match(f"Aviso: no se puede leer «{self.c}/(.*)»: (.*)", l) for l in lineas]
+        self.assertEqual({d[1]: d[2] for d in dichos if d},
+                         {**dict.fromkeys(("r", "r/log.1", "r/log.2", "de", "a", "x/1", "x/2", "y/1", "y/2", "n"),
+                                          "ha cambiado mientras se guardaba"),
+                          **dict.fromkeys(("r/log.0", "de/f"), "no existe")})
+        self.assertIn("«c/r»: se guardó incompleto", "\n".join(self.corre("check", self.okz, falla=True).lineas))
 
     def test_aparece_otro_archivo(self):
         """Whether there was one at the beginning or not."""
