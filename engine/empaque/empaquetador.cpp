@@ -147,7 +147,7 @@ void Empaquetador::anota(const Pieza &pieza, const Cosa &cosa, Asiento asiento) 
 void Empaquetador::falta(const Pieza &pieza, int porque) {
     if (escasea(porque))
         falla("no se puede leer " + ruta(pieza), porque);
-    falta(pieza, causa(porque));
+    falta(pieza, porque == EAGAIN ? "otro programa lo tiene reservado" : causa(porque));
 }
 
 void Empaquetador::falta(const Pieza &pieza, const std::string &porque) {

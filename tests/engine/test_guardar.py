@@ -1,9 +1,13 @@
 """Making archives: names, progress, and everything that can go wrong."""
 
+import contextlib
+import fcntl
 import os
 import pathlib
 import random
 import re
+import signal
+import struct
 
 from motor import Caso, MEBI, MOTOR, NADIE, PASO, PROGRESO, desordenado
 
@@ -210,16 +214,41 @@ class Faltas(Caso):
         self.okz.unlink()
         os.setxattr(f, "user.a=b", b"valor")
         self.assertIn("«user.a=b»: su nombre no cabe", self.con_estorbo())
+        os.removexattr(f, "user.a=b")
+        todos = 2**32 - 1
+        for marca in 2, 8:  # a user and a group, neither of whom is root
+            self.okz.unlink()
+            renglones = ((1, 6, todos), (2, 6, 1), (marca, 7, 2**31), (4, 4, todos), (16, 7, todos), (32, 4, todos))
+            lista = b"".join(struct.pack("<HHI", *r) for r in sorted(renglones))
+            os.setxattr(f, "system.posix_acl_access", struct.pack("<I", 2) + lista)
+            self.assertIn("/c/1»: «system.posix_acl_access»: no cabe", self.con_estorbo())
 
     def test_lo_que_dice_estar_vacio(self):
         sistema = pathlib.Path("/proc/version")
-        self.comprime(sistema, self.pon("c/vacío"))
+        pagina = pathlib.Path("/sys/devices/system/cpu/online")  # claims to hold a whole one
+        self.comprime(sistema, pagina, self.pon("c/vacío"))
         self.assertEqual((self.extrae() / "version").read_bytes(), sistema.read_bytes())
+        self.assertEqual((self.salida / "online").read_bytes(), pagina.read_bytes())
         self.assertEqual((self.salida / "vacío").read_bytes(), b"")
         for nombre, porque in (("mem", "no responde bien"), ("pagemap", "no dice cuánto contiene")):
             mensaje = self.error("compress", f"/proc/self/{nombre}", self.c, "-o", self.d / "b.okz")
             self.assertRegex(mensaje, f"1 elemento .*{nombre}».*{porque}")
             (self.d / "b.okz").unlink()
+
+    def test_lo_reservado_por_otro(self):
+        cede, retiene = (open(self.pon(f"c/{n}.txt", n), "r+b") for n in ("cede", "retiene"))
+
+        def avisado(*_):
+            with contextlib.suppress(OSError):  # told again because of the other one
+                fcntl.fcntl(cede, fcntl.F_SETLEASE, fcntl.F_UNLCK)
+
+        self.addCleanup(signal.signal, signal.SIGIO, signal.signal(signal.SIGIO, avisado))
+        with cede, retiene:
+            for f in cede, retiene:
+                fcntl.fcntl(f, fcntl.F_SETLEASE, fcntl.F_WRLCK)
+            self.assertRegex(self.error("compress", self.c, "-o", self.okz),
+                             "^1 elemento .*/c/retiene.txt»: otro programa lo tiene reservado")
+        self.assertEqual((self.extrae() / "c/cede.txt").read_text(), "cede")
 
     def guarda_mientras(self, cambia, falla=True):
         """What it said of a change in the middle of it, to a new archive. Reading
