@@ -63,6 +63,8 @@ bool Empaquetador::esOtra(const Pieza &pieza, const Cosa &cosa) const {
     if (pieza.clase != S_IFDIR || pieza.incompleta)
         return false;
     const Hijos ahora = hijosDe(cosa.fd.numero(), ".", destino);
+    if (escasea(ahora.porque))
+        falla("no se puede leer " + ruta(pieza), ahora.porque);
     return ahora.porque != 0 || ahora.huella() != pieza.huella;
 }
 
