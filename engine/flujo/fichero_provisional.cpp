@@ -159,9 +159,15 @@ bool FicheroProvisional::es(int carpeta, const std::string &nombre,
     // Another name (hard link) of the old archive is a file like any other, and
     // so is the same name in another folder.
     struct stat esta {};
-    struct stat suya {};
     return sitio.ocupado() && mismo(estado, sitio.deAntes()) && nombre == sitio.nombre() &&
-           fstat(carpeta, &esta) == 0 && fstat(sitio.carpeta(), &suya) == 0 && mismo(esta, suya);
+           fstat(carpeta, &esta) == 0 && !nombresEn(esta).empty();
+}
+
+std::vector<std::string> FicheroProvisional::nombresEn(const struct stat &carpeta) const {
+    struct stat suya {};
+    if (fstat(sitio.carpeta(), &suya) != 0 || !mismo(carpeta, suya))
+        return {};
+    return {fichero.nombre, sitio.nombre()};
 }
 
 } // namespace orcalin

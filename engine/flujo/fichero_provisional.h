@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 #include <sys/stat.h>
+#include <vector>
 
 namespace orcalin {
 
@@ -48,6 +49,9 @@ public:
     /// Whether `nombre` in that open folder, with this status, is the file being
     /// written or the one that it is to replace.
     [[nodiscard]] bool es(int carpeta, const std::string &nombre, const struct stat &estado) const;
+
+    /// The names that it has and is to have, if that is its folder; else none.
+    [[nodiscard]] std::vector<std::string> nombresEn(const struct stat &carpeta) const;
 
 private:
     void hereda();

@@ -1,9 +1,13 @@
 """Making archives: names, progress, and everything that can go wrong."""
 
+import contextlib
 import ctypes
+import fcntl
 import os
 import pathlib
 import random
+import re
+import signal
 import struct
 
 from motor import Caso, MEBI, MOTOR, NADIE, PASO, PROGRESO, desordenado
@@ -267,16 +271,41 @@ class Faltas(Caso):
         self.okz.unlink()
         os.setxattr(f, "user.a=b", b"valor")
         self.assertIn("«user.a=b»: su nombre no cabe", self.con_estorbo())
+        os.removexattr(f, "user.a=b")
+        todos = 2**32 - 1
+        for marca in 2, 8:  # a user and a group, neither of whom is root
+            self.okz.unlink()
+            renglones = ((1, 6, todos), (2, 6, 1), (marca, 7, 2**31), (4, 4, todos), (16, 7, todos), (32, 4, todos))
+            lista = b"".join(struct.pack("<HHI", *r) for r in sorted(renglones))
+            os.setxattr(f, "system.posix_acl_access", struct.pack("<I", 2) + lista)
+            self.assertIn("/c/1»: «system.posix_acl_access»: no cabe", self.con_estorbo())
 
     def test_lo_que_dice_estar_vacio(self):
         sistema = pathlib.Path("/proc/version")
-        self.comprime(sistema, self.pon("c/vacío"))
+        pagina = pathlib.Path("/sys/devices/system/cpu/online")  # claims to hold a whole one
+        self.comprime(sistema, pagina, self.pon("c/vacío"))
         self.assertEqual((self.extrae() / "version").read_bytes(), sistema.read_bytes())
+        self.assertEqual((self.salida / "online").read_bytes(), pagina.read_bytes())
         self.assertEqual((self.salida / "vacío").read_bytes(), b"")
         for nombre, porque in (("mem", "no responde bien"), ("pagemap", "no dice cuánto contiene")):
             mensaje = self.error("compress", f"/proc/self/{nombre}", self.c, "-o", self.d / "b.okz")
             self.assertRegex(mensaje, f"1 elemento .*{nombre}».*{porque}")
             (self.d / "b.okz").unlink()
+
+    def test_lo_reservado_por_otro(self):
+        cede, retiene = (open(self.pon(f"c/{n}.txt", n), "r+b") for n in ("cede", "retiene"))
+
+        def avisado(*_):
+            with contextlib.suppress(OSError):  # told again because of the other one
+                fcntl.fcntl(cede, fcntl.F_SETLEASE, fcntl.F_UNLCK)
+
+        self.addCleanup(signal.signal, signal.SIGIO, signal.signal(signal.SIGIO, avisado))
+        with cede, retiene:
+            for f in cede, retiene:
+                fcntl.fcntl(f, fcntl.F_SETLEASE, fcntl.F_WRLCK)
+            self.assertRegex(self.error("compress", self.c, "-o", self.okz),
+                             "^1 elemento .*/c/retiene.txt»: otro programa lo tiene reservado")
+        self.assertEqual((self.extrae() / "c/cede.txt").read_text(), "cede")
 
     def guarda_mientras(self, cambia, *opciones, falla=True, antes=None):
         """What it said of a change in the middle of it, to a new archive, or in the place of one. Reading
@@ -295,7 +324,7 @@ class Faltas(Caso):
         otro = self.pon("c/2")
         self.pon("c/3")
         lineas = self.guarda_mientras(lambda _: otro.unlink())
-        self.assertRegex(lineas[-1], r"1 elemento .*c/2».*no existe")
+        self.assertRegex(lineas[-1], r"2 elementos .*primero: .*c/2».*no existe")
         self.assertIn(f"3/3 ficheros (100.0%), {GRANDE} MiB", lineas)
         self.assertEqual(list(self.lista()), ["c", "c/1", "c/3"])
 
@@ -306,12 +335,14 @@ class Faltas(Caso):
             dos.unlink()
             dos.write_text("nuevo")  # mostly with the same inode
 
-        for cambia, a in ((otro_fichero, "una"), (lambda f: dos.write_text("nuevo"), "otra")):
+        for cambia, a, falla in ((otro_fichero, "una", True),
+                                 (lambda f: dos.write_text("nuevo"), "otra", False)):
             uno, dos = self.pon("c/0", "viejo"), self.c / "2"
             dos.unlink(missing_ok=True)
             os.link(uno, dos)
-            self.guarda_mientras(cambia, falla=False)
-            fuera = self.extrae(a=a) / "c"
+            self.guarda_mientras(cambia, falla=falla)
+            self.corre("extract", self.okz, "-o", self.d / a, falla=None)
+            fuera = self.d / a / "c"
             self.assertEqual([(fuera / n).read_text() for n in "02"], ["viejo", "nuevo"])
 
     def test_cambia(self):
@@ -344,8 +375,36 @@ class Faltas(Caso):
             (self.c / "d").rename(self.c / "a")
             (self.c / "d").symlink_to(self.d / "otra")
 
-        self.assertRegex(self.guarda_mientras(cambia)[-1], "1 elemento .*/c/d»")
-        self.assertEqual({p.read_text() for p in (self.extrae() / "c").rglob("f")}, {"propio"})
+        self.assertRegex(self.guarda_mientras(cambia)[-1], "2 elementos .*primero: .*/c/d»")
+        self.error_al_sacar()
+        self.assertEqual({p.read_text() for p in (self.salida / "c").rglob("f")}, {"propio"})
+
+    def test_se_mueve(self):
+        """Each is told of what is no longer what was found, and nothing else, not
+        even the folder that the archive is written to."""
+        for f in ("r/log.0", "r/log.1", "r/log.2", "de/f", "a/f0", "x/1", "x/2", "y/1/f", "y/2/f", "n/0", "q/0"):
+            self.pon(f"c/{f}", f)
+
+        def mueve(*pares):
+            for viejo, nuevo in pares:
+                (self.c / viejo).rename(self.c / nuevo)
+
+        def cambia(_):
+            mueve(*((f"r/log.{n}", f"r/log.{n + 1}") for n in (2, 1, 0)), ("de/f", "a/f"))
+            for d in "xy":
+                mueve((f"{d}/1", f"{d}/3"), (f"{d}/2", f"{d}/1"), (f"{d}/3", f"{d}/2"))
+            self.pon("c/n/1")
+            self.pon("c/q/bloqueo").unlink()
+            (self.c / "q").chmod(0o700)
+
+        self.okz = self.c / "a.okz"
+        lineas = self.guarda_mientras(cambia)
+        dichos = [re.match(f"Aviso: no se puede leer «{self.c}/(.*)»: (.*)", l) for l in lineas]
+        self.assertEqual({d[1]: d[2] for d in dichos if d},
+                         {**dict.fromkeys(("r", "r/log.1", "r/log.2", "de", "a", "x/1", "x/2", "y/1", "y/2", "n"),
+                                          "ha cambiado mientras se guardaba"),
+                          **dict.fromkeys(("r/log.0", "de/f"), "no existe")})
+        self.assertIn("«c/r»: se guardó incompleto", "\n".join(self.corre("check", self.okz, falla=True).lineas))
 
     def test_aparece_otro_archivo(self):
         """Whether there was one at the beginning or not, and be it the same, written to or closed."""
