@@ -3,23 +3,20 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace orcalin {
 namespace {
 
-/// Takes the name with an empty file first: for file systems that know neither
-/// of the other ways.
-int reservaYRenombra(int carpeta, const char *viejo, const char *nuevo) {
-    const int fd = openat(carpeta, nuevo, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-    if (fd < 0)
-        return -1;
-    close(fd);
-    if (renameat(carpeta, viejo, carpeta, nuevo) == 0)
-        return 0;
-    const int porque = errno;
-    unlinkat(carpeta, nuevo, 0);
-    errno = porque;
+/// For file systems that know neither of the other ways. Taking the name with an
+/// empty file first would be no safer: another's archive may replace that one, too.
+int miraYRenombra(int carpeta, const char *viejo, const char *nuevo) {
+    struct stat estado {};
+    if (fstatat(carpeta, nuevo, &estado, AT_SYMLINK_NOFOLLOW) == 0)
+        errno = EEXIST;
+    else if (errno == ENOENT)
+        return renameat(carpeta, viejo, carpeta, nuevo);
     return -1;
 }
 
@@ -34,7 +31,7 @@ int renombraSinPisar(int carpeta, const char *viejo, const char *nuevo) {
     if (linkat(carpeta, viejo, carpeta, nuevo, 0) == 0)
         return unlinkat(carpeta, viejo, 0);
     // Which links fail for which reason differs; that a name is taken is clear.
-    return errno == EEXIST ? -1 : reservaYRenombra(carpeta, viejo, nuevo);
+    return errno == EEXIST ? -1 : miraYRenombra(carpeta, viejo, nuevo);
 }
 
 } // namespace orcalin

@@ -48,10 +48,17 @@ void guardaCeros(EscritorTar &tar, std::int64_t bytes) {
 Contenido::Contenido(const Cosa &fichero)
     : cosa(fichero)
     , bytes(static_cast<std::uint64_t>(fichero.estado.st_size)) {
-    if (bytes > 0)
+    if (bytes > 0 && !diceDeMas())
         regiones = regionesDe(cosa.fd.numero(), cosa.estado);
     else
         leeEntero();
+}
+
+/// Where files are made up as they are read they may all claim to have a page.
+bool Contenido::diceDeMas() const {
+    unsigned char ultimo = 0;
+    return cosa.estado.st_blocks == 0 &&
+           pread(cosa.fd.numero(), &ultimo, 1, static_cast<off_t>(bytes) - 1) == 0;
 }
 
 /// Almost always there is nothing indeed.

@@ -14,9 +14,9 @@ namespace orcalin {
 class Contenido {
 public:
     /// Finds out where there is content in an open file, which must outlive
-    /// this. What a file holds that claims to be empty, as those of /proc do, is
-    /// read at once: its length must be known before. Throws std::bad_alloc, or
-    /// std::system_error when the process lacks something.
+    /// this. What a file holds that claims to be empty, as those of /proc do, or
+    /// to hold more than it does, as those of /sys, is read at once: its length must be known
+    /// before. Throws std::bad_alloc, or std::system_error when the process lacks something.
     explicit Contenido(const Cosa &fichero);
 
     /// Why it cannot be packed at all; empty if it can.
@@ -34,13 +34,14 @@ public:
     std::string guarda(EscritorTar &tar);
 
 private:
+    [[nodiscard]] bool diceDeMas() const;
     void leeEntero();
     void guardaRegion(EscritorTar &tar, Region region);
 
     const Cosa &cosa;
     std::uint64_t bytes = 0;
     std::vector<Region> regiones;
-    std::vector<unsigned char> leido; // of one that claims to be empty
+    std::vector<unsigned char> leido; // of one that does not tell its length
     std::string porque;
 };
 

@@ -2,6 +2,7 @@
 
 #include "comun/fallo.h"
 #include "comun/texto.h"
+#include "empaque/hijos.h"
 #include "tar/hora.h"
 
 #include <cerrno>
@@ -10,14 +11,17 @@ namespace orcalin {
 namespace {
 
 const std::string demasiado = "no cabe en este formato";
+const std::string haCambiado = "ha cambiado mientras se guardaba";
 
 } // namespace
 
 Empaquetador::Empaquetador(SumideroMarcos &marcosDados, Origenes &origenesDados,
-                           Progreso &progresoDado, Avisos &avisosDados)
+                           const FicheroProvisional &destinoDado, Progreso &progresoDado,
+                           Avisos &avisosDados)
     : marcos(marcosDados)
     , tar(marcosDados)
     , origenes(origenesDados)
+    , destino(destinoDado)
     , progreso(progresoDado)
     , avisos(avisosDados) {}
 
@@ -38,7 +42,7 @@ void Empaquetador::intenta(const Pieza &pieza) {
     if (carpeta < 0 || !abre(carpeta, pieza.propio.c_str(), pieza.clase, cosa))
         return falta(pieza, errno);
     if ((cosa.estado.st_mode & S_IFMT) != pieza.clase)
-        return falta(pieza, "ha cambiado mientras se guardaba");
+        return falta(pieza, haCambiado);
     if (pieza.clase == S_IFREG && cosa.estado.st_size > ficheroMaximo)
         return falta(pieza, EFBIG);
     const Primero *otro = primero(cosa);
@@ -46,13 +50,32 @@ void Empaquetador::intenta(const Pieza &pieza) {
         guardaFichero(pieza, cosa);
     else
         guardaSinContenido(pieza, cosa, otro);
+    // It is packed all the same; but what had the name before may be nowhere.
+    if (intacta && pieza.clase != S_IFDIR && esOtra(pieza, cosa))
+        falta(pieza, haCambiado);
+}
+
+/// Whether it is another one than was found, or a folder with other names in it.
+/// Folders come after all that is in them, so that nothing moves unseen.
+bool Empaquetador::esOtra(const Pieza &pieza, const Cosa &cosa) const {
+    if (cosa.estado.st_ino != pieza.inodo && numeraDeVerdad(cosa.fd.numero()))
+        return true;
+    if (pieza.clase != S_IFDIR || pieza.incompleta)
+        return false;
+    const Hijos ahora = hijosDe(cosa.fd.numero(), ".", destino);
+    if (escasea(ahora.porque))
+        falla("no se puede leer " + ruta(pieza), ahora.porque);
+    return ahora.porque != 0 || ahora.huella() != pieza.huella;
 }
 
 void Empaquetador::guardaSinContenido(const Pieza &pieza, const Cosa &cosa, const Primero *otro) {
     Asiento asiento;
     asiento.tipo = otro != nullptr ? 'h' : pieza.clase == S_IFDIR ? 'd' : 'l';
     asiento.lugar = marcos.posicion();
-    asiento.incompleta = pieza.incompleta;
+    const bool cambiada = asiento.tipo == 'd' && esOtra(pieza, cosa);
+    if (cambiada)
+        falta(pieza, haCambiado);
+    asiento.incompleta = pieza.incompleta || cambiada;
     const Ficha nueva = ficha(pieza, cosa);
     archive_entry_unset_size(nueva.get());
     if (otro != nullptr) {
@@ -126,7 +149,7 @@ void Empaquetador::anota(const Pieza &pieza, const Cosa &cosa, Asiento asiento) 
 void Empaquetador::falta(const Pieza &pieza, int porque) {
     if (escasea(porque))
         falla("no se puede leer " + ruta(pieza), porque);
-    falta(pieza, causa(porque));
+    falta(pieza, porque == EAGAIN ? "otro programa lo tiene reservado" : causa(porque));
 }
 
 void Empaquetador::falta(const Pieza &pieza, const std::string &porque) {

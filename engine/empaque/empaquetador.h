@@ -22,9 +22,10 @@ namespace orcalin {
 class Empaquetador {
 public:
     /// Writes to `marcos`, which nobody else may do meanwhile; the pieces are in
-    /// folders of `origenes`. All must outlive
+    /// folders of `origenes`, where `destino` is none of them. All must outlive
     /// this. Throws std::bad_alloc or Fallo.
-    Empaquetador(SumideroMarcos &marcos, Origenes &origenes, Progreso &progreso, Avisos &avisos);
+    Empaquetador(SumideroMarcos &marcos, Origenes &origenes, const FicheroProvisional &destino,
+                 Progreso &progreso, Avisos &avisos);
 
     /// Throws Fallo only when the archive itself cannot be written, or no file
     /// can be read any more.
@@ -48,6 +49,7 @@ private:
     void intenta(const Pieza &pieza);
     [[nodiscard]] const Primero *primero(const Cosa &cosa) const;
     [[nodiscard]] Ficha ficha(const Pieza &pieza, const Cosa &cosa);
+    [[nodiscard]] bool esOtra(const Pieza &pieza, const Cosa &cosa) const;
     void guardaSinContenido(const Pieza &pieza, const Cosa &cosa, const Primero *otro);
     void guardaFichero(const Pieza &pieza, const Cosa &cosa);
     void anota(const Pieza &pieza, const Cosa &cosa, Asiento asiento);
@@ -59,6 +61,7 @@ private:
     SumideroMarcos &marcos;
     EscritorTar tar;
     Origenes &origenes;
+    const FicheroProvisional &destino;
     Progreso &progreso;
     Avisos &avisos;
     Extendidos extendidos;

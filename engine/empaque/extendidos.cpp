@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <endian.h>
 #include <linux/limits.h>
@@ -123,24 +124,33 @@ void Extendidos::anadeLista(archive_entry *ficha, std::string_view valor, int cu
                             const char *nombre) {
     std::vector<Renglon> renglones;
     std::size_t ocupa = 0;
+    bool todosCaben = true;
     constexpr std::size_t largo = sizeof(posix_acl_xattr_entry);
     for (std::size_t i = sizeof(posix_acl_xattr_header); i + largo <= valor.size(); i += largo) {
         renglones.push_back(renglon(valor.substr(i, largo)));
         ocupa += renglones.back().nombre.size() + porRenglon;
+        todosCaben = todosCaben && cabe(renglones.back());
     }
-    if (ocupa > std::min(listaMaxima, caben))
+    if (ocupa > std::min(listaMaxima, caben) || !todosCaben)
         return queja(nombre, "no cabe en este formato");
     caben -= ocupa;
     for (const auto &uno : renglones)
-        archive_entry_acl_add_entry(ficha, cual, uno.permisos, uno.marca, uno.quien,
-                                    uno.nombre.c_str());
+        archive_entry_acl_add_entry(ficha, cual, uno.permisos, uno.marca,
+                                    static_cast<int>(uno.quien), uno.nombre.c_str());
+}
+
+/// Whoever has a number beyond these would be written as root.
+bool Extendidos::cabe(const Renglon &uno) {
+    const bool deAlguien =
+        uno.marca == ARCHIVE_ENTRY_ACL_USER || uno.marca == ARCHIVE_ENTRY_ACL_GROUP;
+    return !deAlguien || uno.quien <= INT_MAX;
 }
 
 Extendidos::Renglon Extendidos::renglon(std::string_view crudo) {
     posix_acl_xattr_entry uno{};
     std::memcpy(&uno, crudo.data(), sizeof uno);
     const int clase = marca(le16toh(uno.e_tag));
-    const auto quien = static_cast<int>(le32toh(uno.e_id));
+    const std::uint32_t quien = le32toh(uno.e_id);
     const char *nombre = nullptr;
     if (clase == ARCHIVE_ENTRY_ACL_USER)
         nombre = archive_read_disk_uname(cuentas.get(), quien);

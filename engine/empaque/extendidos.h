@@ -3,6 +3,7 @@
 #include "empaque/cosa.h"
 #include "tar/asa.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,12 +27,13 @@ private:
     struct Renglon {
         int permisos = 0;
         int marca = 0;
-        int quien = 0;
+        std::uint32_t quien = 0;
         std::string nombre;
     };
 
     void anadeUno(archive_entry *ficha, const Cosa &cosa, const char *nombre);
     void anadeLista(archive_entry *ficha, std::string_view valor, int cual, const char *nombre);
+    static bool cabe(const Renglon &uno);
     Renglon renglon(std::string_view crudo);
     void queja(std::string_view nombre, std::string_view porque);
 

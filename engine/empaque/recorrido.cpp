@@ -4,18 +4,15 @@
 #include "comun/medidas.h"
 #include "comun/texto.h"
 #include "empaque/clases.h"
+#include "empaque/hijos.h"
 #include "empaque/identidad.h"
 #include "empaque/nombres.h"
 #include "empaque/orden.h"
 #include "indice/asiento.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <dirent.h>
 #include <fcntl.h>
-#include <memory>
 #include <set>
-#include <string_view>
 #include <utility>
 
 namespace orcalin {
@@ -25,30 +22,6 @@ std::string sinBarrasFinales(std::string ruta) {
     while (ruta.size() > 1 && ruta.back() == '/')
         ruta.pop_back();
     return ruta;
-}
-
-struct CierraCarpeta {
-    void operator()(DIR *carpeta) const { closedir(carpeta); }
-};
-
-/// The names in a folder, sorted. `porque` is 0 if it could all be read.
-std::vector<std::string> hijosDe(int madre, const std::string &nombre, int &porque) {
-    std::vector<std::string> hijos;
-    const int fd = openat(madre, nombre.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    const std::unique_ptr<DIR, CierraCarpeta> abierta(fd < 0 ? nullptr : fdopendir(fd));
-    porque = abierta ? 0 : errno;
-    while (abierta) {
-        errno = 0;
-        const dirent *hijo = readdir(abierta.get());
-        porque = errno;
-        if (hijo == nullptr)
-            break;
-        const std::string_view suyo(hijo->d_name);
-        if (suyo != "." && suyo != "..")
-            hijos.emplace_back(suyo);
-    }
-    std::sort(hijos.begin(), hijos.end());
-    return hijos;
 }
 
 class Recorrido {
@@ -105,9 +78,8 @@ void Recorrido::visita(Pieza pieza, std::vector<Pieza> &pila) {
     struct stat estado {};
     if (fd < 0 || fstatat(fd, pieza.propio.c_str(), &estado, AT_SYMLINK_NOFOLLOW) != 0)
         return falta("no se puede leer ", pieza, errno);
-    if (destino.es(fd, pieza.propio, estado))
-        return;
     pieza.clase = estado.st_mode & S_IFMT;
+    pieza.inodo = estado.st_ino;
     pieza.bytes = bytesDe(estado);
     if (S_ISREG(estado.st_mode)) {
         pieza.trato = tratoDe(fd, pieza.propio, pieza.nombre, estado.st_mode, pieza.bytes);
@@ -122,16 +94,18 @@ void Recorrido::visita(Pieza pieza, std::vector<Pieza> &pila) {
 }
 
 void Recorrido::apila(Pieza &carpeta, int madre, std::vector<Pieza> &pila) {
-    int porque = 0;
-    const auto hijos = hijosDe(madre, carpeta.propio, porque);
-    carpeta.incompleta = porque != 0;
+    const Hijos hijos = hijosDe(madre, carpeta.propio, destino);
+    carpeta.incompleta = hijos.porque != 0;
     if (carpeta.incompleta)
-        falta("no se puede mirar dentro de ", carpeta, porque);
-    if (hijos.empty())
+        falta("no se puede mirar dentro de ", carpeta, hijos.porque);
+    else
+        carpeta.inodo = hijos.inodo; // of what is mounted by looking into it, perhaps
+    carpeta.huella = hijos.huella();
+    if (hijos.nombres.empty())
         return;
     const auto numero = carpetas.dentro(carpeta.carpeta, carpeta.propio);
     // What is pushed last is visited first.
-    for (auto hijo = hijos.rbegin(); hijo != hijos.rend(); ++hijo) {
+    for (auto hijo = hijos.nombres.rbegin(); hijo != hijos.nombres.rend(); ++hijo) {
         Pieza nueva;
         nueva.carpeta = numero;
         nueva.propio = *hijo;

@@ -14,11 +14,14 @@ namespace orcalin {
 
 /// One thing to pack, as it was found.
 struct Pieza {
+    // In an order that leaves no gaps: there may be millions of them.
     Origenes::Numero carpeta = 0; ///< where it is,
-    std::string propio;           ///< and its name there
-    std::string nombre;           ///< its path in the archive
     mode_t clase = 0;             ///< S_IFREG, S_IFDIR or S_IFLNK
+    std::string propio;           ///< its name there
+    std::string nombre;           ///< its path in the archive
     std::uint64_t bytes = 0;      ///< of content to read; 0 for a second name of a file
+    ino_t inodo = 0;              ///< which one had the name
+    std::uint32_t huella = 0;     ///< of the names in a folder
     Trato trato = Trato::otro;    ///< of a regular file
     bool incompleta = false;      ///< a folder, not all of which could be looked into
 

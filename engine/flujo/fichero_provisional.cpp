@@ -4,6 +4,7 @@
 #include "comun/medidas.h"
 #include "comun/senales.h"
 #include "comun/texto.h"
+#include "flujo/herencia.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -14,13 +15,9 @@ namespace {
 
 constexpr mode_t segunUmask = 0666;
 constexpr mode_t soloMio = 0600;
-constexpr mode_t dePermiso = 0777;
 constexpr std::string_view noSeEscribe = "no se puede escribir en el destino";
 constexpr std::string_view noSeGuarda = "no se puede guardar el archivo";
-
-bool mismo(const struct stat &a, const struct stat &b) {
-    return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
-}
+constexpr const char *cambiado = "alguien ha cambiado el archivo mientras se guardaba";
 
 /// By one character of UTF-8.
 void acorta(std::string &texto) {
@@ -44,7 +41,8 @@ FicheroProvisional::FicheroProvisional(std::filesystem::path destino)
 FicheroProvisional::~FicheroProvisional() {
     if (entregado || !fichero.fd.valido())
         return;
-    unlinkat(sitio.carpeta(), fichero.nombre.c_str(), 0);
+    if (estaEn(sitio.carpeta(), fichero.nombre))
+        unlinkat(sitio.carpeta(), fichero.nombre.c_str(), 0);
     sueltaEfimero();
 }
 
@@ -85,7 +83,7 @@ Descriptor FicheroProvisional::paraLeer() const {
     if (!fd.valido() || fstat(fd.numero(), &estado) != 0)
         falla(noSeGuarda, errno);
     if (!mismo(estado, propio))
-        throw Fallo("alguien ha cambiado el archivo mientras se guardaba");
+        throw Fallo(cambiado);
     return fd;
 }
 
@@ -94,19 +92,22 @@ Descriptor FicheroProvisional::paraLeer() const {
 void FicheroProvisional::hereda() {
     constexpr uid_t elQueEs = -1;
     const auto &antes = sitio.deAntes();
-    mode_t permisos = antes.st_mode & dePermiso;
+    bool conGrupo = true;
     if (antes.st_uid != propio.st_uid || antes.st_gid != propio.st_gid) {
         const uid_t dueno = geteuid() == 0 ? antes.st_uid : elQueEs;
-        // What was for one group is not for another.
-        if (fchown(fichero.fd.numero(), dueno, antes.st_gid) != 0 && antes.st_gid != propio.st_gid)
-            permisos &= ~S_IRWXG;
+        conGrupo =
+            fchown(fichero.fd.numero(), dueno, antes.st_gid) == 0 || antes.st_gid == propio.st_gid;
     }
-    fchmod(fichero.fd.numero(), permisos);
+    heredaPermisos(fichero.fd.numero(), sitio.carpeta(), sitio.nombre(), antes, conGrupo);
 }
 
 std::filesystem::path FicheroProvisional::entrega(bool conTodo) {
     std::string tomado = sitio.nombre();
-    const bool cede = consagraEfimero(tomado.c_str(), conTodo && esElDeAntes()) != 0;
+    // What is renamed is a name, and whoever may write into the folder can give that to another
+    // file: no longer than between these two looks, and not without our seeing it in the second.
+    if (!estaEn(sitio.carpeta(), fichero.nombre))
+        throw Fallo(cambiado);
+    const bool cede = consagraEfimero(tomado.c_str(), conTodo && sitio.sigueElDeAntes()) != 0;
     if (cede && errno != EEXIST)
         falla(noSeGuarda, errno);
     if (cede)
@@ -114,9 +115,10 @@ std::filesystem::path FicheroProvisional::entrega(bool conTodo) {
     entregado = true;
     // Some file systems cannot flush a folder; the archive itself is safe by now.
     fsync(sitio.carpeta());
-    std::error_code error;
+    if (!estaEn(sitio.carpeta(), tomado))
+        throw Fallo(cambiado);
     auto ruta = sitio.ruta(tomado);
-    if (!std::filesystem::exists(ruta, error) && !error)
+    if (!estaEn(AT_FDCWD, ruta))
         throw Fallo("el archivo está guardado, pero su carpeta ya no está donde estaba");
     if (cede && conTodo)
         throw Fallo(
@@ -125,13 +127,10 @@ std::filesystem::path FicheroProvisional::entrega(bool conTodo) {
     return ruta;
 }
 
-/// Whether what has the name is what was to be replaced: who puts something else
-/// there meanwhile was not asked.
-bool FicheroProvisional::esElDeAntes() const {
-    struct stat ahora {};
-    return sitio.ocupado() &&
-           (fstatat(sitio.carpeta(), sitio.nombre().c_str(), &ahora, AT_SYMLINK_NOFOLLOW) != 0 ||
-            mismo(ahora, sitio.deAntes()));
+bool FicheroProvisional::estaEn(int carpeta, const std::filesystem::path &ruta) const {
+    struct stat estado {};
+    return fstatat(carpeta, ruta.c_str(), &estado, AT_SYMLINK_NOFOLLOW) == 0 &&
+           mismo(estado, propio);
 }
 
 /// Takes the first free name, which it returns; a shorter one where the number
@@ -160,9 +159,15 @@ bool FicheroProvisional::es(int carpeta, const std::string &nombre,
     // Another name (hard link) of the old archive is a file like any other, and
     // so is the same name in another folder.
     struct stat esta {};
-    struct stat suya {};
     return sitio.ocupado() && mismo(estado, sitio.deAntes()) && nombre == sitio.nombre() &&
-           fstat(carpeta, &esta) == 0 && fstat(sitio.carpeta(), &suya) == 0 && mismo(esta, suya);
+           fstat(carpeta, &esta) == 0 && !nombresEn(esta).empty();
+}
+
+std::vector<std::string> FicheroProvisional::nombresEn(const struct stat &carpeta) const {
+    struct stat suya {};
+    if (fstat(sitio.carpeta(), &suya) != 0 || !mismo(carpeta, suya))
+        return {};
+    return {fichero.nombre, sitio.nombre()};
 }
 
 } // namespace orcalin

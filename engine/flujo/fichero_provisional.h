@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 #include <sys/stat.h>
+#include <vector>
 
 namespace orcalin {
 
@@ -24,9 +25,9 @@ public:
 
     void escribe(Octetos datos) override;
 
-    /// Flushes to the disk. The file keeps its provisional name, but gets the mode
-    /// and, as far as this user may give them, owner and group of the one that was
-    /// there before.
+    /// Flushes to the disk. The file keeps its provisional name, but gets the mode,
+    /// the access list and, as far as this user may give them, owner and group of
+    /// the one that was there before; never to be open to more people than that.
     void cierra() override;
 
     /// How many bytes were written so far.
@@ -39,19 +40,23 @@ public:
     /// destination's, replacing what has it; one that lacks something only if
     /// that is free, and otherwise the first of «nombre (2)», «nombre (3)»…
     /// that is. Returns its path. Cancelling is over from here on. Throws Fallo
-    /// when that fails, and also, the archive complete, when it is not where it
-    /// was asked for: its folder has been moved or unmounted meanwhile, or another
-    /// file has appeared under the name, which stays.
+    /// when that fails, and if somebody has put another file in the place of ours;
+    /// also, the archive complete, when it is not where it was asked for: its folder
+    /// has been moved or unmounted meanwhile, or another file has appeared under the
+    /// name (or the old one has been written to), which stays.
     std::filesystem::path entrega(bool conTodo);
 
     /// Whether `nombre` in that open folder, with this status, is the file being
     /// written or the one that it is to replace.
     [[nodiscard]] bool es(int carpeta, const std::string &nombre, const struct stat &estado) const;
 
+    /// The names that it has and is to have, if that is its folder; else none.
+    [[nodiscard]] std::vector<std::string> nombresEn(const struct stat &carpeta) const;
+
 private:
     void hereda();
     void empuja();
-    [[nodiscard]] bool esElDeAntes() const;
+    [[nodiscard]] bool estaEn(int carpeta, const std::filesystem::path &ruta) const;
     std::string alLado();
 
     Sitio sitio;

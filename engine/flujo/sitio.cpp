@@ -2,6 +2,7 @@
 
 #include "comun/fallo.h"
 #include "comun/senales.h"
+#include "flujo/provisional.h"
 
 #include <array>
 #include <cerrno>
@@ -97,27 +98,59 @@ void Sitio::compruebaCarpeta() const {
 void Sitio::compruebaAnterior() const {
     if (!S_ISREG(anterior.st_mode))
         throw Fallo("el destino ya existe y no es un fichero");
-    constexpr unsigned fijo = STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND | STATX_ATTR_MOUNT_ROOT;
-    if ((anterior.st_mode & S_IWUSR) == 0 || tiene(carpeta(), suyo.c_str(), fijo))
-        throw Fallo("el archivo que hay es de solo lectura");
     const auto suCarpeta = estadoDe(carpeta());
     const uid_t yo = geteuid();
     if ((suCarpeta.st_mode & S_ISVTX) != 0 && yo != 0 && anterior.st_uid != yo &&
         suCarpeta.st_uid != yo)
         throw Fallo("el archivo que hay es de otro usuario, y su carpeta no deja reemplazarlo");
+    if (soloSeLee(anterior))
+        throw Fallo("el archivo que hay es de solo lectura");
+}
+
+/// A folder's owner may put anything in the place of what others protect, and root may write to
+/// what is for nobody to write to. Neither is meant by saving an archive.
+bool Sitio::soloSeLee(const struct stat &estado) const {
+    constexpr unsigned fijo = STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND | STATX_ATTR_MOUNT_ROOT;
+    return (estado.st_mode & S_IWUSR) == 0 ||
+           faccessat(carpeta(), suyo.c_str(), W_OK, AT_EACCESS) != 0 ||
+           tiene(carpeta(), suyo.c_str(), fijo);
+}
+
+bool Sitio::sigueElDeAntes() const {
+    struct stat ahora {};
+    return hayAnterior && fstatat(carpeta(), suyo.c_str(), &ahora, AT_SYMLINK_NOFOLLOW) == 0 &&
+           mismo(ahora, anterior) && ahora.st_size == anterior.st_size &&
+           ahora.st_mtim.tv_sec == anterior.st_mtim.tv_sec &&
+           ahora.st_mtim.tv_nsec == anterior.st_mtim.tv_nsec && !soloSeLee(ahora);
 }
 
 /// What a name may be is known to the file system alone, and some only say it
-/// when something is to be made.
+/// when something is to be made: in a folder of our own, for what has the name
+/// out here, if only for a moment, may be replaced by another run's archive.
 void Sitio::ensaya() const {
+    const std::string aparte = nombreProvisional();
+    const auto quita = [&] { unlinkat(carpeta(), aparte.c_str(), AT_REMOVEDIR); };
+    const AlCancelar siSeCancela(quita);
+    if (mkdirat(carpeta(), aparte.c_str(), S_IRWXU) != 0)
+        return; // whether anything can be made here is found out by making it
+    const int porque = ensayaEn(aparte);
+    quita();
+    if (porque != 0 && porque != EACCES) // that may come of a list handed on to our folder
+        falla(noSeEscribe, porque);
+}
+
+int Sitio::ensayaEn(const std::string &aparte) const {
     constexpr mode_t soloMio = 0600;
-    const Descriptor fd(creaEfimero(carpeta(), suyo.c_str(), O_WRONLY | O_CLOEXEC, soloMio));
-    if (!fd.valido() && errno != EEXIST)
-        falla(noSeEscribe, errno);
+    const Descriptor dentro(
+        openat(carpeta(), aparte.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!dentro.valido())
+        return 0;
+    const Descriptor fd(creaEfimero(dentro.numero(), suyo.c_str(), O_WRONLY | O_CLOEXEC, soloMio));
     if (!fd.valido())
-        return;
-    unlinkat(carpeta(), suyo.c_str(), 0);
+        return errno;
+    unlinkat(dentro.numero(), suyo.c_str(), 0);
     sueltaEfimero();
+    return 0;
 }
 
 } // namespace orcalin

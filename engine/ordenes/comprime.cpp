@@ -32,7 +32,7 @@ void escribe(const Escritura &escritura, const Compresion &compresion, const Pla
             relectura->sigue(marcos.marcos(), escritura.fichero.largo());
         progreso.avanza(bytes, relectura ? relectura->comparados() : bytes);
     });
-    Empaquetador empaquetador(marcos, origenes, progreso, avisos);
+    Empaquetador empaquetador(marcos, origenes, escritura.fichero, progreso, avisos);
     for (const auto &pieza : plan)
         empaquetador.guarda(pieza);
     // An archive of nothing must not take the place of an old one of something.

@@ -14,8 +14,6 @@
 namespace orcalin {
 namespace {
 
-constexpr const char *deOtro = "el índice no es de este archivo";
-
 using Pares = std::vector<std::pair<std::string, std::string>>;
 
 void cuentaLosOtrosNombres(const Pares &pares, Avisos &avisos) {
@@ -99,62 +97,6 @@ bool Extraccion::porIndice() {
     else if (pedida.empty())
         recorre(indice.get());
     return mapa.has_value();
-}
-
-void Extraccion::cumple(const Indice &indice) {
-    const auto &encargos = mapa->encargos();
-    deCamino = mapa->carpetas();
-    Marcos marcos(archivo, indice, marcosPedidos(indice));
-    std::optional<LectorTar> lector;
-    std::uint64_t origen = 0; // of what `lector` reads
-    for (auto i = encargos.begin(); i != encargos.end();) {
-        try {
-            // Reading on is worth it only as far as the frame goes.
-            if (!lector || indice.marcoDe(i->first) > marcos.actual()) {
-                origen = i->first;
-                lector.emplace(marcos.desde(origen));
-            }
-            cumpleUno(*lector, origen, *i);
-            ++i;
-        } catch (const MarcoDanado &danado) {
-            lector.reset();
-            const auto &marco = indice.marcos()[danado.marco];
-            for (; i != encargos.end() && i->first < marco.desde + indice.crudoDe(danado.marco);
-                 ++i)
-                std::for_each(i->second.comos.begin(), i->second.comos.end(),
-                              [this](const auto &como) { danada(como); });
-        }
-    }
-    algo = !encargos.empty();
-}
-
-/// Those in which there is any part of what was asked for.
-std::vector<std::size_t> Extraccion::marcosPedidos(const Indice &indice) const {
-    std::vector<std::size_t> marcos;
-    for (const auto &[lugar, encargo] : mapa->encargos()) {
-        const auto hasta = indice.marcoDe(mapa->siguiente(lugar + 1) - 1);
-        auto marco = indice.marcoDe(lugar);
-        if (!marcos.empty())
-            marco = std::max(marco, marcos.back() + 1);
-        for (; marco <= hasta; ++marco)
-            marcos.push_back(marco);
-    }
-    return marcos;
-}
-
-void Extraccion::cumpleUno(LectorTar &lector, std::uint64_t origen,
-                           const Encargos::value_type &encargo) {
-    const auto &[lugar, pedido] = encargo;
-    archive_entry *ficha = nullptr;
-    do
-        ficha = lector.siguiente();
-    while (ficha != nullptr && origen + lector.posicion() < lugar);
-    if (ficha == nullptr || origen + lector.posicion() > lugar)
-        throw Fallo(deOtro);
-    const Entrada entrada = describe(ficha);
-    if (pedido.conElla ? entrada.ruta != pedido.comos.front() : entrada.tipo != '-')
-        throw Fallo(deOtro);
-    saca(lector, ficha, entrada, pedido.comos);
 }
 
 void Extraccion::recorre(const Indice *indice) {

@@ -45,7 +45,6 @@ public:
 private:
     bool porIndice();
     void cumple(const Indice &indice);
-    [[nodiscard]] std::vector<std::size_t> marcosPedidos(const Indice &indice) const;
     void cumpleUno(LectorTar &lector, std::uint64_t origen, const Encargos::value_type &encargo);
     void recorre(const Indice *indice);
     void primeraLectura(Pasada &pasada);

@@ -41,6 +41,19 @@ void Mapa::encarga(const Asiento &asiento) {
     encargo.comos.push_back(asiento.ruta);
 }
 
+std::vector<std::size_t> Mapa::marcosPedidos(const Indice &indice) const {
+    std::vector<std::size_t> marcos;
+    for (const auto &[lugar, encargo] : pedidos) {
+        const auto hasta = indice.marcoDe(siguiente(lugar + 1) - 1);
+        auto marco = indice.marcoDe(lugar);
+        if (!marcos.empty())
+            marco = std::max(marco, marcos.back() + 1);
+        for (; marco <= hasta; ++marco)
+            marcos.push_back(marco);
+    }
+    return marcos;
+}
+
 std::uint64_t Mapa::siguiente(std::uint64_t lugar) const {
     const auto hallado =
         std::lower_bound(lugares.begin(), lugares.end(), std::pair{lugar, std::uint64_t{0}});

@@ -31,6 +31,9 @@ public:
 
     [[nodiscard]] const Encargos &encargos() const { return pedidos; }
 
+    /// The frames in which there is any part of it, in order.
+    [[nodiscard]] std::vector<std::size_t> marcosPedidos(const Indice &indice) const;
+
     /// The folders above what was asked for, with their permissions.
     [[nodiscard]] const std::vector<std::pair<std::string, unsigned>> &carpetas() const {
         return deCamino;

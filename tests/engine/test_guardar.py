@@ -1,8 +1,14 @@
 """Making archives: names, progress, and everything that can go wrong."""
 
+import contextlib
+import ctypes
+import fcntl
 import os
 import pathlib
 import random
+import re
+import signal
+import struct
 
 from motor import Caso, MEBI, MOTOR, NADIE, PASO, PROGRESO, desordenado
 
@@ -104,6 +110,10 @@ class Nombres(Caso):
         self.assertFalse(real.exists())
         self.corre("compress", self.clave, "-o", propio, **como)
         self.assertEqual((real.stat().st_uid, propio.is_symlink()), (NADIE, True))
+        propio.unlink()
+        self.d.chmod(0o777)
+        os.chown(self.d, NADIE, 0)
+        self.assertIn("de solo lectura", self.error("compress", self.clave, "-o", vetado, **como))
         vetado.chmod(0o444)
         self.assertIn("de solo lectura", self.error("compress", self.clave, "-o", vetado))
         self.assertEqual(vetado.read_text(), "el de antes")
@@ -112,6 +122,50 @@ class Nombres(Caso):
         self.corre("compress", self.clave, "-o", vetado)
         e = vetado.stat()
         self.assertEqual((e.st_uid, e.st_gid, e.st_mode & 0o7777), (12345, 23456, 0o640))
+
+    def test_no_se_abre_a_mas_gente(self):
+        """(mode, list) of an archive that replaces another: whom the old one, or the folder, has listed."""
+        como = self.como_nadie()
+        acceso, nadie = "system.posix_acl_access", 2**32 - 1
+        lista = struct.pack("<I" + "HHI" * 5, 2, 1, 6, nadie, 2, 6, 12345, 4, 0, nadie,
+                            16, 6, nadie, 32, 4, nadie)
+        os.setxattr(self.d, "system.posix_acl_default", lista)
+        mudo = {**como, "env": self.estorbado(atributo=acceso)}
+        for n, (antes, grupo, listado, opciones, modo) in enumerate((
+                (0o640, NADIE, None, como, 0o640), (0o240, NADIE, None, como, 0o240),
+                (0o640, NADIE, lista, como, 0o664),
+                (0o604, 12345, None, como, 0o600), (0o644, 12345, None, como, 0o604),
+                (0o640, 12345, lista, como, 0o600), (0o640, NADIE, lista, mudo, 0o600),
+                (0o640, 12345, lista, {}, 0o664))):
+            with self.subTest(n):
+                self.okz = self.pon(f"{n}.okz")
+                os.removexattr(self.okz, acceso)
+                self.okz.chmod(antes)
+                if listado:
+                    os.setxattr(self.okz, acceso, listado)
+                os.chown(self.okz, NADIE, grupo)
+                self.comprime(self.clave, **opciones)
+                despues = acceso in os.listxattr(self.okz) and os.getxattr(self.okz, acceso)
+                self.assertEqual((self.okz.stat().st_mode & 0o7777, despues),
+                                 (modo, lista if modo == 0o664 else False))
+
+    def test_el_nombre_lo_tiene_solo_el_archivo_entero(self):
+        """Anything else could meet another run's archive there."""
+        libc = ctypes.CDLL(None)
+        for entorno in None, self.estorbado(renombrar="no"):
+            self.okz.unlink(missing_ok=True)
+            aviso = libc.inotify_init()
+            libc.inotify_add_watch(aviso, os.fsencode(self.d), 0x3c2)  # written, made, moved, removed
+            self.comprime(self.clave, env=entorno)
+            visto, i, hechos = os.read(aviso, 65536), 0, []
+            os.close(aviso)
+            while i < len(visto):
+                _, que, _, largo = struct.unpack_from("iIII", visto, i)
+                if visto[i + 16:i + 16 + largo].rstrip(b"\0") == b"a.okz":
+                    hechos.append(que)
+                i += 16 + largo
+            self.assertEqual(hechos, [0x80])  # arrived by a rename
+            self.assertEqual([*self.d.glob(".orcalin-*")], [])
 
     def test_lo_que_no_mengua_va_con_lo_comprimido(self):
         self.pon("c/b.vol", os.urandom(MEBI))
@@ -166,6 +220,7 @@ class Faltas(Caso):
                                        ("b", self.estorbado(renombrar="no"), ["b (2)", "b (3)"]),
                                        ("e", self.estorbado(renombrar="link"), ["e (2)", "e (3)"])):
             self.okz = self.pon(nombre, "el de antes")
+            os.chown(self.okz, NADIE, NADIE)
             enlace = self.d / "enlace"
             enlace.unlink(missing_ok=True)
             enlace.symlink_to(nombre)
@@ -216,25 +271,52 @@ class Faltas(Caso):
         self.okz.unlink()
         os.setxattr(f, "user.a=b", b"valor")
         self.assertIn("«user.a=b»: su nombre no cabe", self.con_estorbo())
+        os.removexattr(f, "user.a=b")
+        todos = 2**32 - 1
+        for marca in 2, 8:  # a user and a group, neither of whom is root
+            self.okz.unlink()
+            renglones = ((1, 6, todos), (2, 6, 1), (marca, 7, 2**31), (4, 4, todos), (16, 7, todos), (32, 4, todos))
+            lista = b"".join(struct.pack("<HHI", *r) for r in sorted(renglones))
+            os.setxattr(f, "system.posix_acl_access", struct.pack("<I", 2) + lista)
+            self.assertIn("/c/1»: «system.posix_acl_access»: no cabe", self.con_estorbo())
 
     def test_lo_que_dice_estar_vacio(self):
         sistema = pathlib.Path("/proc/version")
-        self.comprime(sistema, self.pon("c/vacío"))
+        pagina = pathlib.Path("/sys/devices/system/cpu/online")  # claims to hold a whole one
+        self.comprime(sistema, pagina, self.pon("c/vacío"))
         self.assertEqual((self.extrae() / "version").read_bytes(), sistema.read_bytes())
+        self.assertEqual((self.salida / "online").read_bytes(), pagina.read_bytes())
         self.assertEqual((self.salida / "vacío").read_bytes(), b"")
         for nombre, porque in (("mem", "no responde bien"), ("pagemap", "no dice cuánto contiene")):
             mensaje = self.error("compress", f"/proc/self/{nombre}", self.c, "-o", self.d / "b.okz")
             self.assertRegex(mensaje, f"1 elemento .*{nombre}».*{porque}")
             (self.d / "b.okz").unlink()
 
-    def guarda_mientras(self, cambia, falla=True):
-        """What it said of a change in the middle of it, to a new archive. Reading
+    def test_lo_reservado_por_otro(self):
+        cede, retiene = (open(self.pon(f"c/{n}.txt", n), "r+b") for n in ("cede", "retiene"))
+
+        def avisado(*_):
+            with contextlib.suppress(OSError):  # told again because of the other one
+                fcntl.fcntl(cede, fcntl.F_SETLEASE, fcntl.F_UNLCK)
+
+        self.addCleanup(signal.signal, signal.SIGIO, signal.signal(signal.SIGIO, avisado))
+        with cede, retiene:
+            for f in cede, retiene:
+                fcntl.fcntl(f, fcntl.F_SETLEASE, fcntl.F_WRLCK)
+            self.assertRegex(self.error("compress", self.c, "-o", self.okz),
+                             "^1 elemento .*/c/retiene.txt»: otro programa lo tiene reservado")
+        self.assertEqual((self.extrae() / "c/cede.txt").read_text(), "cede")
+
+    def guarda_mientras(self, cambia, *opciones, falla=True, antes=None):
+        """What it said of a change in the middle of it, to a new archive, or in the place of one. Reading
         goes ahead of compressing, but not as far as the first file goes."""
         self.okz.unlink(missing_ok=True)
+        if antes:
+            self.okz.write_text(antes)
         self.antes = desordenado(GRANDE * MEBI // 2).hex().encode()
         grande = self.pon("c/1", self.antes)
         self.hora = grande.stat().st_mtime_ns
-        p = self.arranca("compress", self.c, "-o", self.okz, "--level", "5")
+        p = self.arranca("compress", self.c, "-o", self.okz, "--level", "5", *opciones)
         cambia(grande)
         return self.termina(p, falla).lineas
 
@@ -242,7 +324,7 @@ class Faltas(Caso):
         otro = self.pon("c/2")
         self.pon("c/3")
         lineas = self.guarda_mientras(lambda _: otro.unlink())
-        self.assertRegex(lineas[-1], r"1 elemento .*c/2».*no existe")
+        self.assertRegex(lineas[-1], r"2 elementos .*primero: .*c/2».*no existe")
         self.assertIn(f"3/3 ficheros (100.0%), {GRANDE} MiB", lineas)
         self.assertEqual(list(self.lista()), ["c", "c/1", "c/3"])
 
@@ -253,12 +335,14 @@ class Faltas(Caso):
             dos.unlink()
             dos.write_text("nuevo")  # mostly with the same inode
 
-        for cambia, a in ((otro_fichero, "una"), (lambda f: dos.write_text("nuevo"), "otra")):
+        for cambia, a, falla in ((otro_fichero, "una", True),
+                                 (lambda f: dos.write_text("nuevo"), "otra", False)):
             uno, dos = self.pon("c/0", "viejo"), self.c / "2"
             dos.unlink(missing_ok=True)
             os.link(uno, dos)
-            self.guarda_mientras(cambia, falla=False)
-            fuera = self.extrae(a=a) / "c"
+            self.guarda_mientras(cambia, falla=falla)
+            self.corre("extract", self.okz, "-o", self.d / a, falla=None)
+            fuera = self.d / a / "c"
             self.assertEqual([(fuera / n).read_text() for n in "02"], ["viejo", "nuevo"])
 
     def test_cambia(self):
@@ -291,22 +375,68 @@ class Faltas(Caso):
             (self.c / "d").rename(self.c / "a")
             (self.c / "d").symlink_to(self.d / "otra")
 
-        self.assertRegex(self.guarda_mientras(cambia)[-1], "1 elemento .*/c/d»")
-        self.assertEqual({p.read_text() for p in (self.extrae() / "c").rglob("f")}, {"propio"})
+        self.assertRegex(self.guarda_mientras(cambia)[-1], "2 elementos .*primero: .*/c/d»")
+        self.error_al_sacar()
+        self.assertEqual({p.read_text() for p in (self.salida / "c").rglob("f")}, {"propio"})
+
+    def test_se_mueve(self):
+        """Each is told of what is no longer what was found, and nothing else, not
+        even the folder that the archive is written to."""
+        for f in ("r/log.0", "r/log.1", "r/log.2", "de/f", "a/f0", "x/1", "x/2", "y/1/f", "y/2/f", "n/0", "q/0"):
+            self.pon(f"c/{f}", f)
+
+        def mueve(*pares):
+            for viejo, nuevo in pares:
+                (self.c / viejo).rename(self.c / nuevo)
+
+        def cambia(_):
+            mueve(*((f"r/log.{n}", f"r/log.{n + 1}") for n in (2, 1, 0)), ("de/f", "a/f"))
+            for d in "xy":
+                mueve((f"{d}/1", f"{d}/3"), (f"{d}/2", f"{d}/1"), (f"{d}/3", f"{d}/2"))
+            self.pon("c/n/1")
+            self.pon("c/q/bloqueo").unlink()
+            (self.c / "q").chmod(0o700)
+
+        self.okz = self.c / "a.okz"
+        lineas = self.guarda_mientras(cambia)
+        dichos = [re.match(f"Aviso: no se puede leer «{self.c}/(.*)»: (.*)", l) for l in lineas]
+        self.assertEqual({d[1]: d[2] for d in dichos if d},
+                         {**dict.fromkeys(("r", "r/log.1", "r/log.2", "de", "a", "x/1", "x/2", "y/1", "y/2", "n"),
+                                          "ha cambiado mientras se guardaba"),
+                          **dict.fromkeys(("r/log.0", "de/f"), "no existe")})
+        self.assertIn("«c/r»: se guardó incompleto", "\n".join(self.corre("check", self.okz, falla=True).lineas))
 
     def test_aparece_otro_archivo(self):
-        """Whether there was one at the beginning or not."""
-        for n in "2", "3":
-            otro = self.pon("otro", n)
-            lineas = self.guarda_mientras(lambda _: otro.rename(self.okz))
+        """Whether there was one at the beginning or not, and be it the same, written to or closed."""
+        otro = self.d / "otro"
+        for n, (antes, cambia) in enumerate(((None, lambda _: otro.rename(self.okz)),
+                                             ("viejo", lambda _: otro.rename(self.okz)),
+                                             ("viejo", lambda _: self.okz.write_text("otro!")),
+                                             ("viejo", lambda _: self.okz.chmod(0o444))), 2):
+            otro.write_text("otro!")
+            lineas = self.guarda_mientras(cambia, antes=antes)
             self.assertRegex(lineas[-1], f"ha aparecido otro .*a [(]{n}[)].okz»$")
-            self.assertEqual(self.okz.read_text(), n)
+            self.assertEqual(self.okz.read_text(), "viejo" if n == 5 else "otro!")
             self.corre("check", self.d / f"a ({n}).okz")
 
+    def test_otro_en_lugar_del_que_se_escribe(self):
+        def cambia(_):
+            nuestro, = self.d.glob(".orcalin-*")
+            self.pon("otro", "ajeno").rename(nuestro)
+
+        lineas = self.guarda_mientras(cambia, "--no-verify", antes="viejo")
+        self.assertIn("alguien ha cambiado", lineas[-1])
+        self.assertEqual(self.okz.read_text(), "viejo")
+        self.assertEqual([p.read_text() for p in self.d.glob(".orcalin-*")], ["ajeno"])
+
     def test_la_carpeta_del_archivo_cambia_de_sitio(self):
+        """And another comes in its place, with a file of that name."""
+        def cambia(_):
+            self.okz.parent.rename(self.d / "allí")
+            self.pon("donde/a.okz", "otro")
+
         self.okz = self.pon("donde/a.okz")
-        lineas = self.guarda_mientras(lambda _: self.okz.parent.rename(self.d / "allí"))
-        self.assertIn("ya no está donde estaba", lineas[-1])
+        self.assertIn("ya no está donde estaba", self.guarda_mientras(cambia)[-1])
         self.okz = self.d / "allí/a.okz"
         self.assertEqual(list(self.lista()), ["c", "c/1"])
 

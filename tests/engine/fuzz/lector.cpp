@@ -1,7 +1,10 @@
-// Feeds the reader with any bytes: lists, checks and takes everything out, and
-// ends the process if something came out where it should not.
+// Feeds the reader with any bytes, or with what formas.h makes of them, as the
+// variable ORCALIN_FUZZ says: lists, checks and takes everything out, and ends the
+// process if something came out where it should not, or if what the user had there
+// is not as it was.
 #include "comun/avisos.h"
 #include "comun/fallo.h"
+#include "formas.h"
 #include "ordenes/ordenes.h"
 #include "saque/extraccion.h"
 
@@ -38,6 +41,31 @@ void compruebaFuera() {
         abort();
 }
 
+std::string contenido(const fs::path &ruta) {
+    std::ifstream fichero(ruta, std::ios::binary);
+    return {std::istreambuf_iterator<char>(fichero), {}};
+}
+
+void planta() {
+    std::ofstream("mio") << "mio";
+    mkdir("carpeta", 0700);
+    std::ofstream("carpeta/propio") << "propio";
+    fs::create_symlink("..", "enlace");
+}
+
+/// None of what was planted is lost or more open than it was.
+void compruebaLoPlantado() {
+    struct stat estado {};
+    if (contenido("mio") != "mio" || contenido("carpeta/propio") != "propio" ||
+        fs::read_symlink("enlace") != ".." || stat("carpeta", &estado) != 0 ||
+        (estado.st_mode & 07777) != 0700)
+        abort();
+}
+
+std::size_t cuantos() {
+    return static_cast<std::size_t>(std::distance(fs::recursive_directory_iterator("."), {}));
+}
+
 void saca(const char *pedida) {
     const orcalin::Archivo abierto(archivo, {});
     orcalin::Avisos avisos;
@@ -71,9 +99,51 @@ extern "C" int LLVMFuzzerInitialize(int * /*argc*/, char *** /*argv*/) {
     return 0;
 }
 
-extern "C" int LLVMFuzzerTestOneInput(const unsigned char *datos, std::size_t largo) {
+namespace {
+
+void escribe(orcalin::Octetos datos) {
     std::ofstream(archivo, std::ios::binary | std::ios::trunc)
-        .write(reinterpret_cast<const char *>(datos), static_cast<std::streamsize>(largo));
+        .write(reinterpret_cast<const char *>(datos.data()),
+               static_cast<std::streamsize>(datos.size()));
+}
+
+/// Twice: what is there already is left alone.
+void sacaSobreLoPlantado() {
+    planta();
+    bool bien = false;
+    intenta([&bien] {
+        saca("");
+        bien = true;
+    });
+    compruebaLoPlantado();
+    const auto habia = bien && geteuid() != 0 ? cuantos() : 0;
+    intenta([] { saca(""); });
+    compruebaLoPlantado();
+    if (habia > 0 && cuantos() != habia)
+        abort();
+    compruebaFuera();
+    vacia();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char *datos, std::size_t largo) {
+    const char *variable = getenv("ORCALIN_FUZZ");
+    const std::string_view que = variable == nullptr ? "archivo" : variable;
+    const orcalin::Octetos bytes(datos, largo);
+    if (que == "cifrado") {
+        intenta([bytes] { leeCifrado(bytes); });
+        return 0;
+    }
+    if (que == "entradas") {
+        escribe(archivoDeEntradas(bytes));
+        sacaSobreLoPlantado();
+        return 0;
+    }
+    if (que == "indice")
+        escribe(archivoConIndice(bytes));
+    else
+        escribe(bytes);
     // One thing at a time, chosen by the length, which changes all the time:
     // each opens the archive, with all that goes with it.
     switch (largo % 4) {
