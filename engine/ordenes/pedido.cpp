@@ -49,9 +49,7 @@ CLI::App *ordenComprimir(CLI::App &app, PedidoComprimir &p) {
     nueva->add_option("-o", p.destino, "Archivo que se escribe")->required()->type_name("ARCHIVO");
     auto *nivel = nueva->add_option("--level", p.nivel, "Nivel de compresión, de 1 a 22 (19)");
     nivel->type_name("N")->check(CLI::Range(1, ZSTD_maxCLevel()).description(""));
-    nueva->add_flag("--max", p.maximo, "Lo más pequeño posible, sin prisa")
-        ->excludes(nivel)
-        ->disable_flag_override();
+    nueva->add_flag("--max", p.maximo, "Lo más pequeño posible, sin prisa")->excludes(nivel);
     auto *cifra = nueva->add_flag("--encrypt", p.cifra, "Cifra con contraseña, nombres incluidos");
     cifra->disable_flag_override();
     // Whoever names a password believes the archive to be encrypted.
