@@ -51,7 +51,7 @@ void pon(Bloque &en, const Bloque &que) {
 constexpr std::array nombres{"a",         "b",       "b/c",      "mio",           "carpeta",
                              "carpeta/x", "enlace",  "enlace/x", "../fuera",      "/fuera",
                              "b/../d",    "mio (2)", "b/c/d",    "carpeta/propio"};
-constexpr std::array<mode_t, 6> modos{0, 0700, 0755, 0444, 0777, 04755};
+constexpr std::array<mode_t, 6> modos{0600, 0700, 0755, 0444, 0777, 04755};
 
 void ponEntrada(EscritorTar &tar, Octetos cuatro) {
     const Ficha ficha = nuevaFicha();
