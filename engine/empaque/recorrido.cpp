@@ -1,7 +1,6 @@
 #include "empaque/recorrido.h"
 
 #include "comun/fallo.h"
-#include "comun/medidas.h"
 #include "comun/texto.h"
 #include "empaque/clases.h"
 #include "empaque/hijos.h"

@@ -1,7 +1,6 @@
 #include "saque/carpetas.h"
 
 #include "comun/fallo.h"
-#include "comun/medidas.h"
 #include "comun/numerado.h"
 #include "flujo/provisional.h"
 #include "indice/asiento.h"
