@@ -19,7 +19,7 @@ class Arrastrar(CasoInstalado):
         self.archivo = self.casa / "archivo.okz"
         self.destino = self.casa / "destino"
         self.destino.mkdir()
-        self.receptor = persona.Receptor(f"{ARBOL}/recorrido/receptor", self.destino)
+        self.receptor = persona.Receptor(f"{ARBOL}/tests/recorrido/receptor", self.destino)
         self.addCleanup(self.receptor.cierra)
 
     def lista(self, elementos):

@@ -12,7 +12,7 @@ import tempfile
 import unittest
 
 RAIZ = pathlib.Path(__file__).resolve().parents[2]
-sys.path.append(os.fspath(RAIZ / "recorrido"))  # for the trees that the tour has, too
+sys.path.append(os.fspath(RAIZ / "tests/recorrido"))  # for the trees that the tour has, too
 
 MOTOR = os.environ["ORCALIN_MOTOR"]
 PROGRESO = re.compile(r"^(\d+)/(\d+) ficheros \(([\d.]+)%\), (\d+) MiB$")

@@ -40,7 +40,7 @@ class Pasos:
         zona = self.app.espera("push button", "Elegir qué guardar")
         x, y = self.persona.centro(zona, self.escala)
         borde = (int((self.persona.caja(zona)[0] - 8) * self.escala), y) if por_el_borde else None
-        return self.persona.Arrastre(self.arbol / "recorrido/arrastrador",
+        return self.persona.Arrastre(self.arbol / "tests/recorrido/arrastrador",
                                      [os.fsencode(ruta) for ruta in rutas],
                                      x, y, borde)
 
