@@ -2,12 +2,12 @@
 
 #include "sistema/hilos.h"
 
-ContenidoCompartido preparaContenido(const QList<Entrada> &entradas) {
+ContenidoCompartido preparaContenido(Entradas entradas) {
     auto nuevo = std::make_shared<Contenido>();
-    nuevo->plegado.reserva(static_cast<size_t>(entradas.size()));
-    for (const Entrada &entrada : entradas)
-        nuevo->plegado.anade(entrada.ruta);
-    nuevo->entradas = Entradas(entradas);
+    nuevo->entradas = std::move(entradas);
+    nuevo->plegado.reserva(nuevo->entradas.cuantas());
+    for (size_t i = 0; i < nuevo->entradas.cuantas(); ++i)
+        nuevo->plegado.anade(nuevo->entradas.ruta(i));
     return nuevo;
 }
 

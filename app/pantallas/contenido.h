@@ -1,7 +1,7 @@
 #pragma once
 
-#include "entradas.h"
 #include "plegado.h"
+#include "textos/entradas.h"
 
 #include <memory>
 
@@ -14,7 +14,7 @@ struct Contenido {
 using ContenidoCompartido = std::shared_ptr<const Contenido>;
 
 /// Folds the paths of the entries. Takes long for many; any thread.
-ContenidoCompartido preparaContenido(const QList<Entrada> &entradas);
+ContenidoCompartido preparaContenido(Entradas entradas);
 
 /// Lets go of a content in the background: freeing a million entries would
 /// hold up the window. Leaves `contenido` empty.

@@ -9,8 +9,6 @@
 
 #include <QPointer>
 
-#include <malloc.h>
-
 Explorador::Explorador(QUrl archivo, Escritorio &escritorio, EnMarcha &enMarcha, QObject *padre)
     : QObject(padre)
     , m_archivo(std::move(archivo))
@@ -89,7 +87,7 @@ void Explorador::cargar() {
     m_cargando = true;
     emit cambia();
     enFondo([esta = QPointer(this), archivo = m_archivo, clave = clave()] {
-        auto leido = Motor::listar(archivo, clave);
+        auto leido = Motor::listarEnPoco(archivo, clave);
         if (const auto *fallo = std::get_if<FalloAlLeer>(&leido)) {
             enPrincipal([esta, fallo = *fallo] {
                 if (esta)
@@ -97,17 +95,13 @@ void Explorador::cargar() {
             });
             return;
         }
-        auto contenido = preparaContenido(std::get<QList<Entrada>>(leido));
+        auto contenido = preparaContenido(std::get<Entradas>(std::move(leido)));
         enPrincipal([esta, contenido = std::move(contenido)]() mutable {
             if (esta)
                 esta->acabaCarga(std::move(contenido));
             else
                 sueltaContenido(contenido);
         });
-        // The list it was made from is several times as large, in small pieces:
-        // those the allocator would keep for this thread.
-        leido = {};
-        ::malloc_trim(0);
     });
 }
 

@@ -1,5 +1,7 @@
 #include "plegado.h"
 
+#include "textos/lineas.h"
+
 #include <QTextBoundaryFinder>
 
 #include <algorithm>
@@ -9,12 +11,21 @@ namespace {
 
 constexpr size_t npos = std::string_view::npos;
 
-std::string pliega(QStringView texto) {
-    const bool ascii =
-        std::all_of(texto.begin(), texto.end(), [](QChar c) { return c.unicode() < 0x80; });
-    if (ascii)
-        return texto.toLatin1().toLower().toStdString();
-    return texto.toString().toCaseFolded().normalized(QString::NormalizationForm_C).toStdString();
+char minuscula(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+std::string pliega(std::string_view utf8) {
+    const bool ascii = std::all_of(utf8.begin(), utf8.end(),
+                                   [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    if (!ascii)
+        return lineas::texto(utf8)
+            .toCaseFolded()
+            .normalized(QString::NormalizationForm_C)
+            .toStdString();
+    std::string plegado(utf8.size(), '\0');
+    std::transform(utf8.begin(), utf8.end(), plegado.begin(), minuscula);
+    return plegado;
 }
 
 // For a long text: glibc's memmem has ways that nothing in the standard library
@@ -74,7 +85,7 @@ void TextoPlegado::reserva(size_t rutas) {
     m_finales.reserve(rutas);
 }
 
-void TextoPlegado::anade(QStringView ruta) {
+void TextoPlegado::anade(std::string_view ruta) {
     m_texto += pliega(ruta);
     m_finales.push_back(m_texto.size());
     m_texto += '\n';
@@ -98,7 +109,7 @@ size_t TextoPlegado::entradaDe(size_t sitio, size_t desde) const {
 }
 
 std::vector<uint32_t> TextoPlegado::filtra(const QString &texto) const {
-    const std::string aguja = pliega(texto);
+    const std::string aguja = pliega(texto.toStdString());
     const std::string_view todo = m_texto;
     std::vector<uint32_t> halladas;
     size_t desde = 0;
@@ -122,7 +133,7 @@ std::vector<uint32_t> TextoPlegado::filtra(const QString &texto) const {
 
 std::vector<uint32_t> TextoPlegado::filtra(const QString &texto,
                                            std::span<const uint32_t> entre) const {
-    const std::string aguja = pliega(texto);
+    const std::string aguja = pliega(texto.toStdString());
     std::vector<uint32_t> halladas;
     std::copy_if(entre.begin(), entre.end(), std::back_inserter(halladas),
                  [&](uint32_t indice) { return contiene(ruta(indice), aguja); });

@@ -21,8 +21,8 @@ class TextoPlegado {
 public:
     /// That so many are to be added.
     void reserva(size_t rutas);
-    /// Adds the path of the next entry; entries are numbered from 0.
-    void anade(QStringView ruta);
+    /// Adds the path of the next entry, UTF-8; entries are numbered from 0.
+    void anade(std::string_view ruta);
 
     [[nodiscard]] size_t cuantas() const { return m_finales.size(); }
 

@@ -12,15 +12,24 @@ using Panel = Explorador::Panel;
 
 namespace {
 
-Entrada entrada(char tipo, const QString &ruta, qint64 bytes = 0) {
-    return {QUuid::createUuid(), ruta, bytes, Caracter(tipo)};
+struct Asiento {
+    char tipo;
+    const char *ruta;
+    qint64 bytes = 0;
+};
+
+ContenidoCompartido contenido(std::initializer_list<Asiento> asientos) {
+    Entradas entradas;
+    for (const Asiento &a : asientos)
+        entradas.anade(Caracter(a.tipo), a.bytes, a.ruta);
+    return preparaContenido(std::move(entradas));
 }
 
 ContenidoCompartido contenido(const QStringList &rutas) {
-    QList<Entrada> entradas;
+    Entradas entradas;
     for (const QString &ruta : rutas)
-        entradas.append(entrada('-', ruta));
-    return preparaContenido(entradas);
+        entradas.anade(Caracter('-'), 0, ruta.toStdString());
+    return preparaContenido(std::move(entradas));
 }
 
 QStringList visibles(const Filas &filas) {
@@ -108,9 +117,11 @@ private slots:
     void loQueDiceUnaFila() {
         EscritorioFalso escritorio;
         Filas filas(escritorio);
-        filas.ponContenido(preparaContenido({entrada('d', "fotos/"),
-                                             entrada('-', "fotos/a/b.jpg", 1234), entrada('l', "e"),
-                                             entrada('h', "/h/i//j", 9), entrada('x', "//", 9)}));
+        filas.ponContenido(contenido({{'d', "fotos/"},
+                                      {'-', "fotos/a/b.jpg", 1234},
+                                      {'l', "e"},
+                                      {'h', "/h/i//j", 9},
+                                      {'x', "//", 9}}));
         const auto dice = [&](int fila) {
             QStringList todo;
             for (const int papel :
@@ -127,13 +138,18 @@ private slots:
     }
 
     void raicesDeLoElegido() {
-        const auto contenido = preparaContenido(
-            {entrada('d', "fotos/", 4096), entrada('-', "fotos/a", 10), entrada('d', "fotos/b"),
-             entrada('-', "fotos/b/c", 20), entrada('-', "fotos.txt", 40), entrada('-', "d", 80),
-             entrada('-', "d", 80), entrada('-', "e", std::numeric_limits<qint64>::max()),
-             entrada('-', "f", std::numeric_limits<qint64>::max()), entrada('-', "g", -5)});
+        const auto todo = contenido({{'d', "fotos/", 4096},
+                                     {'-', "fotos/a", 10},
+                                     {'d', "fotos/b"},
+                                     {'-', "fotos/b/c", 20},
+                                     {'-', "fotos.txt", 40},
+                                     {'-', "d", 80},
+                                     {'-', "d", 80},
+                                     {'-', "e", std::numeric_limits<qint64>::max()},
+                                     {'-', "f", std::numeric_limits<qint64>::max()},
+                                     {'-', "g", -5}});
         const auto de = [&](const std::vector<uint32_t> &elegidas) {
-            const Raices raices = raicesDe(*contenido, elegidas);
+            const Raices raices = raicesDe(*todo, elegidas);
             return raices.rutas.join(u' ') + u'=' + QString::number(raices.bytes);
         };
         QCOMPARE(de({0, 1, 2, 3, 4}), QStringLiteral("fotos/ fotos.txt=4166"));

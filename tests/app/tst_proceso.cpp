@@ -26,8 +26,7 @@ struct Ensayo {
         : proceso({sitioDelMotor(), argumentos}) {
         (void)proceso.arranca();
         futuro = std::async(std::launch::async, [this] {
-            return proceso.sigue(Proceso::Lee::Error,
-                                 [this](const QByteArray &trozo) { trozos.append(trozo); });
+            return proceso.sigue(0, [this](const QByteArray &trozo) { trozos.append(trozo); });
         });
     }
     bool acabado(std::chrono::milliseconds plazo = 20s) {
@@ -43,10 +42,10 @@ struct Ensayo {
     Proceso::Final fin() { return acabado() ? futuro.get() : Proceso::Final{-1, {}, "colgado"}; }
 };
 
-Proceso::Final corre(Proceso::Lee que = Proceso::Lee::SalidaYError) {
+Proceso::Final corre(qsizetype maximo = 1 << 20) {
     Proceso proceso({sitioDelMotor(), {}});
     (void)proceso.arranca();
-    return proceso.sigue(que);
+    return proceso.sigue(maximo);
 }
 
 } // namespace
@@ -137,9 +136,20 @@ private slots:
     // However much; what nobody reads fits into its pipe.
     void correrYLeerSoloElError() {
         const Banco banco({"salida uno\\n", "inunda 3000000", "senal 9"});
-        const auto error = corre(Proceso::Lee::Error);
+        const auto error = corre(0);
         QCOMPARE(error.estado, 128 + SIGKILL);
         QCOMPARE(error.error.size(), 3000000);
+    }
+
+    void deLaSalidaSeLeeLoQueSePide() {
+        const Banco banco({"salida 12345", "espera 60000"});
+        const auto sobra = corre(4);
+        QVERIFY(sobra.sobra && sobra.salida.isEmpty());
+        QCOMPARE(sobra.estado, 128 + SIGTERM);
+        banco.ponMotor({"salida 12345"});
+        const auto cabe = corre(5);
+        QVERIFY(!cabe.sobra);
+        QCOMPARE(cabe.salida, "12345");
     }
 
     // The last one: after it every child is killed as it starts.
@@ -163,7 +173,7 @@ private slots:
         QCOMPARE(atascado.get().estado, 128 + SIGTERM);
 
         banco.ponMotor({"ignora", "espera 60000"});
-        QCOMPARE(corre(Proceso::Lee::Error).estado, 128 + SIGKILL);
+        QCOMPARE(corre(0).estado, 128 + SIGKILL);
     }
 };
 

@@ -12,10 +12,14 @@ static_assert(sizeof(Entrada) <= 56, "there may be a million of them");
 
 namespace {
 
+QList<Entrada> lista(const QByteArray &salida) {
+    return leeListado(salida)->lista();
+}
+
 // Each entry as "type|bytes|path".
 QStringList lee(const QByteArray &salida) {
     QStringList todas;
-    for (const Entrada &entrada : leeListado(salida))
+    for (const Entrada &entrada : lista(salida))
         todas.append(QStringLiteral("%1|%2|%3")
                          .arg(entrada.tipo.texto())
                          .arg(entrada.bytes)
@@ -63,23 +67,30 @@ private slots:
             QCOMPARE(lee(linea), QStringList{entrada});
         for (const char *linea : {"", "-0644", "-0644     ", "-0644 12", "-0644 12 ", "-064412   ",
                                   "total", "ñáéíó", "ñáéíó  ", "-0644\u0301", "-0644 12\tx"})
-            QVERIFY2(leeListado(linea).isEmpty(), linea);
+            QVERIFY2(lista(linea).isEmpty(), linea);
     }
 
     void loQueNoEsUtf8NoDaNada() {
         const QByteArray buena = "-0644 1 a\n";
         for (const char *mala : {"-0644 1 \xff\n", "-0644 1 \xe2\x80", "\xed\xa0\x80\n"}) {
-            QVERIFY(leeListado(buena + mala).isEmpty());
-            QVERIFY(leeListado(mala + buena).isEmpty());
+            QVERIFY(lista(buena + mala).isEmpty());
+            QVERIFY(lista(mala + buena).isEmpty());
         }
         QCOMPARE(lineas::texto("a\xc3"), QString());
         QVERIFY(progreso::leeTrozo("2/4 ficheros (50%), 1 MiB\n\xff", 0).isEmpty());
     }
 
+    void masDeLoQueCabeNoSeLee() {
+        const QByteArray cuatro = QByteArray("-0644 1 a\n").repeated(3) + "-0644 1 b";
+        QCOMPARE(leeListado(cuatro, 4)->cuantas(), 4U);
+        QVERIFY(!leeListado(cuatro, 3));
+        QVERIFY(!leeListado(cuatro, 2));
+    }
+
     void cadaEntradaTieneSuIdentidad() {
         const QByteArray muchas = QByteArray("-0644 1 a\n").repeated(20000);
         QSet<QUuid> vistas;
-        for (const Entrada &entrada : leeListado(muchas) + leeListado(muchas)) {
+        for (const Entrada &entrada : lista(muchas) + lista(muchas)) {
             QCOMPARE(entrada.id.version(), QUuid::Random);
             vistas.insert(entrada.id);
         }
@@ -87,7 +98,7 @@ private slots:
     }
 
     void laIgualdadEsCanonica() {
-        const Entrada a = leeListado("-0644 1 cami\u00f3n").constFirst();
+        const Entrada a = lista("-0644 1 cami\u00f3n").constFirst();
         Entrada b = a;
         b.ruta = QStringLiteral("camio\u0301n");
         QVERIFY(a == b);

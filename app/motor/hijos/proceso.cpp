@@ -18,6 +18,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
+// No engine has more to say that anybody would read.
+constexpr qsizetype kMaxError = qsizetype(64) << 20;
 // How long words wait for more that belong to them, or for the child's end.
 constexpr auto kReposo = 40ms;
 // A large child on a busy machine is long in dying after it has said why.
@@ -146,8 +148,11 @@ QByteArray Proceso::reparteError(const Lector &lector) {
     return Reloj::now() - cuando < kUltimasPalabras ? ultimo : QByteArray();
 }
 
-QByteArray Proceso::leeHastaElFin(const Tuberia &tuberia) const {
+// What does not fit is read all the same, so that the child can end.
+QByteArray Proceso::leeHastaElFin(const Tuberia &tuberia, qsizetype maximo,
+                                  const std::function<void()> &siSobra) const {
     QByteArray todo;
+    bool sobra = false;
     bool vive = true;
     while (vive) {
         std::array<pollfd, 2> vigilados{
@@ -159,18 +164,26 @@ QByteArray Proceso::leeHastaElFin(const Tuberia &tuberia) const {
         const QByteArray trozo = leeLoQueHay(tuberia.lectura);
         if (trozo.isEmpty())
             break;
-        todo += trozo;
+        if (!sobra && trozo.size() > maximo - todo.size()) {
+            sobra = true;
+            siSobra();
+        }
+        if (!sobra)
+            todo += trozo;
     }
     return todo;
 }
 
-Proceso::Final Proceso::sigue(Lee que, const Lector &lector) {
+Proceso::Final Proceso::sigue(qsizetype maximo, const Lector &lector) {
     Final final;
-    if (que == Lee::SalidaYError)
-        final.salida = leeHastaElFin(m_salida);
+    if (maximo > 0)
+        final.salida = leeHastaElFin(m_salida, maximo, [&] {
+            final.sobra = true;
+            termina();
+        });
     if (lector)
         final.error = reparteError(lector);
-    final.error += leeHastaElFin(m_error);
+    final.error += leeHastaElFin(m_error, kMaxError, [] {});
     final.estado = recoge();
     return final;
 }

@@ -31,14 +31,11 @@ public:
         QList<QByteArray> argumentos; ///< without the program's own name
     };
 
-    /// Which streams are read. One that is not takes as much as a pipe holds
-    /// (1 MiB); a child that writes more there waits for ever.
-    enum class Lee { Error, SalidaYError };
-
     struct Final {
-        int estado = 0;    ///< exit status; 128 + the signal's number when one ended it
-        QByteArray salida; ///< all of standard output, if it was read
-        QByteArray error;  ///< all of standard error; with a reader its last words
+        int estado = 0;     ///< exit status; 128 + the signal's number when one ended it
+        QByteArray salida;  ///< all of standard output, if it was read
+        QByteArray error;   ///< standard error, up to 64 MiB; with a reader its last words
+        bool sobra = false; ///< standard output was more than allowed: the child was asked to end
     };
 
     /// Takes one chunk of standard error, never empty, in order, on the thread
@@ -60,10 +57,12 @@ public:
     [[nodiscard]] int arranca();
 
     /// Follows a child that was started until it has ended, and collects it.
-    /// Reads standard output to its end, if it is to be read, then standard
-    /// error. So a child that fills standard error before it closes standard
-    /// output waits for ever, or until somebody ends it. Blocks.
-    Final sigue(Lee que, const Lector &lector = {});
+    /// Reads standard output to its end, if `maximo` allows any bytes of it, then
+    /// standard error. So a child that fills standard error before it closes
+    /// standard output waits for ever, or until somebody ends it, and so does one
+    /// whose standard output is not read and that writes more there than a pipe
+    /// holds (1 MiB). Blocks.
+    Final sigue(qsizetype maximo, const Lector &lector = {});
 
     /// Asks the child to end (SIGTERM), also one that has been stopped. Nothing
     /// happens before the start or after the end. Any thread.
@@ -83,7 +82,8 @@ private:
 
     [[nodiscard]] bool acabaAntesDe(std::chrono::milliseconds plazo) const;
     [[nodiscard]] QByteArray reparteError(const Lector &lector);
-    [[nodiscard]] QByteArray leeHastaElFin(const Tuberia &tuberia) const;
+    [[nodiscard]] QByteArray leeHastaElFin(const Tuberia &tuberia, qsizetype maximo,
+                                           const std::function<void()> &siSobra) const;
     int recoge();
     void senala(int numero);
 

@@ -49,7 +49,15 @@ void Motor::comprimir(const QList<QUrl> &origenes, const QUrl &destino, bool max
 }
 
 Motor::Listado Motor::listar(const QUrl &archivo, const std::optional<QString> &contrasena) {
-    Listado listado;
+    const auto listado = listarEnPoco(archivo, contrasena);
+    if (const auto *fallo = std::get_if<FalloAlLeer>(&listado))
+        return *fallo;
+    return std::get<Entradas>(listado).lista();
+}
+
+Lectura<Entradas> Motor::listarEnPoco(const QUrl &archivo,
+                                      const std::optional<QString> &contrasena) {
+    Lectura<Entradas> listado;
     std::make_shared<Trabajo>(encargos::listar(archivo, contrasena, listado), EnMarcha::todos())
         ->corre();
     return listado;

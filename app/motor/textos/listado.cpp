@@ -2,13 +2,11 @@
 
 #include "lineas.h"
 
-#include <QRandomGenerator>
 #include <QTextBoundaryFinder>
 
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <optional>
 #include <string_view>
 
 namespace {
@@ -61,65 +59,19 @@ qint64 bytesDe(std::string_view campo) {
     return fallo == std::errc{} && leido == final ? bytes : 0;
 }
 
-// Byte `n` of a number, the highest first.
-uchar octeto(quint64 numero, int n) {
-    return static_cast<uchar>(numero >> (8 * (7 - n)));
+// Adds the entry that a line tells of, if it does.
+void lee(std::string_view linea, Entradas &entradas) {
+    const auto principio = cabeza(linea);
+    if (!principio)
+        return;
+    const std::string_view campos = sinEspacios(principio->resto);
+    const size_t corte = campos.find(' ');
+    if (corte == std::string_view::npos)
+        return;
+    const std::string_view ruta = sinEspacios(campos.substr(corte));
+    if (!ruta.empty())
+        entradas.anade(principio->tipo, bytesDe(campos.substr(0, corte)), ruta);
 }
-
-// Random UUIDs (version 4) by the thousand. Asking the system for each would
-// take longer than reading the entry that gets it; here the system only seeds.
-class Uuids {
-public:
-    QUuid siguiente() {
-        if (m_usados == m_numeros.size()) {
-            m_azar.fillRange(m_numeros.data(), static_cast<qsizetype>(m_numeros.size()));
-            m_usados = 0;
-        }
-        const quint64 alto = m_numeros[m_usados++];
-        const quint64 bajo = m_numeros[m_usados++];
-        const auto version = static_cast<ushort>((alto & 0x0fffU) | 0x4000U);
-        const auto variante = static_cast<uchar>((octeto(bajo, 0) & 0x3fU) | 0x80U);
-        return {static_cast<uint>(alto >> 32U),
-                static_cast<ushort>(alto >> 16U),
-                version,
-                variante,
-                octeto(bajo, 1),
-                octeto(bajo, 2),
-                octeto(bajo, 3),
-                octeto(bajo, 4),
-                octeto(bajo, 5),
-                octeto(bajo, 6),
-                octeto(bajo, 7)};
-    }
-
-private:
-    QRandomGenerator64 m_azar = QRandomGenerator64::securelySeeded();
-    std::array<quint64, 512> m_numeros{};
-    size_t m_usados = m_numeros.size();
-};
-
-class Lector {
-public:
-    QList<Entrada> entradas;
-
-    void lee(std::string_view linea) {
-        const auto principio = cabeza(linea);
-        if (!principio)
-            return;
-        const std::string_view campos = sinEspacios(principio->resto);
-        const size_t corte = campos.find(' ');
-        if (corte == std::string_view::npos)
-            return;
-        const std::string_view ruta = sinEspacios(campos.substr(corte));
-        if (ruta.empty())
-            return;
-        entradas.append({m_identidades.siguiente(), lineas::texto(ruta),
-                         bytesDe(campos.substr(0, corte)), principio->tipo});
-    }
-
-private:
-    Uuids m_identidades;
-};
 
 // The first bytes of newline characters.
 constexpr auto kPuedeCortar = [] {
@@ -140,21 +92,26 @@ size_t finDeLinea(std::string_view texto) {
 
 } // namespace
 
-QList<Entrada> leeListado(QByteArrayView salida) {
+std::optional<Entradas> leeListado(QByteArrayView salida, size_t maximo) {
+    Entradas entradas;
     if (!salida.isValidUtf8())
-        return {};
+        return entradas;
     const std::string_view texto(salida.data(), static_cast<size_t>(salida.size()));
-    Lector lector;
     size_t inicio = 0;
     for (size_t i = 0; i < texto.size(); ++i) {
         if (!kPuedeCortar[static_cast<unsigned char>(texto[i])])
             continue;
         if (const size_t fin = finDeLinea(texto.substr(i)); fin > 0) {
-            lector.lee(texto.substr(inicio, i - inicio));
+            lee(texto.substr(inicio, i - inicio), entradas);
+            if (entradas.cuantas() > maximo)
+                return std::nullopt;
             inicio = i + fin;
             i = inicio - 1;
         }
     }
-    lector.lee(texto.substr(inicio));
-    return std::move(lector.entradas);
+    lee(texto.substr(inicio), entradas);
+    if (entradas.cuantas() > maximo)
+        return std::nullopt;
+    entradas.completa();
+    return entradas;
 }

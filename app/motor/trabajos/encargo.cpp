@@ -25,7 +25,13 @@ bool Encargo::hay(qsizetype) {
     return true;
 }
 
-void Encargo::recibe(const QByteArray &) {}
+std::optional<QString> Encargo::recibe(const QByteArray &) {
+    return std::nullopt;
+}
+
+QString Encargo::noCabe() const {
+    return {};
+}
 
 std::optional<estados::Trabajando> Encargo::tras(qsizetype) const {
     return std::nullopt;

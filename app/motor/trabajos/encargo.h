@@ -38,7 +38,8 @@ public:
         Obra obra;
         Empieza empieza = Empieza::EnLaLlamada;
         Exito exito = Exito::EstadoCero;
-        bool leeLaSalida = false; ///< standard output too, not only standard error
+        /// Bytes of standard output that are read, at most; 0: nobody reads it.
+        qsizetype salida = 0;
         /// The engine tells on standard error how far it is: `lee` gets it.
         bool cuentaSuAvance = false;
         /// The password is to encrypt with.
@@ -85,8 +86,11 @@ public:
     virtual bool hay(qsizetype i);
     /// What to say of a run that went wrong.
     virtual QString queja(qsizetype i, const QByteArray &error) = 0;
-    /// What a run that went well has said on standard output.
-    virtual void recibe(const QByteArray &salida);
+    /// Takes what a run that went well has said on standard output; or why that
+    /// will not do.
+    virtual std::optional<QString> recibe(const QByteArray &salida);
+    /// What to say of a run that said more there than is read.
+    [[nodiscard]] virtual QString noCabe() const;
     /// The state after so many runs.
     [[nodiscard]] virtual std::optional<estados::Trabajando> tras(qsizetype hechos) const;
     /// The runs are over, all of them well or not.

@@ -2,7 +2,7 @@
 
 #include "encargo.h"
 #include "lugares/espacio.h"
-#include "textos/entrada.h"
+#include "textos/entradas.h"
 #include "textos/falloalleer.h"
 
 #include <QStringList>
@@ -19,7 +19,7 @@ using Nuevo = std::unique_ptr<Encargo>;
 Nuevo comprimir(QList<QUrl> origenes, const QUrl &destino, bool maximo, Contrasena contrasena);
 
 /// `listado` takes the result, and must outlive the job.
-Nuevo listar(QUrl archivo, Contrasena contrasena, Lectura<QList<Entrada>> &listado);
+Nuevo listar(QUrl archivo, Contrasena contrasena, Lectura<Entradas> &listado);
 
 Nuevo recuperarVarios(QUrl archivo, QUrl destino, QStringList rutas, Contrasena contrasena);
 Nuevo recuperar(QUrl archivo, QUrl destino, std::optional<QString> patron, Contrasena contrasena);

@@ -7,9 +7,8 @@ namespace {
 
 class ListadoDeArchivo : public Encargo {
 public:
-    ListadoDeArchivo(QUrl archivo, std::optional<QString> contrasena,
-                     Lectura<QList<Entrada>> &listado)
-        : Encargo({.obra = Obra::Listar, .leeLaSalida = true}, std::move(archivo),
+    ListadoDeArchivo(QUrl archivo, std::optional<QString> contrasena, Lectura<Entradas> &listado)
+        : Encargo({.obra = Obra::Listar, .salida = kMaxBytesDeListado}, std::move(archivo),
                   std::move(contrasena))
         , m_listado(listado) {}
 
@@ -24,7 +23,16 @@ public:
                            dicho.contains(QStringLiteral("password"));
         return lineas::primerError(dicho, QStringLiteral("No se puede leer este archivo."));
     }
-    void recibe(const QByteArray &salida) override { m_listado = leeListado(salida); }
+    std::optional<QString> recibe(const QByteArray &salida) override {
+        auto entradas = leeListado(salida);
+        if (!entradas)
+            return noCabe();
+        m_listado = std::move(*entradas);
+        return std::nullopt;
+    }
+    [[nodiscard]] QString noCabe() const override {
+        return QStringLiteral("Este archivo tiene demasiados elementos para mostrarlos.");
+    }
     estados::Estado acaba(const std::optional<QString> &fallo, double segundos) override {
         if (!fallo)
             return estados::Hecho{0, 0, segundos, archivo()};
@@ -36,13 +44,12 @@ public:
     }
 
 private:
-    Lectura<QList<Entrada>> &m_listado;
+    Lectura<Entradas> &m_listado;
     bool m_pideContrasena = false;
 };
 
 } // namespace
 
-encargos::Nuevo encargos::listar(QUrl archivo, Contrasena contrasena,
-                                 Lectura<QList<Entrada>> &listado) {
+encargos::Nuevo encargos::listar(QUrl archivo, Contrasena contrasena, Lectura<Entradas> &listado) {
     return std::make_unique<ListadoDeArchivo>(std::move(archivo), std::move(contrasena), listado);
 }

@@ -119,13 +119,13 @@ std::optional<QString> Trabajo::siguePaso() {
             for (const auto &estado : m_encargo->lee(trozo, segundos()))
                 enPrincipal([esta = shared_from_this(), estado] { esta->ponEstado(estado); });
         };
-    using Lee = Proceso::Lee;
-    const Lee que = m_encargo->reglas().leeLaSalida ? Lee::SalidaYError : Lee::Error;
-    const auto final = m_hijo->sigue(que, lector);
+    const auto final = m_hijo->sigue(m_encargo->reglas().salida, lector);
     {
         const std::lock_guard guardia(m_cerrojo);
         m_hijo.reset();
     }
+    if (final.sobra)
+        return m_encargo->noCabe();
     return juzgaPaso(final.estado, final.salida, final.error);
 }
 
@@ -137,7 +137,8 @@ std::optional<QString> Trabajo::juzgaPaso(int estado, const QByteArray &salida,
     const bool basta = exito == Exito::EstadoCero;
     if (!acepta || (!basta && !m_encargo->hay(m_hechos)))
         return m_encargo->queja(m_hechos, error);
-    m_encargo->recibe(salida);
+    if (auto porque = m_encargo->recibe(salida))
+        return porque;
     if (const auto avance = m_encargo->tras(++m_hechos))
         enPrincipal([esta = shared_from_this(), avance] { esta->ponEstado(*avance); });
     return std::nullopt;
