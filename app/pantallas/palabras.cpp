@@ -20,12 +20,12 @@ QString palabras::cuantoFalta(double s) {
     return QStringLiteral("unas %1 horas").arg(cifra(s / kHora));
 }
 
-QStringList palabras::nombres(const QList<QUrl> &origenes) {
-    QStringList todos;
-    todos.reserve(origenes.size());
-    for (const QUrl &origen : origenes)
-        todos.append(ruta::ultimoComponente(origen));
-    return todos;
+QString palabras::iconoDe(bool carpeta) {
+    return carpeta ? QStringLiteral("folder") : QStringLiteral("doc");
+}
+
+QString palabras::claseDe(bool carpeta) {
+    return carpeta ? QStringLiteral("carpeta") : QStringLiteral("archivo");
 }
 
 QString palabras::titular(const QList<QUrl> &origenes) {

@@ -3,7 +3,7 @@
 #include "textos/estado.h"
 
 #include <QList>
-#include <QStringList>
+#include <QString>
 #include <QUrl>
 
 class Escritorio;
@@ -21,9 +21,13 @@ namespace palabras {
 /// A remaining time, without the "~". `s`: seconds, not negative.
 QString cuantoFalta(double s);
 
-/// Of what is to be packed: the file names; a headline, empty for nothing; the
-/// file name to propose for the archive.
-QStringList nombres(const QList<QUrl> &origenes);
+/// The system image that stands for a folder or a file to be packed, and what it
+/// shows, in a word.
+QString iconoDe(bool carpeta);
+QString claseDe(bool carpeta);
+
+/// Of what is to be packed: a headline, empty for nothing; the file name to
+/// propose for the archive.
 QString titular(const QList<QUrl> &origenes);
 QString nombrePropuesto(const QList<QUrl> &origenes);
 

@@ -10,7 +10,6 @@
 #include <QPointer>
 
 #include <algorithm>
-#include <sys/stat.h>
 #include <utility>
 
 namespace {
@@ -18,12 +17,6 @@ namespace {
 template<typename Caso>
 const Caso *si(const Motor &motor) {
     return std::get_if<Caso>(&motor.estado());
-}
-
-// Not a link to one: that is packed as a link. Nor what cannot be read.
-bool esCarpeta(const QUrl &url) {
-    struct stat dato {};
-    return ::lstat(ruta::nativa(url).constData(), &dato) == 0 && S_ISDIR(dato.st_mode);
 }
 
 } // namespace
@@ -49,9 +42,9 @@ Pantalla::Panel Pantalla::panel() const {
 }
 
 Pantalla::Contenido Pantalla::contenido() const {
-    if (m_origenes.isEmpty())
+    if (origenes().isEmpty())
         return Contenido::Nada;
-    return m_origenes.size() == 1 ? Contenido::Uno : Contenido::Varios;
+    return origenes().size() == 1 ? Contenido::Uno : Contenido::Varios;
 }
 
 QString Pantalla::cabecera() const {
@@ -67,11 +60,19 @@ QString Pantalla::peso() const {
 QString Pantalla::resumen() const {
     if (contenido() != Contenido::Uno)
         return cabecera();
-    return QStringList{titular(), clase(0), peso()}.join(QStringLiteral(", "));
+    return QStringList{titular(), clase(), peso()}.join(QStringLiteral(", "));
+}
+
+QString Pantalla::icono() const {
+    return palabras::iconoDe(m_origenes.esCarpeta(0)) + QStringLiteral(".fill");
+}
+
+QString Pantalla::clase() const {
+    return palabras::claseDe(m_origenes.esCarpeta(0));
 }
 
 bool Pantalla::puedeGuardar() const {
-    return !m_origenes.isEmpty() && !(m_cifrar && m_contrasena.isEmpty());
+    return !origenes().isEmpty() && !(m_cifrar && m_contrasena.isEmpty());
 }
 
 double Pantalla::pct() const {
@@ -116,17 +117,6 @@ QString Pantalla::anuncio() const {
         return {};
     const int decimas = static_cast<int>(pct() * 10);
     return decimas > 0 ? QStringLiteral("%1, %2 %").arg(titular()).arg(decimas * 10) : titular();
-}
-
-QString Pantalla::icono(int indice, bool relleno) const {
-    const bool carpeta = esCarpeta(m_origenes.value(indice));
-    return (carpeta ? QStringLiteral("folder") : QStringLiteral("doc")) +
-           (relleno ? QStringLiteral(".fill") : QString());
-}
-
-QString Pantalla::clase(int indice) const {
-    return esCarpeta(m_origenes.value(indice)) ? QStringLiteral("carpeta")
-                                               : QStringLiteral("archivo");
 }
 
 void Pantalla::aparece() {
@@ -174,13 +164,13 @@ void Pantalla::elegir() {
 }
 
 void Pantalla::guardar() {
-    if (m_origenes.isEmpty())
+    if (origenes().isEmpty())
         return;
     const QPointer esta(this);
-    const auto destino = m_escritorio.eligeDestino(palabras::nombrePropuesto(m_origenes));
+    const auto destino = m_escritorio.eligeDestino(palabras::nombrePropuesto(origenes()));
     if (!esta || !destino)
         return;
-    m_motor.comprimir(m_origenes, *destino, m_maximo,
+    m_motor.comprimir(origenes(), *destino, m_maximo,
                       m_cifrar ? std::optional(m_contrasena) : std::nullopt);
 }
 
@@ -223,7 +213,7 @@ void Pantalla::ponContrasena(const QString &contrasena) {
 }
 
 void Pantalla::ponOrigenes(QList<QUrl> origenes) {
-    m_origenes = std::move(origenes);
+    m_origenes.pon(std::move(origenes));
     m_bytes.reset();
     mide();
     emit origenesCambian();
@@ -235,9 +225,9 @@ void Pantalla::ponOrigenes(QList<QUrl> origenes) {
 void Pantalla::mide() {
     m_medida.request_stop();
     m_medida = {};
-    if (m_origenes.isEmpty())
+    if (origenes().isEmpty())
         return;
-    enFondo([pantalla = QPointer(this), urls = m_origenes, parar = m_medida.get_token()] {
+    enFondo([pantalla = QPointer(this), urls = origenes(), parar = m_medida.get_token()] {
         const qint64 bytes = pesoDe(urls, parar);
         enPrincipal([pantalla, bytes, parar] {
             if (!pantalla || parar.stop_requested())

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "motor/motor.h"
+#include "origenes.h"
 #include "palabras.h"
 #include "seguimiento.h"
 
 #include <QObject>
-#include <QStringList>
 
 #include <stop_token>
 
@@ -20,7 +20,9 @@ class Pantalla : public QObject {
     Q_OBJECT
     Q_PROPERTY(Panel panel READ panel NOTIFY estadoCambia)
     Q_PROPERTY(bool encima READ encima NOTIFY encimaCambia)
-    Q_PROPERTY(QStringList nombres READ nombres NOTIFY origenesCambian)
+    Q_PROPERTY(Origenes *elegidos READ elegidos CONSTANT)
+    Q_PROPERTY(QString icono READ icono NOTIFY origenesCambian)
+    Q_PROPERTY(QString clase READ clase NOTIFY origenesCambian)
     Q_PROPERTY(Contenido contenido READ contenido NOTIFY origenesCambian)
     Q_PROPERTY(QString cabecera READ cabecera NOTIFY cabeceraCambia)
     Q_PROPERTY(QString peso READ peso NOTIFY cabeceraCambia)
@@ -53,18 +55,17 @@ public:
              QObject *padre = nullptr);
     ~Pantalla() override;
 
-    [[nodiscard]] const QList<QUrl> &origenes() const { return m_origenes; }
+    [[nodiscard]] const QList<QUrl> &origenes() const { return m_origenes.urls(); }
+    /// The same, to be shown in rows.
+    [[nodiscard]] Origenes *elegidos() { return &m_origenes; }
     [[nodiscard]] Motor &motor() { return m_motor; }
 
     [[nodiscard]] Panel panel() const;
     /// Whether a drag that may be dropped is over the drop area.
     [[nodiscard]] bool encima() const { return m_encima; }
-    /// The selected items' file names, for display.
-    [[nodiscard]] QStringList nombres() const { return palabras::nombres(m_origenes); }
-    /// The image name for the item in this place of them, filled or not.
-    [[nodiscard]] Q_INVOKABLE QString icono(int indice, bool relleno) const;
-    /// What it shows, in a word.
-    [[nodiscard]] Q_INVOKABLE QString clase(int indice) const;
+    /// Of a single item: its image's name, and what that shows, in a word.
+    [[nodiscard]] QString icono() const;
+    [[nodiscard]] QString clase() const;
     [[nodiscard]] Contenido contenido() const;
 
     /// The drop area's headline: the item's name, or the count and the total
@@ -87,7 +88,7 @@ public:
 
     /// The working panel: what is being packed, the fraction done (0 or less:
     /// not known), and the line under the bar with the remaining time.
-    [[nodiscard]] QString titular() const { return palabras::titular(m_origenes); }
+    [[nodiscard]] QString titular() const { return palabras::titular(origenes()); }
     [[nodiscard]] double pct() const;
     [[nodiscard]] QString detalle() const;
 
@@ -148,7 +149,7 @@ private:
     Escritorio &m_escritorio;
     Motor m_motor;
     bool m_encima = false;
-    QList<QUrl> m_origenes;
+    Origenes m_origenes;
     bool m_arrancado = false;
     bool m_maximo = false;
     bool m_cifrar = false;

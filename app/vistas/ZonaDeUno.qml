@@ -13,8 +13,8 @@ Item {
         width: parent.width - 40
         spacing: 8
         ImagenSistema {
-            nombre: zona.pantalla.icono(0, true)
-            significado: zona.pantalla.clase(0)
+            nombre: zona.pantalla.icono
+            significado: zona.pantalla.clase
             lado: 40
             tinte: Tema.acento
             Layout.alignment: Qt.AlignHCenter

@@ -29,24 +29,25 @@ Item {
                 id: lista
                 anchors.fill: parent
                 clip: true
-                model: zona.pantalla.nombres
+                model: zona.pantalla.elegidos
                 boundsBehavior: Flickable.StopAtBounds
                 T.ScrollBar.vertical: barra
                 delegate: RowLayout {
                     id: fila
-                    required property int index
-                    required property string modelData
+                    required property string nombre
+                    required property string icono
+                    required property string clase
                     width: lista.width - barra.width
-                    height: Math.max(20, nombre.implicitHeight + 4)
+                    height: Math.max(20, titulo.implicitHeight + 4)
                     spacing: 6
                     ImagenSistema {
-                        nombre: zona.pantalla.icono(fila.index, false)
-                        significado: zona.pantalla.clase(fila.index)
+                        nombre: fila.icono
+                        significado: fila.clase
                         lado: 14
                     }
                     Texto {
-                        id: nombre
-                        text: fila.modelData
+                        id: titulo
+                        text: fila.nombre
                         horizontalAlignment: Text.AlignLeft
                         font.pixelSize: Tema.leyenda
                         Layout.fillWidth: true

@@ -28,6 +28,13 @@ struct FilasQml {
     QML_UNCREATABLE("The browser has its list.")
 };
 
+struct OrigenesQml {
+    Q_GADGET
+    QML_FOREIGN(Origenes)
+    QML_NAMED_ELEMENT(Origenes)
+    QML_UNCREATABLE("The compression screen has its list.")
+};
+
 struct SalidaQml {
     Q_GADGET
     QML_FOREIGN(Salida)

@@ -80,9 +80,24 @@ private slots:
 
         pantalla.suelta({fichero, banco.url("carpeta"), banco.url("enlace"), banco.url("no-está")});
         QTRY_COMPARE(pantalla.cabecera(), QStringLiteral("4 archivos · 12 b"));
-        QCOMPARE(pantalla.nombres(), (QStringList{"carpeta", "caña.txt", "enlace", "no-está"}));
-        QCOMPARE(pantalla.icono(0, false), QStringLiteral("folder"));
-        QCOMPARE(pantalla.icono(2, false), QStringLiteral("doc"));
+        QStringList filas;
+        for (int i = 0; i < pantalla.elegidos()->rowCount(); ++i) {
+            const auto dato = [&](int papel) {
+                return pantalla.elegidos()->index(i).data(papel).toString();
+            };
+            filas.append(dato(Origenes::Nombre) + ' ' + dato(Origenes::Icono) + ' ' +
+                         dato(Origenes::Clase));
+        }
+        QCOMPARE(filas, (QStringList{"carpeta folder carpeta", "caña.txt doc archivo",
+                                     "enlace doc archivo", "no-está doc archivo"}));
+
+        // One after the other, without an empty area between them.
+        pantalla.suelta({banco.url("carpeta")});
+        QCOMPARE(pantalla.icono() + pantalla.clase(), QStringLiteral("folder.fillcarpeta"));
+        QSignalSpy cambios(&pantalla, &Pantalla::origenesCambian);
+        pantalla.suelta({fichero});
+        QCOMPARE(pantalla.icono() + pantalla.clase(), QStringLiteral("doc.fillarchivo"));
+        QCOMPARE(cambios.count(), 1);
     }
 
     void laPantallaPuedeIrseConElPanelAbierto() {
