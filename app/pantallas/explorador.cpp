@@ -67,15 +67,15 @@ QString Explorador::rotuloRecuperar() const {
 void Explorador::ponBusca(const QString &busca) {
     if (busca == m_busca)
         return;
-    m_busca = busca;
-    m_filas.busca(busca);
-    emit buscaCambia();
+    m_busca = palabras::enUnaLinea(busca);
+    m_filas.busca(m_busca);
+    emit buscaCambia(); // also for the same again: the field holds more than that
 }
 
 void Explorador::ponContrasena(const QString &contrasena) {
     if (contrasena == m_contrasena)
         return;
-    m_contrasena = contrasena;
+    m_contrasena = palabras::enUnaLinea(contrasena);
     emit contrasenaCambia();
 }
 
@@ -136,7 +136,7 @@ void Explorador::reintenta() {
 
 void Explorador::abrir(int fila) {
     const Entrada entrada = m_filas.entrada(fila);
-    ponAbrirFallo(std::nullopt);
+    quitaAbrirFallo();
     if (entrada.tipo == 'd') {
         ponBusca(entrada.ruta + QLatin1Char('/'));
         return;
@@ -145,24 +145,25 @@ void Explorador::abrir(int fila) {
         return;
     ponAbriendo(entrada.ruta);
     Motor::sacarParaVer(m_archivo, entrada.ruta, entrada.bytes, clave(),
-                        [esta = QPointer(this)](const Motor::Copia &copia) {
+                        [esta = QPointer(this), ruta = entrada.ruta](const Motor::Copia &copia) {
                             if (esta)
-                                esta->acabaAbrir(copia);
+                                esta->acabaAbrir(ruta, copia);
                         });
 }
 
-void Explorador::acabaAbrir(const Motor::Copia &copia) {
+void Explorador::acabaAbrir(const QString &ruta, const Motor::Copia &copia) {
     ponAbriendo(std::nullopt);
     if (const auto *url = std::get_if<QUrl>(&copia)) {
-        abreOMuestra(m_escritorio, *url, [esta = QPointer(this), copia = *url] {
+        abreOMuestra(m_escritorio, *url, [esta = QPointer(this), ruta, copia = *url] {
             if (esta)
-                esta->ponAbrirFallo(QStringLiteral("No hay con qué abrir «%1».")
-                                        .arg(ruta::ultimoComponente(copia)));
+                esta->ponAbrirFallo(ruta, QStringLiteral("No hay con qué abrir «%1».")
+                                              .arg(ruta::ultimoComponente(copia)));
         });
         return;
     }
     const auto *otro = std::get_if<fallos::Otro>(&std::get<FalloAlLeer>(copia));
-    ponAbrirFallo(otro != nullptr ? otro->texto : QStringLiteral("Hace falta la contraseña."));
+    ponAbrirFallo(ruta,
+                  otro != nullptr ? otro->texto : QStringLiteral("Hace falta la contraseña."));
 }
 
 void Explorador::ponAbriendo(std::optional<QString> ruta) {
@@ -170,8 +171,9 @@ void Explorador::ponAbriendo(std::optional<QString> ruta) {
     m_filas.ponAbriendo(std::move(ruta));
 }
 
-void Explorador::ponAbrirFallo(std::optional<QString> fallo) {
-    m_abrirFallo = std::move(fallo);
+void Explorador::ponAbrirFallo(const QString &ruta, const QString &fallo) {
+    m_abrirFallo = fallo;
+    m_filas.ponFallo(ruta, fallo);
     emit abrirFalloCambia();
 }
 
@@ -200,22 +202,23 @@ void Explorador::recuperar(const QStringList &rutas) {
 void Explorador::arrastrar(int fila) {
     if (std::exchange(m_arrastrando, true))
         return;
-    ponAbrirFallo(std::nullopt);
+    quitaAbrirFallo();
     if (!m_filas.elegida(fila))
         m_filas.elige(fila);
     const auto indices = m_filas.indicesElegidos();
     m_filas.ponArrastradas(indices);
     const QString rotulo = indices.size() == 1 ? m_filas.entrada(fila).nombre()
                                                : QStringLiteral("%1 elementos").arg(indices.size());
-    enFondo([esta = QPointer(this), contenido = m_filas.contenido(), indices, rotulo] {
-        enPrincipal([esta, rotulo, raices = raicesDe(*contenido, indices)] {
+    enFondo([esta = QPointer(this), contenido = m_filas.contenido(), indices, rotulo,
+             ruta = m_filas.entrada(fila).ruta] {
+        enPrincipal([esta, rotulo, ruta, raices = raicesDe(*contenido, indices)] {
             if (esta)
-                esta->lleva(raices, rotulo);
+                esta->lleva(ruta, raices, rotulo);
         });
     });
 }
 
-void Explorador::lleva(const Raices &raices, const QString &rotulo) {
+void Explorador::lleva(const QString &ruta, const Raices &raices, const QString &rotulo) {
     const QPointer esta(this); // another archive may be opened meanwhile
     Saque saque(m_archivo, raices.rutas, raices.bytes, clave(), m_enMarcha);
     connect(&saque, &Saque::acabado, this, [this] { m_filas.ponArrastradas({}); });
@@ -227,7 +230,7 @@ void Explorador::lleva(const Raices &raices, const QString &rotulo) {
     m_arrastrando = false;
     m_filas.ponArrastradas({});
     if (!saque.fallo().isEmpty())
-        ponAbrirFallo(saque.fallo());
+        ponAbrirFallo(ruta, saque.fallo());
 }
 
 void Explorador::revela() {

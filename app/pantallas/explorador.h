@@ -60,7 +60,7 @@ public:
     [[nodiscard]] QString rotuloRecuperar() const;
     [[nodiscard]] bool hayElegidas() const { return m_filas.elegidas() > 0; }
     /// Why the last opening or drag failed; empty when it did not.
-    [[nodiscard]] QString abrirFallo() const { return m_abrirFallo.value_or(QString()); }
+    [[nodiscard]] const QString &abrirFallo() const { return m_abrirFallo; }
 
 public slots:
     /// Lists the archive in the background; when it is put on screen, and again
@@ -105,11 +105,12 @@ signals:
 private:
     void acabaCarga(ContenidoCompartido contenido);
     void acabaCarga(const FalloAlLeer &fallo);
-    void acabaAbrir(const Motor::Copia &copia);
+    void acabaAbrir(const QString &ruta, const Motor::Copia &copia);
     void ponAbriendo(std::optional<QString> ruta);
-    void ponAbrirFallo(std::optional<QString> fallo);
+    void ponAbrirFallo(const QString &ruta, const QString &fallo);
+    void quitaAbrirFallo() { ponAbrirFallo({}, {}); }
     void recuperar(const QStringList &rutas);
-    void lleva(const Raices &raices, const QString &rotulo);
+    void lleva(const QString &ruta, const Raices &raices, const QString &rotulo);
     [[nodiscard]] std::optional<QString> clave() const;
 
     const QUrl m_archivo;
@@ -123,7 +124,7 @@ private:
     std::optional<QString> m_fallo;
     bool m_cargando = true;
     std::optional<QString> m_abriendo;
-    std::optional<QString> m_abrirFallo;
+    QString m_abrirFallo;
     bool m_arrastrando = false;
     Seguimiento m_seguimiento;
 };

@@ -69,6 +69,12 @@ void Filas::ponAbriendo(std::optional<QString> ruta) {
     avisaDeTodas();
 }
 
+void Filas::ponFallo(const QString &ruta, const QString &fallo) {
+    m_conFallo = ruta;
+    m_fallo = fallo;
+    avisaDeTodas();
+}
+
 void Filas::ponArrastradas(const std::vector<uint32_t> &indices) {
     m_arrastradas.vacia();
     m_arrastradas.anade(indices);
@@ -125,15 +131,24 @@ QVariant Filas::data(const QModelIndex &indice, int papel) const {
         return suya.tipo == 'd';
     case Descripcion:
         return descripcion(suya);
+    case Fallo:
+        return suya.ruta == m_conFallo ? m_fallo : QString();
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> Filas::roleNames() const {
-    return {{Nombre, "nombre"},         {Carpeta, "carpeta"},     {Ruta, "ruta"},
-            {Icono, "icono"},           {Tamano, "tamano"},       {Elegida, "elegida"},
-            {Abriendose, "abriendose"}, {EsCarpeta, "esCarpeta"}, {Descripcion, "descripcion"}};
+    return {{Nombre, "nombre"},
+            {Carpeta, "carpeta"},
+            {Ruta, "ruta"},
+            {Icono, "icono"},
+            {Tamano, "tamano"},
+            {Elegida, "elegida"},
+            {Abriendose, "abriendose"},
+            {EsCarpeta, "esCarpeta"},
+            {Descripcion, "descripcion"},
+            {Fallo, "fallo"}};
 }
 
 QString Filas::icono(const Entrada &entrada) const {
@@ -192,6 +207,6 @@ void Filas::eligeTramo(int primera, int ultima) {
 
 void Filas::avisa(int primera, int ultima) {
     if (primera <= ultima)
-        emit dataChanged(index(primera), index(ultima), {Elegida, Abriendose});
+        emit dataChanged(index(primera), index(ultima), {Elegida, Abriendose, Fallo});
     emit seleccionCambia();
 }

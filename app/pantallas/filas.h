@@ -29,6 +29,7 @@ public:
         Abriendose,            ///< bool: it is being taken out to be opened or dragged
         EsCarpeta,             ///< bool
         Descripcion,           ///< QString for a screen reader
+        Fallo,                 ///< QString, why it could not be taken out the last time; or empty
     };
 
     /// The desktop must outlive the list.
@@ -44,6 +45,9 @@ public:
 
     /// The path of the entry that is being taken out to be opened, if any.
     void ponAbriendo(std::optional<QString> ruta);
+    /// The path of the entry that could not be taken out, and why; nobody's until
+    /// the next one, if empty.
+    void ponFallo(const QString &ruta, const QString &fallo);
     /// The entries that are being taken out to be dragged, by their numbers.
     void ponArrastradas(const std::vector<uint32_t> &indices);
 
@@ -90,5 +94,7 @@ private:
     Seleccion m_seleccion;
     int m_ancla = 0; // the row that a stretched selection starts from
     std::optional<QString> m_abriendo;
+    QString m_conFallo; // a path
+    QString m_fallo;
     Seleccion m_arrastradas;
 };

@@ -20,6 +20,10 @@ QString palabras::cuantoFalta(double s) {
     return QStringLiteral("unas %1 horas").arg(cifra(s / kHora));
 }
 
+QString palabras::enUnaLinea(QString texto) {
+    return texto.remove(u'\n').remove(u'\r');
+}
+
 QString palabras::iconoDe(bool carpeta) {
     return carpeta ? QStringLiteral("folder") : QStringLiteral("doc");
 }

@@ -21,6 +21,11 @@ namespace palabras {
 /// A remaining time, without the "~". `s`: seconds, not negative.
 QString cuantoFalta(double s);
 
+/// What was put into a field of one line, without line ends: a pasted line brings
+/// its own along, which nobody sees, and nobody would type again where it is a
+/// password.
+QString enUnaLinea(QString texto);
+
 /// The system image that stands for a folder or a file to be packed, and what it
 /// shows, in a word.
 QString iconoDe(bool carpeta);

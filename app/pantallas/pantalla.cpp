@@ -208,8 +208,10 @@ void Pantalla::ponCifrar(bool cifrar) {
 }
 
 void Pantalla::ponContrasena(const QString &contrasena) {
-    if (std::exchange(m_contrasena, contrasena) != contrasena)
-        emit opcionesCambian();
+    if (contrasena == m_contrasena)
+        return;
+    m_contrasena = palabras::enUnaLinea(contrasena);
+    emit opcionesCambian();
 }
 
 void Pantalla::ponOrigenes(QList<QUrl> origenes) {

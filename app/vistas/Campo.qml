@@ -16,13 +16,6 @@ T.TextField {
     selectionColor: Tema.paleta.highlight
     selectedTextColor: Tema.paleta.highlightedText
 
-    // A pasted line brings its end along, which nobody sees, and nobody would
-    // type again where it is a password.
-    onTextChanged: {
-        for (let fin = text.search(/[\r\n]/); fin >= 0; fin = text.search(/[\r\n]/))
-            remove(fin, fin + 1);
-    }
-
     Texto {
         visible: campo.length === 0 && campo.preeditText === ""
         x: campo.leftPadding

@@ -15,8 +15,8 @@ Rectangle {
     required property bool abriendose
     required property bool esCarpeta
     required property string descripcion
+    required property string fallo
     property bool actual: false
-    property string fallo
 
     readonly property color tinta: elegida ? Tema.sobreDestacado : Tema.texto
     readonly property color tintaSuave: elegida ? Tema.sobreDestacado : Tema.secundario

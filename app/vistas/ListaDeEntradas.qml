@@ -9,8 +9,6 @@ ListView {
     required property Explorador explorador
     // The row that the context menu is for.
     property int filaDelMenu: -1
-    // The one that could not be opened.
-    property int filaDelFallo: -1
 
     // Something was typed that is no command of the list.
     signal tecleado(texto: string)
@@ -68,14 +66,7 @@ ListView {
     // Else the row of before, which the search may have left out.
     Connections {
         target: lista.explorador.filas
-        function onModelReset() {
-            lista.currentIndex = 0;
-            lista.filaDelFallo = -1;
-        }
-    }
-    Connections {
-        target: lista.explorador
-        function onAbrirFalloCambia() { lista.filaDelFallo = lista.currentIndex; }
+        function onModelReset() { lista.currentIndex = 0; }
     }
 
     Keys.onPressed: event => {
@@ -107,7 +98,6 @@ ListView {
         width: lista.width - (barra.visible ? barra.width : 0)
         height: lista.alto
         actual: lista.activeFocus && ListView.isCurrentItem
-        fallo: index === lista.filaDelFallo ? lista.explorador.abrirFallo : ""
         onPulsada: modificadores => lista.pulsada(index, modificadores)
         onAbierta: lista.explorador.abrir(index)
         onArrastrada: lista.explorador.arrastrar(index)

@@ -179,7 +179,12 @@ private slots:
         QTRY_COMPARE(dichos.size(), 1);
         escena.ponMotor({"crea-entrada ho", "error Error: roto\\n", "sale 1"});
         explorador.arrastrar(3); // was not selected, and goes alone
+        escena.filas.elige(0); // it is told of the row it was for, wherever the user is by then
         QTRY_COMPARE(explorador.abrirFallo(), QStringLiteral("roto"));
+        QStringList fallos;
+        for (int fila = 0; fila < 4; ++fila)
+            fallos.append(escena.filas.index(fila).data(Filas::Fallo).toString());
+        QCOMPARE(fallos.join('|'), QStringLiteral("|||roto"));
         QCOMPARE(dichos, (QStringList{"3 elementos 2", "c 0"}));
         QCOMPARE(girando(escena.filas), QStringLiteral("----"));
     }

@@ -136,6 +136,10 @@ private slots:
         pantalla.volver();
         QCOMPARE(pantalla.panel(), Panel::Reposo);
 
+        QSignalSpy cambios(&pantalla, &Pantalla::opcionesCambian);
+        pantalla.ponContrasena("x\r\n"); // pasted: the field is told what is left of it
+        QCOMPARE(pantalla.contrasena(), QStringLiteral("x"));
+        QCOMPARE(cambios.count(), 1);
         pantalla.ponContrasena("");
         const QSignalSpy avisos(&pantalla, &Pantalla::puedeGuardarCambia);
         pantalla.ponCifrar(true);
