@@ -31,8 +31,9 @@ QByteArray inicioDelUsuario() {
 } // namespace
 
 std::optional<QUrl> buscaBinario() {
+    // These places in this order are meant, also those that other systems have.
     const QByteArray candidatos[] = {
-        QFile::encodeName(QCoreApplication::applicationDirPath()) + "/../libexec/orcalin/orcalin",
+        QFile::encodeName(QCoreApplication::applicationDirPath()) + "/" ORCALIN_MOTOR,
         "/usr/local/bin/orcalin",
         "/opt/homebrew/bin/orcalin",
         inicioDelUsuario() + "/bin/orcalin",
